@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "service/message_rows.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qel {
+namespace {
+
+// Sorted by number. Numbers that are missing belong to components that this library does not contain.
+constexpr message_row kRows[] = {
+    {0, 1, ""},
+    {6, 1, "QEL ERROR: Parameter %d was incorrect on entry to %s"},
+    {7, 1, "QEL INTERNAL ERROR: Condition %d detected in function %s"},
+    {8, 1, "QEL INTERNAL ERROR: Not enough work memory in function %s"},
+    {9, 1, "QEL ERROR: Incompatible optional parameters on entry to %s"},
+};
+static_assert(std::is_sorted(std::begin(kRows), std::end(kRows),
+                             [](const message_row& a, const message_row& b) { return a.number < b.number; }));
+
+}  // namespace
+
+const message_row* find_message_row(int number) {
+  const auto* row = std::lower_bound(std::begin(kRows), std::end(kRows), number,
+                                     [](const message_row& r, int wanted) { return r.number < wanted; });
+  return row != std::end(kRows) && row->number == number ? row : nullptr;
+}
+
+}  // namespace qel

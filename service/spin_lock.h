@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The one lock of the service: a compare-and-swap of 0 to 1 in a loop, released by a plain store.
+#pragma once
+
+#include <atomic>
+
+namespace qel {
+
+class spin_lock {
+ public:
+  constexpr spin_lock() = default;
+  void lock() {
+    int expected = 0;
+    while (!word_.compare_exchange_weak(expected, 1, std::memory_order_acquire, std::memory_order_relaxed))
+      expected = 0;
+  }
+  void unlock() { word_.store(0, std::memory_order_release); }
+
+ private:
+  std::atomic<int> word_{0};
+};
+
+/// Holds a spin_lock for a scope.
+class spin_guard {
+ public:
+  explicit spin_guard(spin_lock& lock) : lock_(lock) { lock_.lock(); }
+  ~spin_guard() { lock_.unlock(); }
+  spin_guard(const spin_guard&) = delete;
+  spin_guard& operator=(const spin_guard&) = delete;
+
+ private:
+  spin_lock& lock_;
+};
+
+}  // namespace qel
