@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Core plane rotations, on the portable templates. Arguments come by reference in Fortran order and go on
+// by value; the header says what is computed and who calls.
+#include "blas/level1/level1.h"
+#include "blas/plain/level1.h"
+
+namespace qel::core {
+
+void srot(const core_int* n, float* x, const core_int* incx, float* y, const core_int* incy, const float* c,
+          const float* s) {
+  plain::rot(*n, x, *incx, y, *incy, *c, *s);
+}
+void drot(const core_int* n, double* x, const core_int* incx, double* y, const core_int* incy,
+          const double* c, const double* s) {
+  plain::rot(*n, x, *incx, y, *incy, *c, *s);
+}
+void csrot(const core_int* n, complex8* x, const core_int* incx, complex8* y, const core_int* incy,
+           const float* c, const float* s) {
+  plain::rot(*n, x, *incx, y, *incy, *c, *s);
+}
+void zdrot(const core_int* n, complex16* x, const core_int* incx, complex16* y, const core_int* incy,
+           const double* c, const double* s) {
+  plain::rot(*n, x, *incx, y, *incy, *c, *s);
+}
+
+void srotg(float* a, float* b, float* c, float* s) { plain::rotg(a, b, c, s); }
+void drotg(double* a, double* b, double* c, double* s) { plain::rotg(a, b, c, s); }
+void crotg(complex8* a, const complex8* b, float* c, complex8* s) { plain::complex_rotg(a, *b, c, s); }
+void zrotg(complex16* a, const complex16* b, double* c, complex16* s) { plain::complex_rotg(a, *b, c, s); }
+
+void srotm(const core_int* n, float* x, const core_int* incx, float* y, const core_int* incy,
+           const float* param) {
+  plain::rotm(*n, x, *incx, y, *incy, param);
+}
+void drotm(const core_int* n, double* x, const core_int* incx, double* y, const core_int* incy,
+           const double* param) {
+  plain::rotm(*n, x, *incx, y, *incy, param);
+}
+
+void srotmg(float* d1, float* d2, float* x1, const float* y1, float* param) {
+  plain::rotmg(d1, d2, x1, *y1, param);
+}
+void drotmg(double* d1, double* d2, double* x1, const double* y1, double* param) {
+  plain::rotmg(d1, d2, x1, *y1, param);
+}
+
+}  // namespace qel::core

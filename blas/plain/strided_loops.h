@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Inner loops of the portable BLAS. Here a strided vector is given by the address of its element 0 and a
+// signed stride; n may be 0. Every loop has a contiguous form that the compiler vectorises: sums run in
+// several independent lanes, since additions may not be reordered otherwise. Included by the sources of this
+// folder only.
+#pragma once
+
+#include "service/complex_arithmetic.h"
+
+namespace qel::plain {
+
+/// Address of element 0 of a vector of n >= 1 elements that is given by its lowest address.
+template <class T>
+T* first_element(T* x, core_int n, core_int inc) {
+  return inc < 0 ? x + (1 - n) * inc : x;
+}
+
+/// The numbers of a vector of T as a vector of reals: twice as many if T is complex.
+template <class T>
+const real_of<T>* as_reals(const T* x) {
+  return reinterpret_cast<const real_of<T>*>(x);
+}
+template <class T>
+real_of<T>* as_reals(T* x) {
+  return reinterpret_cast<real_of<T>*>(x);
+}
+template <class T>
+inline constexpr core_int kRealsOf = is_complex<T> ? 2 : 1;
+
+/// Both strides -1: the same work as stride 1 from the other end.
+template <class X, class Y>
+void turn_forward(core_int n, X*& x, core_int& incx, Y*& y, core_int& incy) {
+  if (incx == -1 && incy == -1 && n > 0) {
+    x -= n - 1;
+    y -= n - 1;
+    incx = incy = 1;
+  }
+}
+
+/// y += t x
+template <bool kConjugate = false, class T>
+void add_multiple(core_int n, T t, const T* x, core_int incx, T* y, core_int incy) {
+  turn_forward(n, x, incx, y, incy);
+  if (incx == 1 && incy == 1) {
+    for (core_int i = 0; i < n; ++i) y[i] += t * conj_if<kConjugate>(x[i]);
+    return;
+  }
+  for (core_int i = 0; i < n; ++i) y[i * incy] += t * conj_if<kConjugate>(x[i * incx]);
+}
+
+/// Sum of x_i y_i over n contiguous reals in eight lanes.
+template <class R>
+R contiguous_product(core_int n, const R* x, const R* y) {
+  constexpr core_int kLanes = 8;
+  R lanes[kLanes] = {};
+  core_int i = 0;
+  for (; i + kLanes <= n; i += kLanes) {
+    for (core_int l = 0; l < kLanes; ++l) lanes[l] += x[i + l] * y[i + l];
+  }
+  for (; i < n; ++i) lanes[0] += x[i] * y[i];
+  return ((lanes[0] + lanes[4]) + (lanes[2] + lanes[6])) + ((lanes[1] + lanes[5]) + (lanes[3] + lanes[7]));
+}
+
+/// The complex sum from the four real sums re*re, im*im, re*im, im*re of (x, y).
+template <bool kConjugate, complex_pair T>
+T joined_sums(real_of<T> re_re, real_of<T> im_im, real_of<T> re_im, real_of<T> im_re) {
+  if constexpr (kConjugate) return {re_re + im_im, re_im - im_re};
+  return {re_re - im_im, re_im + im_re};
+}
+
+/// Sum of x_i y_i over n contiguous complex numbers; lane 2l holds products with re(x), lane 2l+1 with im(x).
+template <bool kConjugate, complex_pair T>
+T contiguous_complex_product(core_int n, const T* x, const T* y) {
+  using R = real_of<T>;
+  constexpr core_int kLanes = 8;
+  const R *xr = as_reals(x), *yr = as_reals(y);
+  R straight[kLanes] = {}, crossed[kLanes] = {};
+  core_int i = 0;
+  for (; i + kLanes <= 2 * n; i += kLanes) {
+    for (core_int l = 0; l < kLanes; ++l) {
+      straight[l] += xr[i + l] * yr[i + l];
+      crossed[l] += xr[i + l] * yr[i + (l ^ 1)];
+    }
+  }
+  for (; i < 2 * n; i += 2) {
+    for (core_int l = 0; l < 2; ++l) {
+      straight[l] += xr[i + l] * yr[i + l];
+      crossed[l] += xr[i + l] * yr[i + (l ^ 1)];
+    }
+  }
+  const auto sum = [](const R* lane) { return (lane[0] + lane[4]) + (lane[2] + lane[6]); };
+  return joined_sums<kConjugate, T>(sum(straight), sum(straight + 1), sum(crossed), sum(crossed + 1));
+}
+
+/// Sum of x_i y_i, of conj(x_i) y_i with kConjugate.
+template <bool kConjugate = false, class T>
+T inner_product(core_int n, const T* x, core_int incx, const T* y, core_int incy) {
+  turn_forward(n, x, incx, y, incy);
+  if (incx == 1 && incy == 1) {
+    if constexpr (is_complex<T>) {
+      return contiguous_complex_product<kConjugate>(n, x, y);
+    } else {
+      return contiguous_product(n, x, y);
+    }
+  }
+  T even{}, odd{};
+  core_int i = 0;
+  for (; i + 2 <= n; i += 2) {
+    even += conj_if<kConjugate>(x[i * incx]) * y[i * incy];
+    odd += conj_if<kConjugate>(x[(i + 1) * incx]) * y[(i + 1) * incy];
+  }
+  if (i < n) even += conj_if<kConjugate>(x[i * incx]) * y[i * incy];
+  return even + odd;
+}
+
+/// y += t a and, from the same read of a, the sum of conj(a_i) x_i: the heart of the Hermitian products. All
+/// three are apart.
+template <class T>
+T add_multiple_and_product(core_int n, T t, const T* a, const T* x, core_int incx, T* __restrict y,
+                           core_int incy) {
+  T sum{};
+  core_int i = 0;
+  if (incx == 1 && incy == 1) {
+    // Short stretches: both loops vectorise, and the second finds a in the first-level cache.
+    constexpr core_int kStretch = 128;
+    for (; i < n; i += kStretch) {
+      const core_int count = n - i < kStretch ? n - i : kStretch;
+      add_multiple(count, t, a + i, 1, y + i, 1);
+      sum += inner_product<true>(count, a + i, 1, x + i, 1);
+    }
+    return sum;
+  }
+  for (; i < n; ++i) {
+    y[i * incy] += t * a[i];
+    sum += conj(a[i]) * x[i * incx];
+  }
+  return sum;
+}
+
+/// y += t[0] a_0 + ... + t[3] a_3 over four columns a_j = a + j lda, all contiguous and apart from y.
+template <class T>
+void add_four_columns(core_int n, const T* t, const T* a, core_int lda, T* __restrict y) {
+  const T t0 = t[0], t1 = t[1], t2 = t[2], t3 = t[3];
+  const T *a0 = a, *a1 = a + lda, *a2 = a + 2 * lda, *a3 = a + 3 * lda;
+  for (core_int i = 0; i < n; ++i) y[i] += (t0 * a0[i] + t1 * a1[i]) + (t2 * a2[i] + t3 * a3[i]);
+}
+
+/// y += sum of t_j a_j over count contiguous columns.
+template <class T>
+void add_columns(core_int n, core_int count, const T* t, const T* a, core_int lda, T* __restrict y) {
+  core_int j = 0;
+  for (; j + 4 <= count; j += 4) add_four_columns(n, t + j, a + j * lda, lda, y);
+  for (; j < count; ++j) add_multiple(n, t[j], a + j * lda, 1, y, 1);
+}
+
+/// x = t x; t = 0 stores zeros without reading, t = 1 changes nothing: the meaning of beta in levels 2
+/// and 3. The factor may be real for a complex x.
+template <class F, class T>
+void scale_output(core_int n, F t, T* x, core_int incx) {
+  if (t == from_real<F>(1)) return;
+  if (t == F{}) {
+    for (core_int i = 0; i < n; ++i) x[i * incx] = T{};
+  } else if (incx == 1) {
+    for (core_int i = 0; i < n; ++i) x[i] = t * x[i];
+  } else {
+    for (core_int i = 0; i < n; ++i) x[i * incx] = t * x[i * incx];
+  }
+}
+
+}  // namespace qel::plain
