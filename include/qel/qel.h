@@ -1,0 +1,13 @@
+/* SPDX-License-Identifier: BSD-3-Clause
+ * Everything of the library's C interface in one include.
+ */
+#ifndef QEL_QEL_H
+#define QEL_QEL_H
+
+#include "qel/blas.h"
+#include "qel/lapack.h"
+#include "qel/service.h"
+#include "qel/sparse.h"
+#include "qel/types.h"
+
+#endif /* QEL_QEL_H */
