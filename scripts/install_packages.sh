@@ -1,0 +1,26 @@
+#!/bin/sh
+# usage: install_packages.sh build|test|bench...     installs what these need from Debian's packages
+set -eu
+packages=""
+for purpose in "$@"; do
+  case $purpose in
+    build) packages="$packages g++ cmake ninja-build binutils ccache liblapack64-dev liblapack-dev libblas-dev
+                     libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev" ;;
+    test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 libmetis-dev
+                    python3 clang-format git" ;;
+    bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp" ;;
+    tsan) packages="$packages clang libomp-dev" ;;
+    *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
+  esac
+done
+missing=""
+for package in $packages; do
+  dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing="$missing $package"
+done
+[ -z "$missing" ] && exit 0
+echo "installing:$missing"
+sudo=""
+[ "$(id -u)" = 0 ] || sudo=sudo
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get -o DPkg::Lock::Timeout=300 update -qq
+$sudo apt-get -o DPkg::Lock::Timeout=300 install -y -qq --no-install-recommends $missing > /dev/null
