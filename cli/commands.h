@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The commands of qel. Each has its options as a record, which the command line fills, and one function
+// that does the work and returns the exit code.
+#pragma once
+
+#include <string>
+
+namespace qel::cli {
+
+/// Exit codes of all commands.
+enum exit_code : int { kDone = 0, kBadInput = 2, kSingular = 3 };
+
+// info.cpp
+struct info_options {
+  bool json = false;
+};
+/// Version, build, processor, and the environment variables that the library reads.
+int run_info(const info_options& options);
+
+// solve.cpp
+struct solve_options {
+  std::string matrix;                    ///< Matrix Market file of a square matrix
+  std::string right_hand_side = "ones";  ///< "ones", "random" or a Matrix Market file with as many rows
+  std::string output;                    ///< where the solution goes; empty: nowhere
+  bool json = false;
+};
+/// Solves A X = B and reports sizes, times and the normwise backward error.
+int run_solve(const solve_options& options);
+
+}  // namespace qel::cli

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "cli/variables.h"
+
+#include <fmt/core.h>
+
+#include "service/cpu_facts.h"
+#include "service/environment.h"
+#include "service/serv.h"
+#include "service/thread_policy.h"
+
+namespace qel::cli {
+namespace {
+
+variable_state look_up(const char* name, const char* purpose) {
+  variable_state state;
+  state.name = name;
+  state.purpose = purpose;
+  char value[256];
+  state.set = read_environment(name, value, sizeof value);
+  if (state.set) state.value = value;
+  return state;
+}
+
+variable_state level_variable() {
+  variable_state state = look_up("QEL_DEBUG_CPU_TYPE", "forces the processor level 0..4");
+  const int forced = cpu_level_override(state.set ? state.value.c_str() : nullptr);
+  state.ignored = state.set && forced == kNoLevelOverride;
+  state.effect =
+      forced == kNoLevelOverride ? "the level is chosen by the processor" : fmt::format("level {}", forced);
+  return state;
+}
+
+variable_state type_variable() {
+  variable_state state = look_up("QEL_DEBUG_VECTOR_TYPE", "forces the processor type 0..5");
+  const int forced = cpu_type_override(state.set ? state.value.c_str() : nullptr);
+  state.ignored = state.set && forced == -1;
+  state.effect = forced == -1 ? "the type is chosen by the processor" : fmt::format("type {}", forced);
+  return state;
+}
+
+variable_state native_variable() {
+  variable_state state = look_up(
+      "QEL_NATIVE", "1 allows, 0 forbids the native levels (AVX2, AVX-512) on any vendor's processor");
+  const int request = native_request(state.set ? state.value.c_str() : nullptr);
+  state.effect = request == 1   ? "native levels allowed"
+                 : request == 0 ? "native levels forbidden"
+                                : "off in the library, on in the drop-ins and in this command";
+  return state;
+}
+
+/// A variable that only has to exist.
+variable_state switch_variable(const char* name, const char* purpose, const char* on, const char* off) {
+  variable_state state = look_up(name, purpose);
+  state.effect = state.set ? on : off;
+  return state;
+}
+
+/// One of the counts in which a value with anything but digits means 1 and 0 means nothing.
+variable_state count_variable(const char* name, const char* purpose) {
+  variable_state state = look_up(name, purpose);
+  const int count = state.set ? parse_thread_count(state.value.c_str()) : 0;
+  state.ignored = state.set && count < 1;
+  state.effect = count >= 1 ? fmt::format("{} thread{}", count, count == 1 ? "" : "s") : "no wish";
+  return state;
+}
+
+variable_state domain_variable() {
+  variable_state state =
+      look_up("QEL_DOMAIN_NUM_THREADS", "thread counts by domain, as \"QEL_BLAS=2,QEL_FFT=4\"");
+  int count[kThreadDomains] = {kUnset, kUnset, kUnset, kUnset};
+  constexpr const char* kNames[kThreadDomains] = {"all", "BLAS", "FFT", "vector math"};
+  if (state.set) apply_domain_list(state.value.c_str(), count);
+  for (int d = 0; d < kThreadDomains; ++d) {
+    if (count[d] > 0)
+      state.effect += fmt::format("{}{}: {}", state.effect.empty() ? "" : ", ", kNames[d], count[d]);
+  }
+  state.ignored = state.set && state.effect.empty();
+  if (state.effect.empty()) state.effect = "no wish";
+  return state;
+}
+
+variable_state dynamic_variable() {
+  variable_state state = look_up("QEL_DYNAMIC", "FALSE or false: counts are taken as they stand");
+  const bool dynamic = !state.set || parse_dynamic(state.value.c_str());
+  state.ignored = state.set && dynamic;
+  state.effect = dynamic ? "counts are limited to the physical cores, and to 1 inside parallel regions"
+                         : "counts are taken as they stand";
+  return state;
+}
+
+variable_state affinity_variable() {
+  variable_state state =
+      look_up("QEL_AFFINITY", "count: a restricted affinity mask's processors are counted");
+  const bool counted = state.set && is_affinity_count(state.value.c_str());
+  state.ignored = state.set && !counted;
+  state.effect = counted ? "a restricted process uses its own processors, within its CPU quota"
+                         : "a restricted process counts as one processor";
+  return state;
+}
+
+variable_state rank_variable() {
+  variable_state state = look_up("I_MPI_NUMBER_OF_MPI_PROCESSES_PER_NODE", "MPI processes on this node");
+  thread_settings settings;
+  read_thread_environment(settings);
+  state.ignored = state.set && settings.ranks_per_node == kUnset;
+  state.effect = settings.ranks_per_node > 0
+                     ? fmt::format("{} ranks share the cores", settings.ranks_per_node)
+                     : "not an MPI rank";
+  return state;
+}
+
+variable_state mpi_level_variable() {
+  variable_state state = look_up("I_MPI_THREAD_LEVEL", "threading level of MPI, 0..3");
+  thread_settings settings;
+  read_thread_environment(settings);
+  state.effect = settings.mpi_level > 0 ? "a rank without wishes gets its share of the cores"
+                                        : "a rank without wishes gets one thread";
+  return state;
+}
+
+}  // namespace
+
+std::vector<variable_state> environment_variables() {
+  const char* cache_purpose = "switches the buffer cache off, whatever the value";
+  const char* cache_off = "every buffer comes from the platform allocator";
+  const char* cache_on = "buffers are kept per thread";
+  return {
+      level_variable(),
+      type_variable(),
+      native_variable(),
+      count_variable("QEL_NUM_THREADS", "thread count of all domains"),
+      domain_variable(),
+      dynamic_variable(),
+      affinity_variable(),
+      count_variable("OMP_NUM_THREADS", "thread count of OpenMP"),
+      rank_variable(),
+      mpi_level_variable(),
+      switch_variable("QEL_DISABLE_FAST_MM", cache_purpose, cache_off, cache_on),
+      switch_variable("QEL_MM_DISABLE", cache_purpose, cache_off, cache_on),
+  };
+}
+
+}  // namespace qel::cli

@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The qel command as a user runs it: exit codes, reports, JSON, files written.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <complex>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "cli/matrix_market.h"
+#include "tests/cli/temporary_file.h"
+
+namespace qel::cli {
+namespace {
+
+struct command_result {
+  int exit_code;
+  std::string output;
+};
+
+command_result run(const std::string& arguments) {
+  const std::string line = std::string(QEL_COMMAND " ") + arguments + " 2>&1";
+  FILE* pipe = popen(line.c_str(), "r");
+  command_result result{-1, {}};
+  char buffer[4096];
+  for (size_t got; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) result.output.append(buffer, got);
+  const int status = pclose(pipe);
+  if (WIFEXITED(status)) result.exit_code = WEXITSTATUS(status);
+  return result;
+}
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(Solve, ReachesRoundingLevelOnRealSystems) {
+  for (const char* system : {QEL_EXAMPLES "494_bus.mtx.gz", QEL_EXAMPLES "orsirr_1.mtx.gz",
+                             QEL_DATA "bcsstk01.mtx.gz", QEL_DATA "c_west0067.mtx.gz"}) {
+    for (const char* rhs : {"ones", "random"}) {
+      const command_result result = run(std::string("solve --json ") + system + " --rhs " + rhs);
+      ASSERT_EQ(result.exit_code, 0) << result.output;
+      const nlohmann::json report = nlohmann::json::parse(result.output);
+      EXPECT_LT(report["backward_error"].get<double>(), 1e-14) << system;
+      EXPECT_EQ(report["status"], "solved");
+      EXPECT_EQ(report["solution"], nullptr);
+    }
+  }
+}
+
+TEST(Solve, WritesTheSolutionOfAKnownSystem) {
+  // [2 1; 1 3] x = b for b = (3, 4) and (i, 0)
+  const test::temporary_file a(
+      "%%MatrixMarket matrix coordinate real symmetric\n2 2 3\n1 1 2\n2 1 1\n2 2 3\n");
+  const test::temporary_file b("%%MatrixMarket matrix array complex general\n2 2\n3 0\n4 0\n0 5\n0 0\n");
+  const test::temporary_file x("");
+  const command_result result = run("solve " + a.path() + " " + b.path() + " -o " + x.path());
+  ASSERT_EQ(result.exit_code, 0) << result.output;
+  EXPECT_TRUE(contains(result.output, "solution        " + x.path())) << result.output;
+  const matrix_file solution = read_matrix_market(x.path());
+  const std::complex<double> want[] = {1.0, 1.0, {0, 3}, {0, -1}};
+  ASSERT_EQ(solution.entries.size(), 4u);
+  for (size_t k = 0; k < 4; ++k) EXPECT_NEAR(std::abs(solution.entries[k].value - want[k]), 0, 1e-15);
+}
+
+TEST(Solve, TellsBadInputFromASingularMatrix) {
+  const std::string header = "%%MatrixMarket matrix coordinate real general\n";
+  const test::temporary_file rectangular(header + "2 3 1\n1 1 1\n"), malformed(header + "2 2 1\n1 1 x\n"),
+      zero_row(header + "2 2 1\n1 1 1\n"), one(header + "1 1 1\n1 1 2\n"), empty(header + "0 0 0\n"),
+      too_large(header + "2000000000 2000000000 0\n");
+  const struct {
+    std::string arguments;
+    int exit_code;
+    std::string says;
+  } cases[] = {
+      {"solve " + rectangular.path(), 2,
+       rectangular.path() + ": the matrix is 2 by 3, but a system needs a square one"},
+      {"solve " + malformed.path(), 2, malformed.path() + ":3: the value is not a number: \"x\""},
+      {"solve /nonexistent.mtx", 2, "qel: /nonexistent.mtx: No such file or directory"},
+      {"solve " + one.path() + " " + zero_row.path(), 2, zero_row.path() + ": 2 rows, but the matrix has 1"},
+      {"solve " + one.path() + " -o /nonexistent/x.mtx", 2, "/nonexistent/x.mtx: No such file or directory"},
+      {"solve " + one.path() + " b.mtx --rhs ones", 2, "excludes"},
+      {"solve", 2, "A is required"},
+      {"", 2, "subcommand is required"},
+      {"solve " + too_large.path(), 2, "not enough memory"},
+      {"solve " + zero_row.path(), 3, "the matrix is singular: pivot 2 of 2 is exactly zero"},
+      {"solve --json " QEL_DATA "GD96_d.mtx.gz", 3, "\"status\": \"singular\""},
+      {"solve " + empty.path(), 0, "0 by 0"},
+      {"--version", 0, "qel 1."},
+      {"solve --help", 0, "Exit codes"},
+  };
+  for (const auto& c : cases) {
+    const command_result result = run(c.arguments);
+    EXPECT_EQ(result.exit_code, c.exit_code) << c.arguments << '\n' << result.output;
+    EXPECT_TRUE(contains(result.output, c.says)) << c.arguments << '\n' << result.output;
+  }
+}
+
+TEST(Info, TellsWhichVariablesHaveAnEffect) {
+  setenv("QEL_DEBUG_CPU_TYPE", "2", 1);
+  setenv("QEL_DEBUG_VECTOR_TYPE", "9", 1);
+  unsetenv("QEL_MM_DISABLE");
+  const command_result text = run("info"), json = run("info --json");
+  unsetenv("QEL_DEBUG_CPU_TYPE");
+  unsetenv("QEL_DEBUG_VECTOR_TYPE");
+  EXPECT_EQ(text.exit_code, 0);
+  EXPECT_TRUE(contains(text.output, "level       2 (forced by QEL_DEBUG_CPU_TYPE)")) << text.output;
+  EXPECT_TRUE(contains(text.output, "\"9\" (ignored)")) << text.output;
+  const nlohmann::json report = nlohmann::json::parse(json.output);
+  EXPECT_EQ(report["processor"]["level"], 2);
+  for (const auto& variable : report["environment"]) {
+    EXPECT_EQ(variable["ignored"].get<bool>(), variable["name"] == "QEL_DEBUG_VECTOR_TYPE") << variable;
+    if (variable["name"] == "QEL_MM_DISABLE") {
+      EXPECT_EQ(variable["value"], nullptr);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qel::cli
