@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "bench/support/compare.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+#include <vector>
+
+namespace qel::bench {
+namespace {
+
+std::vector<std::string>& case_order() {
+  static std::vector<std::string> order;
+  return order;
+}
+
+/// Collects every repetition's time; the console shows progress as it is wont to.
+class ratio_reporter : public benchmark::ConsoleReporter {
+ public:
+  ratio_reporter() : ConsoleReporter(OO_Tabular) {}
+
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
+      // "ddot/n:1000/QEL/real_time"
+      std::string name = run.run_name.function_name;
+      const size_t cut = name.rfind('/');
+      samples& one = cases_[name.substr(0, cut)].by_contender[name.substr(cut + 1)];
+      one.seconds.push_back(run.GetAdjustedRealTime() * 1e-9);
+      for (const auto& [counter, value] : run.counters) one.rates[counter].push_back(value);
+    }
+  }
+
+  void print_table() const {
+    fmt::print("\n{:<34}{:>12}{:>16}   ratio to (above 1: {} is faster)\n", "case", "median", "rate",
+               kSubject);
+    for (const std::string& name : case_order()) {
+      if (cases_.contains(name)) print_case(name, cases_.at(name));
+    }
+  }
+
+ private:
+  struct samples {
+    std::vector<double> seconds;
+    std::map<std::string, std::vector<double>> rates;
+  };
+  struct one_case {
+    std::map<std::string, samples> by_contender;
+  };
+
+  static double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<long>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+  }
+
+  static void print_case(const std::string& name, const one_case& found) {
+    const auto subject = found.by_contender.find(kSubject);
+    if (subject == found.by_contender.end()) return;
+    const double own = median(subject->second.seconds);
+    std::string rate;
+    for (const auto& [counter, values] : subject->second.rates) {
+      rate = fmt::format("{:.2f} G{}", median(values) * 1e-9, counter);
+    }
+    fmt::print("{:<34}{:>9.3f} us{:>16}  ", name, own * 1e6, rate);
+    for (const auto& [contender, values] : found.by_contender) {
+      if (contender != kSubject) fmt::print(" {} {:.2f}", contender, median(values.seconds) / own);
+    }
+    fmt::print("\n");
+  }
+
+  std::map<std::string, one_case> cases_;
+};
+
+}  // namespace
+
+void remember_case(const std::string& case_name) { case_order().push_back(case_name); }
+
+int run_comparison(int argc, char** argv) {
+  setenv("OMP_NUM_THREADS", "1", 0);
+  setenv("QEL_NATIVE", "1", 0);
+  // Before the caller's flags, so that those win.
+  std::vector<std::string> arguments{argv[0], "--benchmark_repetitions=9",
+                                     "--benchmark_enable_random_interleaving=true",
+                                     "--benchmark_min_time=0.02"};
+  for (int i = 1; i < argc; ++i) arguments.emplace_back(argv[i]);
+  std::vector<char*> pointers;
+  for (std::string& argument : arguments) pointers.push_back(argument.data());
+  int count = static_cast<int>(pointers.size());
+  benchmark::Initialize(&count, pointers.data());
+  if (benchmark::ReportUnrecognizedArguments(count, pointers.data())) return 1;
+  ratio_reporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  reporter.print_table();
+  benchmark::Shutdown();
+  return 0;
+}
+
+}  // namespace qel::bench

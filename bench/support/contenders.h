@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The libraries that a benchmark compares: QEL and whatever peers are installed, each loaded by dlopen into
+// a scope of its own, so that all are called alike and none can take another's symbols.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace qel::bench {
+
+class contender {
+ public:
+  contender(std::string name, void* handle) : name_(std::move(name)), handle_(handle) {}
+  const std::string& name() const { return name_; }
+  /// The function of that name, or null if the library does not have it.
+  template <class Fn>
+  Fn* find(const char* symbol) const {
+    return reinterpret_cast<Fn*>(look_up(symbol));
+  }
+
+ private:
+  void* look_up(const char* symbol) const;
+  std::string name_;
+  void* handle_;
+};
+
+/// Name of the contender that ratios are formed against.
+inline constexpr const char* kSubject = "QEL";
+
+/// QEL first, then the peers found. The list is made once. Peers: OpenBLAS, BLIS and the reference, where
+/// Debian's packages put them; QEL_BENCH_PEERS ("name=path:name=path") replaces that list.
+const std::vector<contender>& contenders();
+
+}  // namespace qel::bench
