@@ -1,0 +1,22 @@
+# Kernels of one processor level: an object library with that level's instructions, and nothing else gets
+# those flags. Kernel files are hermetic (one include, no exceptions, no rtti), so that no shared inline
+# function can be compiled with a level's instructions; scripts/check_isa_symbols.sh tests it.
+set(QEL_FLAGS_l0_generic "")
+set(QEL_FLAGS_l1_sse3 -msse3)
+set(QEL_FLAGS_l2_ssse3 -mssse3)
+set(QEL_FLAGS_l3_sse42 -msse4.2)
+set(QEL_FLAGS_l4_avx -mavx)
+
+# qel_add_level(FAMILY LEVEL SOURCES...): e.g. qel_add_level(blas l2_ssse3 dot_d.cpp)
+function(qel_add_level family level)
+  add_library(qel_${family}_${level} OBJECT ${ARGN})
+  target_compile_options(qel_${family}_${level} PRIVATE ${QEL_FLAGS_${level}} -fno-exceptions -fno-rtti)
+  if(QEL_SANITIZE MATCHES undefined)
+    # Kernels take operands at any address: they test the alignment themselves.
+    target_compile_options(qel_${family}_${level} PRIVATE -fno-sanitize=alignment)
+  endif()
+  target_compile_definitions(qel_${family}_${level} PRIVATE QEL_LEVEL=${level} QEL_LEVEL_${level})
+  target_sources(qel_kernel PRIVATE $<TARGET_OBJECTS:qel_${family}_${level}>)
+  set_property(GLOBAL APPEND PROPERTY QEL_ROOM_OBJECTS $<TARGET_OBJECTS:qel_${family}_${level}>)
+  set_property(GLOBAL APPEND PROPERTY QEL_LEVEL_TARGETS qel_${family}_${level})
+endfunction()
