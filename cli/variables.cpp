@@ -137,6 +137,9 @@ std::vector<variable_state> environment_variables() {
       mpi_level_variable(),
       switch_variable("QEL_DISABLE_FAST_MM", cache_purpose, cache_off, cache_on),
       switch_variable("QEL_MM_DISABLE", cache_purpose, cache_off, cache_on),
+      switch_variable("QEL_FREE_AT_THREAD_EXIT", "a thread's buffers go at its end, whatever the value",
+                      "a finished thread leaves nothing",
+                      "a finished thread's buffers stay until QEL_FreeBuffers"),
   };
 }
 

@@ -21,7 +21,7 @@ ALLOWED = {
     "sparse": {"sparse", "blas", "lapack", "service"},
     "dropin": {"dropin", "blas", "service"} | PUBLIC,
     "cli": {"cli", "service"} | PUBLIC,
-    "bench": {"bench", "blas"} | PUBLIC,
+    "bench": {"bench", "blas", "blas/kernels", "service"} | PUBLIC,
 }
 # What every kernel translation unit may pull in beside its own folder.
 KERNEL_SYSTEM_HEADERS = {"immintrin.h", "stdint.h"}

@@ -32,40 +32,35 @@ struct type_row {
 template <class Fn>
 using bind_slot = std::atomic<Fn*>;
 
-/// Chooses the row's kernel for this process and keeps it in the slot.
+/// The row's kernel for this process.
 template <class Fn>
-[[gnu::noinline, gnu::cold]] Fn* bind_first_use(bind_slot<Fn>& slot, const level_row<Fn>& row) {
-  Fn* kernel = row.kernel[serv_cpu_level()];
-  slot.store(kernel, std::memory_order_relaxed);
-  return kernel;
+Fn* choose_kernel(const level_row<Fn>& row) {
+  return row.kernel[serv_cpu_level()];
 }
-
 template <class Fn>
-[[gnu::noinline, gnu::cold]] Fn* bind_first_use(bind_slot<Fn>& slot, const type_row<Fn>& row) {
+Fn* choose_kernel(const type_row<Fn>& row) {
   const int type = serv_cpu_type();
   if (type < 0 || type >= kTypes) end_without_kernel("QEL_DEBUG_VECTOR_TYPE", type);
-  Fn* kernel = row.kernel[type];
-  slot.store(kernel, std::memory_order_relaxed);
-  return kernel;
+  return row.kernel[type];
 }
 
-/// The kernel to call.
-template <class Fn>
-inline Fn* bind_by_level(bind_slot<Fn>& slot, const level_row<Fn>& row) {
-  Fn* kernel = slot.load(std::memory_order_relaxed);
-  if (kernel == nullptr) [[unlikely]] {
-    kernel = bind_first_use(slot, row);
-  }
-  return kernel;
+/// First use: chooses, keeps the choice in the slot, and calls. Out of line and with the kernel's own
+/// arguments, so that the way to it is a jump, too.
+template <auto& kSlot, const auto& kRow, class... A>
+[[gnu::noinline, gnu::cold]] auto bind_and_call(A... args) {
+  auto* kernel = choose_kernel(kRow);
+  kSlot.store(kernel, std::memory_order_relaxed);
+  return kernel(args...);
 }
 
-template <class Fn>
-inline Fn* bind_by_type(bind_slot<Fn>& slot, const type_row<Fn>& row) {
-  Fn* kernel = slot.load(std::memory_order_relaxed);
+/// Calls the kernel of this process: call_bound<ddot_slot, kDdot>(n, x, incx, y, incy).
+template <auto& kSlot, const auto& kRow, class... A>
+inline auto call_bound(A... args) {
+  auto* kernel = kSlot.load(std::memory_order_relaxed);
   if (kernel == nullptr) [[unlikely]] {
-    kernel = bind_first_use(slot, row);
+    return bind_and_call<kSlot, kRow>(args...);
   }
-  return kernel;
+  return kernel(args...);
 }
 
 }  // namespace qel

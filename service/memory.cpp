@@ -10,6 +10,7 @@
 // good; records of finished threads go with the next release of all buffers that finds them unused.
 #include <pthread.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <cstring>
@@ -55,6 +56,7 @@ constinit pthread_key_t exit_key{};                   // under registry_lock
 
 enum cache_state : int { kUndecided = -1, kEnabled = 0, kDisabled = 1 };
 constinit std::atomic<int> cache_decision{kUndecided};
+constinit std::atomic<bool> free_at_thread_exit{false};  // set with the decision
 
 [[gnu::tls_model("initial-exec")]] constinit thread_local thread_record* own_record = nullptr;
 
@@ -67,7 +69,8 @@ bool cache_disabled() {
     const spin_guard guard(registry_lock);
     decision =
         environment_has("QEL_DISABLE_FAST_MM") || environment_has("QEL_MM_DISABLE") ? kDisabled : kEnabled;
-    cache_decision.store(decision, relaxed);
+    free_at_thread_exit.store(environment_has("QEL_FREE_AT_THREAD_EXIT"), relaxed);
+    cache_decision.store(decision, std::memory_order_release);
   }
   return decision == kDisabled;
 }
@@ -89,16 +92,43 @@ void empty_slot(thread_record& record, buffer_slot& slot) {
   slot.allocated.store(0, relaxed);
 }
 
-void mark_thread_finished(void* record) {
+/// Frees the blocks of the record's unused slots up to the first slot that is in use; true if none is.
+bool release_until_busy(thread_record& record) {
+  for (buffer_slot& slot : record.slot) {
+    if (!claim(slot, kReleasing)) return false;
+    empty_slot(record, slot);
+    give_back(slot);
+  }
+  return true;
+}
+
+void mark_released(thread_record& record) {
+  record.slot_count.store(0, relaxed);
+  record.total_bytes.store(kReleasedMark, relaxed);
+}
+
+/// At a thread's end: its record stays registered with its blocks until the next release of all buffers,
+/// or goes at once if that was asked for and nothing of it is in use.
+void finish_thread(void* own) {
+  auto* record = static_cast<thread_record*>(own);
   own_record = nullptr;  // a later destructor of this thread that asks for a buffer gets a new record
-  static_cast<thread_record*>(record)->thread_finished.store(true, std::memory_order_release);
+  if (!free_at_thread_exit.load(relaxed)) {
+    record->thread_finished.store(true, std::memory_order_release);
+    return;
+  }
+  const spin_guard guard(registry_lock);
+  record->thread_finished.store(true, std::memory_order_release);
+  if (!release_until_busy(*record)) return;
+  thread_record** end = registry + registered;
+  registered = static_cast<int>(std::remove(registry, end, record) - registry);
+  serv_platform_free(record);
 }
 
 [[gnu::noinline, gnu::cold]] thread_record* register_thread() {
   const spin_guard guard(registry_lock);
   if (registered >= kMaxRecords) return nullptr;
   if (!exit_key_made) {
-    if (pthread_key_create(&exit_key, mark_thread_finished) != 0) return nullptr;
+    if (pthread_key_create(&exit_key, finish_thread) != 0) return nullptr;
     exit_key_made = true;
   }
   void* memory = serv_platform_malloc(sizeof(thread_record));
@@ -221,21 +251,6 @@ bool free_in_any_record(void* pointer) {
     if (free_in_record(*registry[i], pointer)) return true;
   }
   return false;
-}
-
-/// Frees the blocks of the record's unused slots up to the first slot that is in use; true if none is.
-bool release_until_busy(thread_record& record) {
-  for (buffer_slot& slot : record.slot) {
-    if (!claim(slot, kReleasing)) return false;
-    empty_slot(record, slot);
-    give_back(slot);
-  }
-  return true;
-}
-
-void mark_released(thread_record& record) {
-  record.slot_count.store(0, relaxed);
-  record.total_bytes.store(kReleasedMark, relaxed);
 }
 
 }  // namespace

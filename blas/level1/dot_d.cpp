@@ -10,7 +10,7 @@ constinit bind_slot<ddot_fn> ddot_slot{nullptr};
 
 double core::ddot(const core_int* n, const double* x, const core_int* incx, const double* y,
                   const core_int* incy) {
-  return bind_by_level(ddot_slot, kDdot)(n, x, incx, y, incy);
+  return call_bound<ddot_slot, kDdot>(n, x, incx, y, incy);
 }
 
 }  // namespace qel

@@ -224,21 +224,21 @@ int typed_kernel() {
 constexpr type_row<int()> kTypedRow{{typed_kernel<0>, typed_kernel<1>, typed_kernel<2>, typed_kernel<3>,
                                      typed_kernel<4>, typed_kernel<5>, typed_kernel<6>, typed_kernel<7>}};
 
+constinit bind_slot<int()> typed_slot{nullptr};
+
 TEST(Dispatch, BindsTheKernelOfTheTypeOnFirstUse) {
-  EXPECT_EQ(with_variables(nullptr, "3",
-                           [] {
-                             bind_slot<int()> slot{nullptr};
-                             return bind_by_type(slot, kTypedRow)() +
-                                    (slot.load() == kTypedRow.kernel[3] ? 10 : 0);
-                           }),
-            13);
+  const auto call_and_look = [] {
+    const int first = call_bound<typed_slot, kTypedRow>();
+    return first + (typed_slot.load() == kTypedRow.kernel[3] ? 10 : 0) +
+           20 * call_bound<typed_slot, kTypedRow>();
+  };
+  EXPECT_EQ(with_variables(nullptr, "3", call_and_look), 3 + 10 + 60);
 }
 
 TEST(Dispatch, AForcedNegativeTypeEndsTheProcessWithALineThatNamesTheVariable) {
   const test::child_result result = test::in_child([] {
     setenv("QEL_DEBUG_VECTOR_TYPE", "-", 1);
-    bind_slot<int()> slot{nullptr};
-    return bind_by_type(slot, kTypedRow)();
+    return call_bound<typed_slot, kTypedRow>();
   });
   EXPECT_EQ(result.exit_status, 1);
   EXPECT_EQ(result.output, "QEL: no kernel for the value -3 that QEL_DEBUG_VECTOR_TYPE forces\n");

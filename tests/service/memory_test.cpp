@@ -194,6 +194,23 @@ TEST(Memory, RecordsOfFinishedThreadsGoWithARelease) {
   });
 }
 
+TEST(Memory, FreesAtAThreadsEndOnRequest) {
+  fresh_process([] {
+    setenv("QEL_FREE_AT_THREAD_EXIT", "1", 1);
+    void* kept = nullptr;
+    std::thread([] { serv_free(serv_malloc(1000, 64)); }).join();
+    EXPECT_EQ(memory_stats(), (stats{0, 0}));
+    EXPECT_EQ(frees, allocations) << "block and record";
+    std::thread([&] { kept = serv_malloc(500, 0); }).join();
+    EXPECT_EQ(memory_stats(), (stats{1, 500})) << "a buffer in use outlives its thread";
+    std::memset(kept, 1, 500);
+    serv_free(kept);
+    serv_free_buffers();
+    EXPECT_EQ(memory_stats(), (stats{0, 0}));
+    EXPECT_EQ(frees, allocations);
+  });
+}
+
 TEST(Memory, ReleasesInALoopBesideThreadsThatCompute) {
   fresh_process([] {
     std::atomic<bool> stop{false};
