@@ -65,7 +65,7 @@ TYPED_TEST(Level1, AxpyCopySwap) {
       if (incx == 0 || incy == 0) continue;
       const core_int cells = std::max<core_int>(n, 0);
       strided<T> x(cells, incx, this->random_), y(cells, incy, this->random_);
-      const dense x0 = x.column(), y0 = y.column();
+      const dense x0 = x.as_output().column(), y0 = y.as_output().column();
       const T alpha = factor<T>(2);
       call(core_of<T>::axpy, n, alpha, x.data(), incx, y.data(), incy);
       for (core_int i = 0; i < n; ++i) {
@@ -121,6 +121,7 @@ TYPED_TEST(Level1, ScaleAndSums) {
         const long double norm = std::sqrt(squares.value.real());
         const long double bound = 4 * static_cast<long double>(cells + 4) * epsilon<T>() * norm;
         EXPECT_LE(std::fabs(call(core_of<T>::nrm2, n, x.data(), inc) - norm), bound) << where(n, inc);
+        x.as_output();
         const T alpha = real ? element<T>(-1.5, 0) : factor<T>(2);
         if (real) {
           call(core_of<T>::real_scal, n, real_part(alpha), x.data(), inc);
@@ -246,7 +247,7 @@ TYPED_TEST(Level1, RotationsTurnPairs) {
       if (incx == 0 || incy == 0) continue;
       const core_int cells = std::max<core_int>(n, 0);
       strided<T> x(cells, incx, this->random_), y(cells, incy, this->random_);
-      const dense x0 = x.column(), y0 = y.column();
+      const dense x0 = x.as_output().column(), y0 = y.as_output().column();
       call(core_of<T>::rot, n, x.data(), incx, y.data(), incy, c, s);
       for (core_int i = 0; i < n; ++i) {
         bounded to_x, to_y;

@@ -57,7 +57,7 @@ TYPED_TEST(Level2, GemvAndGbmv) {
               y(trans == 'N' ? m : n, incy, this->random_);
           if (alpha == T{}) a.fill(nan_element<T>());
           if (beta == T{}) y.fill(nan_element<T>());
-          const dense before = y.column();
+          const dense before = y.as_output().column();
           if (banded) {
             call(core_of<T>::gbmv, trans, m, n, kl, ku, alpha, a.data(), a.ld(), x.data(), incx, beta,
                  y.data(), incy);
@@ -97,7 +97,7 @@ TYPED_TEST(Level2, HermitianProductsReadOneTriangle) {
           strided<T> x(n, incx, this->random_), y(n, incy, this->random_);
           if (alpha == T{}) a.fill(nan_element<T>());
           if (beta == T{}) y.fill(nan_element<T>());
-          const dense before = y.column();
+          const dense before = y.as_output().column();
           if (f == form::kFull) {
             call(core_of<T>::hemv, uplo, n, alpha, a.data(), a.ld(), x.data(), incx, beta, y.data(), incy);
           } else if (f == form::kBanded) {
@@ -145,7 +145,7 @@ TYPED_TEST(Level2, TriangularProductsAndSolutions) {
                   a.set(i, j, i == j ? element<T>(1.5, 0.5) : share * a.at(i, j));
                 });
                 strided<T> x(n, inc, this->random_);
-                const dense before = x.column();
+                const dense before = x.as_output().column();
                 if (f == form::kFull) {
                   call(solve ? core::trsv : core::trmv, uplo, trans, diag, n, a.data(), a.ld(), x.data(),
                        inc);
@@ -208,7 +208,7 @@ TYPED_TEST(Level2, GeneralRankOneUpdates) {
         const T alpha = factor<T>(2);
         matrix<T> a(m, n, 2, this->random_);
         strided<T> x(m, incx, this->random_), y(n, incy, this->random_);
-        const dense before = a.meaning(shape::kGeneral);
+        const dense before = a.as_output().meaning(shape::kGeneral);
         call(conjugated ? core_of<T>::gerc : core_of<T>::geru, m, n, alpha, x.data(), incx, y.data(), incy,
              a.data(), a.ld());
         expect_updated(a, shape::kGeneral, before,
@@ -232,7 +232,7 @@ TYPED_TEST(Level2, HermitianUpdatesTouchOneTriangle) {
           for (const bool two : {false, true}) {
             matrix<T> a = matrix<T>::triangle(f, uplo, false, n, 0, 2, this->random_);
             strided<T> x(n, incx, this->random_), y(n, incy, this->random_);
-            const dense before = a.meaning(kind), xc = x.column(), yc = y.column();
+            const dense before = a.as_output().meaning(kind), xc = x.column(), yc = y.column();
             if (f == form::kFull && two) {
               call(core::her2, uplo, n, alpha, x.data(), incx, y.data(), incy, a.data(), a.ld());
             } else if (f == form::kFull) {

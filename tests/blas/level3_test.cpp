@@ -59,6 +59,7 @@ void check_gemm(random_source& random, char transa, char transb, const sizes& s,
   if (beta == T{}) c.fill(nan_element<T>());
   const dense left = op(transa, a.meaning(shape::kGeneral)), right = op(transb, b.meaning(shape::kGeneral));
   const dense before = c.meaning(shape::kGeneral);
+  c.as_output();
   call(core_of<T>::gemm, transa, transb, s.m, s.n, s.k, alpha, a.data(), a.ld(), b.data(), b.ld(), beta,
        c.data(), c.ld());
   const auto wanted = [&](core_int i, core_int j) {
@@ -123,6 +124,7 @@ void check_symmetric(random_source& random, Routine routine, shape kind, char si
   if (beta == T{}) c.fill(nan_element<T>());
   const dense full = a.meaning(kind), general = b.meaning(shape::kGeneral),
               before = c.meaning(shape::kGeneral);
+  c.as_output();
   call(routine, side, uplo, s.m, s.n, alpha, a.data(), a.ld(), b.data(), b.ld(), beta, c.data(), c.ld());
   const auto wanted = [&](core_int i, core_int j) {
     bounded sum = scaled<T>(widen(beta), before, i, j);
@@ -177,7 +179,7 @@ void check_update(random_source& random, bool hermitian, bool two, char uplo, ch
   const dense before = c.meaning(kind);
   const bool untouched = (alpha == T{} || k == 0) && beta == factor<T>(1);
   const dense raw = c.meaning(shape::kTriangular);
-  update(a, b, c);
+  update(a, b, c.as_output());
   const auto wanted = [&](core_int i, core_int j) {
     bounded sum = scaled<T>(widen(beta), untouched ? raw : before, i, j);
     if (alpha == T{}) return sum;
@@ -264,7 +266,7 @@ void check_triangular(random_source& random, bool solve, const triangle_options&
     b.fill(nan_element<T>());
   }
   const dense t = op(o.trans, a.meaning(o.diag == 'U' ? shape::kUnitTriangular : shape::kTriangular));
-  const dense before = b.meaning(shape::kGeneral);
+  const dense before = b.as_output().meaning(shape::kGeneral);
   call(solve ? core_of<T>::trsm : core_of<T>::trmm, o.side, o.uplo, o.trans, o.diag, m, n, alpha, a.data(),
        a.ld(), b.data(), b.ld());
   const dense after = b.meaning(shape::kGeneral);

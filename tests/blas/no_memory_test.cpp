@@ -66,6 +66,7 @@ TYPED_TEST(NoMemory, HemmAndHerkAndTrsmAreRight) {
     });
 
     matrix<T> s(n, n, 1, this->random_, uplo);
+    s.as_output();
     const dense closing = op('C', right);
     call(core::herk, uplo, 'N', n, columns, real_part(one), b.data(), b.ld(), real_part(zero), s.data(),
          s.ld());

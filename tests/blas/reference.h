@@ -104,8 +104,8 @@ inline void add_product(bounded& sum, wide alpha, const dense& a, const dense& b
   for (core_int l = 0; l < a.n; ++l) sum.add(alpha * a(i, l) * b(l, j));
 }
 
-/// Cells in memory of which a routine may read and write some. The rest must stay as it is: NaN, which shows if
-/// read, or in an output a number, which shows if added to.
+/// Cells in memory of which a routine may read and write some. The rest must stay as it is: NaN, which shows
+/// if read, or in an output a number, which shows if added to.
 template <class T>
 class storage {
  public:
