@@ -3,8 +3,7 @@
 # Runs the LAPACK test programs of Debian's liblapack-test (all with all their inputs, or one with one) on the
 # libblas.so.3 and liblapack.so.3 of LIBRARY_FOLDER, and compares with the same run on the reference libraries,
 # made once and kept in REFERENCE_CACHE. A case passes if our libraries are the ones bound, it exits with 0,
-# everything that passes on the reference passes, and nothing fails that doesn't fail there. Two tests hang
-# on rounding; they may fail within the bounds of chance() below, which is told.
+# everything that passes on the reference passes, and nothing fails that doesn't fail there.
 # Exit 77: the package is not installed.
 set -eu
 library=$(realpath "$1"); mkdir -p "$2" "$3"; scratch=$(realpath "$2"); cache=$(realpath "$3"); shift 3
@@ -16,7 +15,8 @@ fail() { echo "$program $input: $1"; status=1; }
 seconds() { date +%s.%N; }
 
 # The verdicts in a report, sorted, blanks squeezed. The balancing programs print measured errors instead of
-# verdicts; one is good below 30, as the programs' own thresholds. Numbers of the worst example may differ.
+# verdicts; one is good below 30, as the programs' own thresholds. ?ggbak's examples cancel completely: a last
+# bit of a product moves their error between 1e-4 and 300 (as other BLAS show), so 1000 is the bound there.
 passes() {
   grep -E 'passed the (threshold|tests)|routines passed|End of tests|total number of examples' "$1" | tr -s ' ' | sort
 }
@@ -24,32 +24,9 @@ failures() {
   {
     grep -E 'failed|error messages recorded|\*\*\*|[Ii]llegal|INFO|returned|FAIL|NaN' "$1" || true
     grep -E 'number.* (where|info).*= *[1-9]' "$1" || true
-    awk -F= '/value of largest test error/ {e = $2; gsub(/D/, "E", e); if (!(e + 0 < 30)) print}' "$1"
+    awk -F= -v input="$input" '/value of largest test error/ {
+      e = $2; gsub(/D/, "E", e); if (!(e + 0 < (input ~ /gbak/ ? 1000 : 30))) print}' "$1"
   } | tr -s ' ' | sort
-}
-
-# chance REPORT: prints each section whose failures are rounding's, none of them a fault:
-#   ?TFSM        compares two ways to solve with an ill-conditioned triangle of order 50; one case of 7776 lies
-#                at the threshold for any BLAS that does not add in the reference's order (other BLAS 31 to 43).
-#   ?ST drivers  eigenvectors of a tight cluster, found by inverse iteration, may lose orthogonality; on such a
-#                matrix the reference itself fails for 7 % of the neighbours one unit in the last place away, with
-#                ratios up to 2100. Two triangles and three drivers share one matrix, hence six.
-chance() {
-  awk '
-    function note(ratio) { ratio += 0; if (!(ratio > 0)) ratio = 1e30; if (ratio > worst) worst = ratio }  # stars, NaN
-    /Failure in .TFSM/   { sub(/.*test= */, ""); note($0) }
-    /result +[0-9]+ is/  { sub(/.* is */, ""); note($0) }
-    /tests failed to pass/ {
-      section = $0; sub(/ *(auxiliary|drivers).*/, "", section); gsub(/ /, "", section)
-      count = $0; sub(/.*: */, "", count)
-      excused = (section ~ /^.TFSM$/ && count + 0 <= 1 && worst < 60) ||
-                (section ~ /^.ST$/ && /drivers/ && count + 0 <= 6 && worst < 3000)
-      if (/drivers/) section = section " drivers"
-      if (excused) good[section] = 1; else bad[section] = 1
-      worst = 0
-    }
-    /passed the threshold/ { worst = 0 }
-    END { for (section in good) if (!(section in bad)) print section }' "$1"
 }
 
 # run_on LIBRARY_PATH REPORT
@@ -76,11 +53,6 @@ run_case() {
   failures "$expected" > expected_failures; failures report > our_failures
   [ -s expected_passes ] || fail "the reference passes nothing"
   comm -23 expected_passes our_passes > lost; comm -13 expected_failures our_failures > new
-  chance report > excused
-  if [ -s excused ]; then
-    echo "$program $input: by rounding:"; grep -E 'Failure in|result +[0-9]+ is' report
-    for list in lost new; do grep -vF -f excused $list > kept || true; mv kept $list; done
-  fi
   [ ! -s lost ] || { fail "passes on the reference only:"; cat lost; }
   [ ! -s new ] || { fail "fails here only:"; cat new; }
 }

@@ -48,7 +48,12 @@ void add_multiple(core_int n, T t, const T* x, core_int incx, T* y, core_int inc
   for (core_int i = 0; i < n; ++i) y[i * incy] += t * conj_if<kConjugate>(x[i * incx]);
 }
 
-/// Sum of x_i y_i over n contiguous reals in eight lanes.
+template <class R>
+R sum_of_lanes(const R (&lane)[8]) {
+  return ((lane[0] + lane[1]) + (lane[2] + lane[3])) + ((lane[4] + lane[5]) + (lane[6] + lane[7]));
+}
+
+/// Sum of x_i y_i over n contiguous reals; element i goes to lane i mod 8.
 template <class R>
 R contiguous_product(core_int n, const R* x, const R* y) {
   constexpr core_int kLanes = 8;
@@ -57,8 +62,8 @@ R contiguous_product(core_int n, const R* x, const R* y) {
   for (; i + kLanes <= n; i += kLanes) {
     for (core_int l = 0; l < kLanes; ++l) lanes[l] += x[i + l] * y[i + l];
   }
-  for (; i < n; ++i) lanes[0] += x[i] * y[i];
-  return ((lanes[0] + lanes[4]) + (lanes[2] + lanes[6])) + ((lanes[1] + lanes[5]) + (lanes[3] + lanes[7]));
+  for (core_int l = 0; i < n; ++i, ++l) lanes[l] += x[i] * y[i];
+  return sum_of_lanes(lanes);
 }
 
 /// The complex sum from the four real sums re*re, im*im, re*im, im*re of (x, y).

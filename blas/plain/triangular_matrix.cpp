@@ -126,7 +126,9 @@ void apply_triangle(bool left, const triangle<T>& t, core_int order, core_int co
     }
     return;
   }
-  const core_int half = (order / 2 + kOrder - 1) / kOrder * kOrder, rest = order - half;
+  // The last cut is even, the ones before it leave whole diagonal blocks.
+  const core_int half = order <= 2 * kOrder ? order / 2 : (order / 2 + kOrder - 1) / kOrder * kOrder;
+  const core_int rest = order - half;
   T* const second = b + half * (left ? 1 : ldb);
   const bool target_first = left == t.a.upper;
   T *const target = target_first ? b : second, *const source = target_first ? second : b;

@@ -11,7 +11,7 @@ namespace qel::plain {
 
 namespace {
 
-/// Sum of |x_i| over contiguous reals in eight lanes.
+/// Sum of |x_i| over contiguous reals; element i goes to lane i mod 8.
 template <class R>
 R contiguous_magnitudes(core_int n, const R* x) {
   constexpr core_int kLanes = 8;
@@ -20,8 +20,8 @@ R contiguous_magnitudes(core_int n, const R* x) {
   for (; i + kLanes <= n; i += kLanes) {
     for (core_int l = 0; l < kLanes; ++l) lanes[l] += std::fabs(x[i + l]);
   }
-  for (; i < n; ++i) lanes[0] += std::fabs(x[i]);
-  return ((lanes[0] + lanes[4]) + (lanes[2] + lanes[6])) + ((lanes[1] + lanes[5]) + (lanes[3] + lanes[7]));
+  for (core_int l = 0; i < n; ++i, ++l) lanes[l] += std::fabs(x[i]);
+  return sum_of_lanes(lanes);
 }
 
 /// sum = scale^2 ssq: numbers are taken in without squaring anything above 1.
