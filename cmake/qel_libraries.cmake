@@ -32,6 +32,8 @@ add_library(qel SHARED ${qel_objects})
 add_library(qel::qel ALIAS qel)
 set_target_properties(qel PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION 1 LINK_DEPENDS "${QEL_MAP};${QEL_DYNAMIC_LIST}")
 target_link_options(qel PRIVATE -Wl,--version-script=${QEL_MAP} -Wl,--dynamic-list=${QEL_DYNAMIC_LIST})
+# Never unloaded: handlers of threads' ends, forks and the process's end point into it.
+target_link_options(qel PRIVATE -Wl,-z,nodelete)
 if(NOT QEL_SANITIZE)
   target_link_options(qel PRIVATE -Wl,-z,defs)
 endif()
