@@ -24,6 +24,7 @@ struct processor_facts {
   std::string reason;  ///< why this level
   std::vector<int> caches;
   processor_counts counts;
+  std::string process_mask, system_mask;              ///< as lists, "0-3,8"
   std::array<thread_choice, kThreadDomains> threads;  ///< by domain
 };
 constexpr std::array kDomainNames{"all", "BLAS", "FFT", "VML"};
@@ -39,6 +40,19 @@ std::string brand_string() {
   const std::string brand(text);
   const size_t first = brand.find_first_not_of(' '), last = brand.find_last_not_of(' ');
   return first == std::string::npos ? "" : brand.substr(first, last - first + 1);
+}
+
+std::string cpu_list(const cpu_mask& mask) {
+  std::string text;
+  for (size_t first = 0; first < mask.size(); ++first) {
+    if (!mask[first]) continue;
+    size_t last = first;
+    while (last + 1 < mask.size() && mask[last + 1]) ++last;
+    text += fmt::format("{}{}", text.empty() ? "" : ",", first);
+    if (last > first) text += fmt::format("-{}", last);
+    first = last;
+  }
+  return text;
 }
 
 processor_facts look_at_processor() {
@@ -76,6 +90,10 @@ processor_facts look_at_processor() {
   serv_cache_sizes(sizes);
   for (int i = 1; i <= std::min(sizes[0], 4); ++i) processor.caches.push_back(sizes[i]);
   processor.counts = known_processors();
+  cpu_mask process, system;
+  kLinuxAffinity.masks(process, system);
+  processor.process_mask = cpu_list(process);
+  processor.system_mask = cpu_list(system);
   for (int domain = 0; domain < kThreadDomains; ++domain) {
     processor.threads[static_cast<size_t>(domain)] = explain_threads(domain);
   }
@@ -102,6 +120,7 @@ void print_text(const processor_facts& processor, const std::vector<variable_sta
   fmt::print("caches      {}\n", caches.empty() ? "not told by the processor" : caches);
   fmt::print("processors  {} logical, {} cores{}\n", processor.counts.logical, processor.counts.cores,
              processor.counts.restricted ? "; the process is restricted to some of the machine's" : "");
+  fmt::print("affinity    {} of {} on line\n", processor.process_mask, processor.system_mask);
   for (size_t domain = 0; domain < kDomainNames.size(); ++domain) {
     fmt::print("threads     {:<4} {} ({})\n", kDomainNames[domain], processor.threads[domain].threads,
                processor.threads[domain].reason);
@@ -128,6 +147,8 @@ void print_json(const processor_facts& processor, const std::vector<variable_sta
         {"cache_bytes", processor.caches},
         {"logical_processors", processor.counts.logical},
         {"cores", processor.counts.cores},
+        {"affinity", processor.process_mask},
+        {"on_line", processor.system_mask},
         {"restricted", processor.counts.restricted}}},
       {"threads", nlohmann::ordered_json::object()},
       {"environment", nlohmann::ordered_json::array()},

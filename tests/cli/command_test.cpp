@@ -108,6 +108,8 @@ TEST(Info, TellsWhichVariablesHaveAnEffect) {
   EXPECT_TRUE(contains(text.output, "\"9\" (ignored)")) << text.output;
   const nlohmann::json report = nlohmann::json::parse(json.output);
   EXPECT_EQ(report["processor"]["level"], 2);
+  EXPECT_EQ(report["processor"]["on_line"].get<std::string>().front(), '0');
+  EXPECT_GE(report["threads"]["BLAS"]["count"].get<int>(), 1);
   for (const auto& variable : report["environment"]) {
     EXPECT_EQ(variable["ignored"].get<bool>(), variable["name"] == "QEL_DEBUG_VECTOR_TYPE") << variable;
     if (variable["name"] == "QEL_MM_DISABLE") {

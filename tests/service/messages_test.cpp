@@ -79,6 +79,26 @@ TEST(Messages, TextFormDoesNotPrint) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
+TEST(Messages, OwnRowsCannotOverflow) {
+  // Names are cut at 20 characters before they get into a row, and a number has at most 11.
+  int rows = 0;
+  for (int number = 0; number < 1079; ++number) {
+    const message_row* row = find_message_row(number);
+    if (row == nullptr) continue;
+    ++rows;
+    const std::string text = row->text;
+    const auto count = [&text](const char* conversion) {
+      size_t found = 0;
+      for (size_t at = text.find(conversion); at != std::string::npos; at = text.find(conversion, at + 2))
+        ++found;
+      return found;
+    };
+    EXPECT_LE(text.size() + 20 * count("%s") + 11 * count("%d"), 513u) << text;
+    EXPECT_TRUE(row->severity == 1 || row->severity == 2 || row->severity == 4) << text;
+  }
+  EXPECT_GE(rows, 5);
+}
+
 TEST(Messages, OverflowEndsTheProcess) {
   const size_t fixed = std::string(serv_message_text(8, 1, "")).size();
   const auto printed_with = [&](size_t length) {
