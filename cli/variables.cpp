@@ -48,6 +48,14 @@ variable_state native_variable() {
   return state;
 }
 
+variable_state verbose_variable() {
+  variable_state state =
+      look_up("QEL_VERBOSE", "1 prints a line for every entry call and a table at the end");
+  const bool on = state.set && state.value != "0";
+  state.effect = on ? "every entry call is printed" : "calls are silent";
+  return state;
+}
+
 /// A variable that only has to exist.
 variable_state switch_variable(const char* name, const char* purpose, const char* on, const char* off) {
   variable_state state = look_up(name, purpose);
@@ -135,6 +143,9 @@ std::vector<variable_state> environment_variables() {
       count_variable("OMP_NUM_THREADS", "thread count of OpenMP"),
       rank_variable(),
       mpi_level_variable(),
+      verbose_variable(),
+      switch_variable("QEL_VERBOSE_FILE", "where the lines of QEL_VERBOSE go", "appended to that file",
+                      "to standard output"),
       switch_variable("QEL_DISABLE_FAST_MM", cache_purpose, cache_off, cache_on),
       switch_variable("QEL_MM_DISABLE", cache_purpose, cache_off, cache_on),
       switch_variable("QEL_FREE_AT_THREAD_EXIT", "a thread's buffers go at its end, whatever the value",

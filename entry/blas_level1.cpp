@@ -13,115 +13,121 @@ namespace core = qel::core;
 extern "C" {
 
 void scopy(const int* n, const float* x, const int* incx, float* y, const int* incy) {
-  call_widened(core::scopy, n, x, incx, y, incy);
+  call_widened(__func__, core::scopy, n, x, incx, y, incy);
 }
 void dcopy(const int* n, const double* x, const int* incx, double* y, const int* incy) {
-  call_widened(core::dcopy, n, x, incx, y, incy);
+  call_widened(__func__, core::dcopy, n, x, incx, y, incy);
 }
 void ccopy(const int* n, const complex8* x, const int* incx, complex8* y, const int* incy) {
-  call_widened(core::ccopy, n, x, incx, y, incy);
+  call_widened(__func__, core::ccopy, n, x, incx, y, incy);
 }
 void zcopy(const int* n, const complex16* x, const int* incx, complex16* y, const int* incy) {
-  call_widened(core::zcopy, n, x, incx, y, incy);
+  call_widened(__func__, core::zcopy, n, x, incx, y, incy);
 }
 
 void saxpy(const int* n, const float* alpha, const float* x, const int* incx, float* y, const int* incy) {
-  call_widened(core::saxpy, n, alpha, x, incx, y, incy);
+  call_widened(__func__, core::saxpy, n, alpha, x, incx, y, incy);
 }
 void daxpy(const int* n, const double* alpha, const double* x, const int* incx, double* y, const int* incy) {
-  call_widened(core::daxpy, n, alpha, x, incx, y, incy);
+  call_widened(__func__, core::daxpy, n, alpha, x, incx, y, incy);
 }
 void caxpy(const int* n, const complex8* alpha, const complex8* x, const int* incx, complex8* y,
            const int* incy) {
-  call_widened(core::caxpy, n, alpha, x, incx, y, incy);
+  call_widened(__func__, core::caxpy, n, alpha, x, incx, y, incy);
 }
 void zaxpy(const int* n, const complex16* alpha, const complex16* x, const int* incx, complex16* y,
            const int* incy) {
-  call_widened(core::zaxpy, n, alpha, x, incx, y, incy);
+  call_widened(__func__, core::zaxpy, n, alpha, x, incx, y, incy);
 }
 
 void sscal(const int* n, const float* alpha, float* x, const int* incx) {
-  call_widened(core::sscal, n, alpha, x, incx);
+  call_widened(__func__, core::sscal, n, alpha, x, incx);
 }
 void dscal(const int* n, const double* alpha, double* x, const int* incx) {
-  call_widened(core::dscal, n, alpha, x, incx);
+  call_widened(__func__, core::dscal, n, alpha, x, incx);
 }
 void cscal(const int* n, const complex8* alpha, complex8* x, const int* incx) {
-  call_widened(core::cscal, n, alpha, x, incx);
+  call_widened(__func__, core::cscal, n, alpha, x, incx);
 }
 void csscal(const int* n, const float* alpha, complex8* x, const int* incx) {
-  call_widened(core::csscal, n, alpha, x, incx);
+  call_widened(__func__, core::csscal, n, alpha, x, incx);
 }
 void zscal(const int* n, const complex16* alpha, complex16* x, const int* incx) {
-  call_widened(core::zscal, n, alpha, x, incx);
+  call_widened(__func__, core::zscal, n, alpha, x, incx);
 }
 void zdscal(const int* n, const double* alpha, complex16* x, const int* incx) {
-  call_widened(core::zdscal, n, alpha, x, incx);
+  call_widened(__func__, core::zdscal, n, alpha, x, incx);
 }
 
 float sdot(const int* n, const float* x, const int* incx, const float* y, const int* incy) {
-  return call_widened(core::sdot, n, x, incx, y, incy);
+  return call_widened(__func__, core::sdot, n, x, incx, y, incy);
 }
 double ddot(const int* n, const double* x, const int* incx, const double* y, const int* incy) {
-  return call_widened(core::ddot, n, x, incx, y, incy);
+  return call_widened(__func__, core::ddot, n, x, incx, y, incy);
 }
 
 void cdotu(complex8* result, const int* n, const complex8* x, const int* incx, const complex8* y,
            const int* incy) {
-  call_widened(core::cdotu, result, n, x, incx, y, incy);
+  call_widened(__func__, core::cdotu, result, n, x, incx, y, incy);
 }
 void zdotu(complex16* result, const int* n, const complex16* x, const int* incx, const complex16* y,
            const int* incy) {
-  call_widened(core::zdotu, result, n, x, incx, y, incy);
+  call_widened(__func__, core::zdotu, result, n, x, incx, y, incy);
 }
 
 void cdotc(complex8* result, const int* n, const complex8* x, const int* incx, const complex8* y,
            const int* incy) {
-  call_widened(core::cdotc, result, n, x, incx, y, incy);
+  call_widened(__func__, core::cdotc, result, n, x, incx, y, incy);
 }
 void zdotc(complex16* result, const int* n, const complex16* x, const int* incx, const complex16* y,
            const int* incy) {
-  call_widened(core::zdotc, result, n, x, incx, y, incy);
+  call_widened(__func__, core::zdotc, result, n, x, incx, y, incy);
 }
 
-float sasum(const int* n, const float* x, const int* incx) { return call_widened(core::sasum, n, x, incx); }
-double dasum(const int* n, const double* x, const int* incx) { return call_widened(core::dasum, n, x, incx); }
+float sasum(const int* n, const float* x, const int* incx) {
+  return call_widened(__func__, core::sasum, n, x, incx);
+}
+double dasum(const int* n, const double* x, const int* incx) {
+  return call_widened(__func__, core::dasum, n, x, incx);
+}
 float scasum(const int* n, const complex8* x, const int* incx) {
-  return call_widened(core::scasum, n, x, incx);
+  return call_widened(__func__, core::scasum, n, x, incx);
 }
 double dzasum(const int* n, const complex16* x, const int* incx) {
-  return call_widened(core::dzasum, n, x, incx);
+  return call_widened(__func__, core::dzasum, n, x, incx);
 }
 
-double dnrm2(const int* n, const double* x, const int* incx) { return call_widened(core::dnrm2, n, x, incx); }
+double dnrm2(const int* n, const double* x, const int* incx) {
+  return call_widened(__func__, core::dnrm2, n, x, incx);
+}
 double dznrm2(const int* n, const complex16* x, const int* incx) {
-  return call_widened(core::dznrm2, n, x, incx);
+  return call_widened(__func__, core::dznrm2, n, x, incx);
 }
 
 int isamax(const int* n, const float* x, const int* incx) {
-  return static_cast<int>(call_widened(core::isamax, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::isamax, n, x, incx));
 }
 int idamax(const int* n, const double* x, const int* incx) {
-  return static_cast<int>(call_widened(core::idamax, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::idamax, n, x, incx));
 }
 int icamax(const int* n, const complex8* x, const int* incx) {
-  return static_cast<int>(call_widened(core::icamax, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::icamax, n, x, incx));
 }
 int izamax(const int* n, const complex16* x, const int* incx) {
-  return static_cast<int>(call_widened(core::izamax, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::izamax, n, x, incx));
 }
 
 int isamin(const int* n, const float* x, const int* incx) {
-  return static_cast<int>(call_widened(core::isamin, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::isamin, n, x, incx));
 }
 int idamin(const int* n, const double* x, const int* incx) {
-  return static_cast<int>(call_widened(core::idamin, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::idamin, n, x, incx));
 }
 int icamin(const int* n, const complex8* x, const int* incx) {
-  return static_cast<int>(call_widened(core::icamin, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::icamin, n, x, incx));
 }
 int izamin(const int* n, const complex16* x, const int* incx) {
-  return static_cast<int>(call_widened(core::izamin, n, x, incx));
+  return static_cast<int>(call_widened(__func__, core::izamin, n, x, incx));
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

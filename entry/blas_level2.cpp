@@ -9,183 +9,142 @@
 
 using qel::complex16;
 using qel::complex8;
+using qel::entry::call_checked;
 using qel::entry::call_hooked;
-using qel::entry::call_widened;
-using qel::entry::reported;
 namespace core = qel::core;
 namespace blas = qel::blas;
-
-namespace {
-
-bool gemv_check(const char* name, const char* trans, const int* m, const int* n, const int* lda,
-                const int* incx, const int* incy) {
-  return reported(name, blas::gemv_bad_argument(trans, *m, *n, *lda, *incx, *incy));
-}
-bool gbmv_check(const char* name, const char* trans, const int* m, const int* n, const int* kl, const int* ku,
-                const int* lda, const int* incx, const int* incy) {
-  return reported(name, blas::gbmv_bad_argument(trans, *m, *n, *kl, *ku, *lda, *incx, *incy));
-}
-bool sbmv_check(const char* name, const char* uplo, const int* n, const int* k, const int* lda,
-                const int* incx, const int* incy) {
-  return reported(name, blas::sbmv_bad_argument(uplo, *n, *k, *lda, *incx, *incy));
-}
-bool spmv_check(const char* name, const char* uplo, const int* n, const int* incx, const int* incy) {
-  return reported(name, blas::spmv_bad_argument(uplo, *n, *incx, *incy));
-}
-bool tpmv_check(const char* name, const char* uplo, const char* trans, const char* diag, const int* n,
-                const int* incx) {
-  return reported(name, blas::tpmv_bad_argument(uplo, trans, diag, *n, *incx));
-}
-bool trmv_check(const char* name, const char* uplo, const char* trans, const char* diag, const int* n,
-                const int* lda, const int* incx) {
-  return reported(name, blas::trmv_bad_argument(uplo, trans, diag, *n, *lda, *incx));
-}
-
-}  // namespace
 
 extern "C" {
 
 void sgemv(const char* trans, const int* m, const int* n, const float* alpha, const float* a, const int* lda,
            const float* x, const int* incx, const float* beta, float* y, const int* incy) {
-  if (gemv_check("SGEMV ", trans, m, n, lda, incx, incy)) return;
-  call_widened(core::sgemv, trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::sgemv, blas::gemv_bad_argument, trans, m, n, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 void dgemv(const char* trans, const int* m, const int* n, const double* alpha, const double* a,
            const int* lda, const double* x, const int* incx, const double* beta, double* y, const int* incy) {
-  if (gemv_check("DGEMV ", trans, m, n, lda, incx, incy)) return;
-  call_widened(core::dgemv, trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::dgemv, blas::gemv_bad_argument, trans, m, n, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 void cgemv(const char* trans, const int* m, const int* n, const complex8* alpha, const complex8* a,
            const int* lda, const complex8* x, const int* incx, const complex8* beta, complex8* y,
            const int* incy) {
-  if (gemv_check("CGEMV ", trans, m, n, lda, incx, incy)) return;
-  call_widened(core::cgemv, trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::cgemv, blas::gemv_bad_argument, trans, m, n, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 void zgemv(const char* trans, const int* m, const int* n, const complex16* alpha, const complex16* a,
            const int* lda, const complex16* x, const int* incx, const complex16* beta, complex16* y,
            const int* incy) {
-  if (gemv_check("ZGEMV ", trans, m, n, lda, incx, incy)) return;
-  call_widened(core::zgemv, trans, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::zgemv, blas::gemv_bad_argument, trans, m, n, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 
 void sgbmv(const char* trans, const int* m, const int* n, const int* kl, const int* ku, const float* alpha,
            const float* a, const int* lda, const float* x, const int* incx, const float* beta, float* y,
            const int* incy) {
-  if (gbmv_check("SGBMV ", trans, m, n, kl, ku, lda, incx, incy)) return;
-  call_widened(core::sgbmv, trans, m, n, kl, ku, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::sgbmv, blas::gbmv_bad_argument, trans, m, n, kl, ku, alpha, a, lda, x, incx,
+               beta, y, incy);
 }
 void dgbmv(const char* trans, const int* m, const int* n, const int* kl, const int* ku, const double* alpha,
            const double* a, const int* lda, const double* x, const int* incx, const double* beta, double* y,
            const int* incy) {
-  if (gbmv_check("DGBMV ", trans, m, n, kl, ku, lda, incx, incy)) return;
-  call_widened(core::dgbmv, trans, m, n, kl, ku, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::dgbmv, blas::gbmv_bad_argument, trans, m, n, kl, ku, alpha, a, lda, x, incx,
+               beta, y, incy);
 }
 void cgbmv(const char* trans, const int* m, const int* n, const int* kl, const int* ku, const complex8* alpha,
            const complex8* a, const int* lda, const complex8* x, const int* incx, const complex8* beta,
            complex8* y, const int* incy) {
-  if (gbmv_check("CGBMV ", trans, m, n, kl, ku, lda, incx, incy)) return;
-  call_widened(core::cgbmv, trans, m, n, kl, ku, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::cgbmv, blas::gbmv_bad_argument, trans, m, n, kl, ku, alpha, a, lda, x, incx,
+               beta, y, incy);
 }
 void zgbmv(const char* trans, const int* m, const int* n, const int* kl, const int* ku,
            const complex16* alpha, const complex16* a, const int* lda, const complex16* x, const int* incx,
            const complex16* beta, complex16* y, const int* incy) {
-  if (gbmv_check("ZGBMV ", trans, m, n, kl, ku, lda, incx, incy)) return;
-  call_widened(core::zgbmv, trans, m, n, kl, ku, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::zgbmv, blas::gbmv_bad_argument, trans, m, n, kl, ku, alpha, a, lda, x, incx,
+               beta, y, incy);
 }
 
 void ssbmv(const char* uplo, const int* n, const int* k, const float* alpha, const float* a, const int* lda,
            const float* x, const int* incx, const float* beta, float* y, const int* incy) {
-  if (sbmv_check("SSBMV ", uplo, n, k, lda, incx, incy)) return;
-  call_widened(core::ssbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::ssbmv, blas::sbmv_bad_argument, uplo, n, k, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 void dsbmv(const char* uplo, const int* n, const int* k, const double* alpha, const double* a, const int* lda,
            const double* x, const int* incx, const double* beta, double* y, const int* incy) {
-  if (sbmv_check("DSBMV ", uplo, n, k, lda, incx, incy)) return;
-  call_widened(core::dsbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::dsbmv, blas::sbmv_bad_argument, uplo, n, k, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 void chbmv(const char* uplo, const int* n, const int* k, const complex8* alpha, const complex8* a,
            const int* lda, const complex8* x, const int* incx, const complex8* beta, complex8* y,
            const int* incy) {
-  if (sbmv_check("CHBMV ", uplo, n, k, lda, incx, incy)) return;
-  call_widened(core::chbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::chbmv, blas::sbmv_bad_argument, uplo, n, k, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 void zhbmv(const char* uplo, const int* n, const int* k, const complex16* alpha, const complex16* a,
            const int* lda, const complex16* x, const int* incx, const complex16* beta, complex16* y,
            const int* incy) {
-  if (sbmv_check("ZHBMV ", uplo, n, k, lda, incx, incy)) return;
-  call_widened(core::zhbmv, uplo, n, k, alpha, a, lda, x, incx, beta, y, incy);
+  call_checked(__func__, core::zhbmv, blas::sbmv_bad_argument, uplo, n, k, alpha, a, lda, x, incx, beta, y,
+               incy);
 }
 
 void sspmv(const char* uplo, const int* n, const float* alpha, const float* ap, const float* x,
            const int* incx, const float* beta, float* y, const int* incy) {
-  if (spmv_check("SSPMV ", uplo, n, incx, incy)) return;
-  call_widened(core::sspmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked(__func__, core::sspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 void dspmv(const char* uplo, const int* n, const double* alpha, const double* ap, const double* x,
            const int* incx, const double* beta, double* y, const int* incy) {
-  if (spmv_check("DSPMV ", uplo, n, incx, incy)) return;
-  call_widened(core::dspmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked(__func__, core::dspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 void cspmv(const char* uplo, const int* n, const complex8* alpha, const complex8* ap, const complex8* x,
            const int* incx, const complex8* beta, complex8* y, const int* incy) {
-  call_hooked(core::qel_core_cspmv_, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_hooked(__func__, core::qel_core_cspmv_, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 void zspmv(const char* uplo, const int* n, const complex16* alpha, const complex16* ap, const complex16* x,
            const int* incx, const complex16* beta, complex16* y, const int* incy) {
-  call_hooked(core::qel_core_zspmv_, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_hooked(__func__, core::qel_core_zspmv_, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 
 void chpmv(const char* uplo, const int* n, const complex8* alpha, const complex8* ap, const complex8* x,
            const int* incx, const complex8* beta, complex8* y, const int* incy) {
-  if (spmv_check("CHPMV ", uplo, n, incx, incy)) return;
-  call_widened(core::chpmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked(__func__, core::chpmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 void zhpmv(const char* uplo, const int* n, const complex16* alpha, const complex16* ap, const complex16* x,
            const int* incx, const complex16* beta, complex16* y, const int* incy) {
-  if (spmv_check("ZHPMV ", uplo, n, incx, incy)) return;
-  call_widened(core::zhpmv, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked(__func__, core::zhpmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 
 void stpmv(const char* uplo, const char* trans, const char* diag, const int* n, const float* ap, float* x,
            const int* incx) {
-  if (tpmv_check("STPMV ", uplo, trans, diag, n, incx)) return;
-  call_widened(core::stpmv, uplo, trans, diag, n, ap, x, incx);
+  call_checked(__func__, core::stpmv, blas::tpmv_bad_argument, uplo, trans, diag, n, ap, x, incx);
 }
 void dtpmv(const char* uplo, const char* trans, const char* diag, const int* n, const double* ap, double* x,
            const int* incx) {
-  if (tpmv_check("DTPMV ", uplo, trans, diag, n, incx)) return;
-  call_widened(core::dtpmv, uplo, trans, diag, n, ap, x, incx);
+  call_checked(__func__, core::dtpmv, blas::tpmv_bad_argument, uplo, trans, diag, n, ap, x, incx);
 }
 void ctpmv(const char* uplo, const char* trans, const char* diag, const int* n, const complex8* ap,
            complex8* x, const int* incx) {
-  if (tpmv_check("CTPMV ", uplo, trans, diag, n, incx)) return;
-  call_widened(core::ctpmv, uplo, trans, diag, n, ap, x, incx);
+  call_checked(__func__, core::ctpmv, blas::tpmv_bad_argument, uplo, trans, diag, n, ap, x, incx);
 }
 void ztpmv(const char* uplo, const char* trans, const char* diag, const int* n, const complex16* ap,
            complex16* x, const int* incx) {
-  if (tpmv_check("ZTPMV ", uplo, trans, diag, n, incx)) return;
-  call_widened(core::ztpmv, uplo, trans, diag, n, ap, x, incx);
+  call_checked(__func__, core::ztpmv, blas::tpmv_bad_argument, uplo, trans, diag, n, ap, x, incx);
 }
 
 void strmv(const char* uplo, const char* trans, const char* diag, const int* n, const float* a,
            const int* lda, float* x, const int* incx) {
-  if (trmv_check("STRMV ", uplo, trans, diag, n, lda, incx)) return;
-  call_widened(core::strmv, uplo, trans, diag, n, a, lda, x, incx);
+  call_checked(__func__, core::strmv, blas::trmv_bad_argument, uplo, trans, diag, n, a, lda, x, incx);
 }
 void dtrmv(const char* uplo, const char* trans, const char* diag, const int* n, const double* a,
            const int* lda, double* x, const int* incx) {
-  if (trmv_check("DTRMV ", uplo, trans, diag, n, lda, incx)) return;
-  call_widened(core::dtrmv, uplo, trans, diag, n, a, lda, x, incx);
+  call_checked(__func__, core::dtrmv, blas::trmv_bad_argument, uplo, trans, diag, n, a, lda, x, incx);
 }
 void ctrmv(const char* uplo, const char* trans, const char* diag, const int* n, const complex8* a,
            const int* lda, complex8* x, const int* incx) {
-  if (trmv_check("CTRMV ", uplo, trans, diag, n, lda, incx)) return;
-  call_widened(core::ctrmv, uplo, trans, diag, n, a, lda, x, incx);
+  call_checked(__func__, core::ctrmv, blas::trmv_bad_argument, uplo, trans, diag, n, a, lda, x, incx);
 }
 void ztrmv(const char* uplo, const char* trans, const char* diag, const int* n, const complex16* a,
            const int* lda, complex16* x, const int* incx) {
-  if (trmv_check("ZTRMV ", uplo, trans, diag, n, lda, incx)) return;
-  call_widened(core::ztrmv, uplo, trans, diag, n, a, lda, x, incx);
+  call_checked(__func__, core::ztrmv, blas::trmv_bad_argument, uplo, trans, diag, n, a, lda, x, incx);
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

@@ -8,72 +8,58 @@
 
 using qel::complex16;
 using qel::complex8;
-using qel::entry::call_widened;
-using qel::entry::reported;
+using qel::entry::call_checked;
 namespace core = qel::core;
 namespace blas = qel::blas;
-
-namespace {
-
-bool gemm_check(const char* name, const char* transa, const char* transb, const int* m, const int* n,
-                const int* k, const int* lda, const int* ldb, const int* ldc) {
-  return reported(name, blas::gemm_bad_argument(transa, transb, *m, *n, *k, *lda, *ldb, *ldc));
-}
-bool trsm_check(const char* name, const char* side, const char* uplo, const char* transa, const char* diag,
-                const int* m, const int* n, const int* lda, const int* ldb) {
-  return reported(name, blas::trmm_bad_argument(side, uplo, transa, diag, *m, *n, *lda, *ldb));
-}
-
-}  // namespace
 
 extern "C" {
 
 void sgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k,
            const float* alpha, const float* a, const int* lda, const float* b, const int* ldb,
            const float* beta, float* c, const int* ldc) {
-  if (gemm_check("SGEMM ", transa, transb, m, n, k, lda, ldb, ldc)) return;
-  call_widened(core::sgemm, transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  call_checked(__func__, core::sgemm, blas::gemm_bad_argument, transa, transb, m, n, k, alpha, a, lda, b, ldb,
+               beta, c, ldc);
 }
 void dgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k,
            const double* alpha, const double* a, const int* lda, const double* b, const int* ldb,
            const double* beta, double* c, const int* ldc) {
-  if (gemm_check("DGEMM ", transa, transb, m, n, k, lda, ldb, ldc)) return;
-  call_widened(core::dgemm, transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  call_checked(__func__, core::dgemm, blas::gemm_bad_argument, transa, transb, m, n, k, alpha, a, lda, b, ldb,
+               beta, c, ldc);
 }
 void cgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k,
            const complex8* alpha, const complex8* a, const int* lda, const complex8* b, const int* ldb,
            const complex8* beta, complex8* c, const int* ldc) {
-  if (gemm_check("CGEMM ", transa, transb, m, n, k, lda, ldb, ldc)) return;
-  call_widened(core::cgemm, transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  call_checked(__func__, core::cgemm, blas::gemm_bad_argument, transa, transb, m, n, k, alpha, a, lda, b, ldb,
+               beta, c, ldc);
 }
 void zgemm(const char* transa, const char* transb, const int* m, const int* n, const int* k,
            const complex16* alpha, const complex16* a, const int* lda, const complex16* b, const int* ldb,
            const complex16* beta, complex16* c, const int* ldc) {
-  if (gemm_check("ZGEMM ", transa, transb, m, n, k, lda, ldb, ldc)) return;
-  call_widened(core::zgemm, transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  call_checked(__func__, core::zgemm, blas::gemm_bad_argument, transa, transb, m, n, k, alpha, a, lda, b, ldb,
+               beta, c, ldc);
 }
 
 void strsm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
            const int* n, const float* alpha, const float* a, const int* lda, float* b, const int* ldb) {
-  if (trsm_check("STRSM ", side, uplo, transa, diag, m, n, lda, ldb)) return;
-  call_widened(core::strsm, side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+  call_checked(__func__, core::strsm, blas::trmm_bad_argument, side, uplo, transa, diag, m, n, alpha, a, lda,
+               b, ldb);
 }
 void dtrsm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
            const int* n, const double* alpha, const double* a, const int* lda, double* b, const int* ldb) {
-  if (trsm_check("DTRSM ", side, uplo, transa, diag, m, n, lda, ldb)) return;
-  call_widened(core::dtrsm, side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+  call_checked(__func__, core::dtrsm, blas::trmm_bad_argument, side, uplo, transa, diag, m, n, alpha, a, lda,
+               b, ldb);
 }
 void ctrsm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
            const int* n, const complex8* alpha, const complex8* a, const int* lda, complex8* b,
            const int* ldb) {
-  if (trsm_check("CTRSM ", side, uplo, transa, diag, m, n, lda, ldb)) return;
-  call_widened(core::ctrsm, side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+  call_checked(__func__, core::ctrsm, blas::trmm_bad_argument, side, uplo, transa, diag, m, n, alpha, a, lda,
+               b, ldb);
 }
 void ztrsm(const char* side, const char* uplo, const char* transa, const char* diag, const int* m,
            const int* n, const complex16* alpha, const complex16* a, const int* lda, complex16* b,
            const int* ldb) {
-  if (trsm_check("ZTRSM ", side, uplo, transa, diag, m, n, lda, ldb)) return;
-  call_widened(core::ztrsm, side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
+  call_checked(__func__, core::ztrsm, blas::trmm_bad_argument, side, uplo, transa, diag, m, n, alpha, a, lda,
+               b, ldb);
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

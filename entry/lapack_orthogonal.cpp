@@ -8,7 +8,6 @@
 using qel::complex16;
 using qel::complex8;
 using qel::entry::call_info;
-using qel::entry::call_info_arrays;
 using qel::entry::in_out_ints;
 using qel::entry::out_int;
 namespace core = qel::core;
@@ -24,108 +23,110 @@ extern "C" {
 
 int sgeqrf(const int* m, const int* n, float* a, const int* lda, float* tau, float* work, const int* lwork,
            int* info) {
-  return call_info(core::qel_core_sgeqrf_, info, m, n, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_sgeqrf_, info, m, n, a, lda, tau, work, lwork);
 }
 int dgeqrf(const int* m, const int* n, double* a, const int* lda, double* tau, double* work, const int* lwork,
            int* info) {
-  return call_info(core::qel_core_dgeqrf_, info, m, n, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_dgeqrf_, info, m, n, a, lda, tau, work, lwork);
 }
 int cgeqrf(const int* m, const int* n, complex8* a, const int* lda, complex8* tau, complex8* work,
            const int* lwork, int* info) {
-  return call_info(core::qel_core_cgeqrf_, info, m, n, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_cgeqrf_, info, m, n, a, lda, tau, work, lwork);
 }
 int zgeqrf(const int* m, const int* n, complex16* a, const int* lda, complex16* tau, complex16* work,
            const int* lwork, int* info) {
-  return call_info(core::qel_core_zgeqrf_, info, m, n, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_zgeqrf_, info, m, n, a, lda, tau, work, lwork);
 }
 
 int sgeqp3(const int* m, const int* n, float* a, const int* lda, int* jpvt, float* tau, float* work,
            const int* lwork, int* info) {
-  return call_info_arrays("SGEQP3", core::qel_core_sgeqp3_, info, m, n, a, lda,
-                          in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork);
+  return call_info(__func__, core::qel_core_sgeqp3_, info, m, n, a, lda,
+                   in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork);
 }
 int dgeqp3(const int* m, const int* n, double* a, const int* lda, int* jpvt, double* tau, double* work,
            const int* lwork, int* info) {
-  return call_info_arrays("DGEQP3", core::qel_core_dgeqp3_, info, m, n, a, lda,
-                          in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork);
+  return call_info(__func__, core::qel_core_dgeqp3_, info, m, n, a, lda,
+                   in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork);
 }
 int cgeqp3(const int* m, const int* n, complex8* a, const int* lda, int* jpvt, complex8* tau, complex8* work,
            const int* lwork, float* rwork, int* info) {
-  return call_info_arrays("CGEQP3", core::qel_core_cgeqp3_, info, m, n, a, lda,
-                          in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork, rwork);
+  return call_info(__func__, core::qel_core_cgeqp3_, info, m, n, a, lda,
+                   in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork, rwork);
 }
 int zgeqp3(const int* m, const int* n, complex16* a, const int* lda, int* jpvt, complex16* tau,
            complex16* work, const int* lwork, double* rwork, int* info) {
-  return call_info_arrays("ZGEQP3", core::qel_core_zgeqp3_, info, m, n, a, lda,
-                          in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork, rwork);
+  return call_info(__func__, core::qel_core_zgeqp3_, info, m, n, a, lda,
+                   in_out_ints(unless_query(lwork, jpvt), *n), tau, work, lwork, rwork);
 }
 
 int sormqr(const char* side, const char* trans, const int* m, const int* n, const int* k, float* a,
            const int* lda, const float* tau, float* c, const int* ldc, float* work, const int* lwork,
            int* info) {
-  return call_info(core::qel_core_sormqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
+  return call_info(__func__, core::qel_core_sormqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work,
+                   lwork);
 }
 int dormqr(const char* side, const char* trans, const int* m, const int* n, const int* k, double* a,
            const int* lda, const double* tau, double* c, const int* ldc, double* work, const int* lwork,
            int* info) {
-  return call_info(core::qel_core_dormqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
+  return call_info(__func__, core::qel_core_dormqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work,
+                   lwork);
 }
 int cunmqr(const char* side, const char* trans, const int* m, const int* n, const int* k, complex8* a,
            const int* lda, const complex8* tau, complex8* c, const int* ldc, complex8* work, const int* lwork,
            int* info) {
-  return call_info(core::qel_core_cunmqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
+  return call_info(__func__, core::qel_core_cunmqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work,
+                   lwork);
 }
 int zunmqr(const char* side, const char* trans, const int* m, const int* n, const int* k, complex16* a,
            const int* lda, const complex16* tau, complex16* c, const int* ldc, complex16* work,
            const int* lwork, int* info) {
-  return call_info(core::qel_core_zunmqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work, lwork);
+  return call_info(__func__, core::qel_core_zunmqr_, info, side, trans, m, n, k, a, lda, tau, c, ldc, work,
+                   lwork);
 }
 
 int sorgqr(const int* m, const int* n, const int* k, float* a, const int* lda, const float* tau, float* work,
            const int* lwork, int* info) {
-  return call_info(core::qel_core_sorgqr_, info, m, n, k, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_sorgqr_, info, m, n, k, a, lda, tau, work, lwork);
 }
 int dorgqr(const int* m, const int* n, const int* k, double* a, const int* lda, const double* tau,
            double* work, const int* lwork, int* info) {
-  return call_info(core::qel_core_dorgqr_, info, m, n, k, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_dorgqr_, info, m, n, k, a, lda, tau, work, lwork);
 }
 int cungqr(const int* m, const int* n, const int* k, complex8* a, const int* lda, const complex8* tau,
            complex8* work, const int* lwork, int* info) {
-  return call_info(core::qel_core_cungqr_, info, m, n, k, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_cungqr_, info, m, n, k, a, lda, tau, work, lwork);
 }
 int zungqr(const int* m, const int* n, const int* k, complex16* a, const int* lda, const complex16* tau,
            complex16* work, const int* lwork, int* info) {
-  return call_info(core::qel_core_zungqr_, info, m, n, k, a, lda, tau, work, lwork);
+  return call_info(__func__, core::qel_core_zungqr_, info, m, n, k, a, lda, tau, work, lwork);
 }
 
 int dgels(const char* trans, const int* m, const int* n, const int* nrhs, double* a, const int* lda,
           double* b, const int* ldb, double* work, const int* lwork, int* info) {
-  return call_info(core::qel_core_dgels_, info, trans, m, n, nrhs, a, lda, b, ldb, work, lwork);
+  return call_info(__func__, core::qel_core_dgels_, info, trans, m, n, nrhs, a, lda, b, ldb, work, lwork);
 }
 
 int sgelsy(const int* m, const int* n, const int* nrhs, float* a, const int* lda, float* b, const int* ldb,
            int* jpvt, const float* rcond, int* rank, float* work, const int* lwork, int* info) {
-  return call_info_arrays("SGELSY", core::qel_core_sgelsy_, info, m, n, nrhs, a, lda, b, ldb,
-                          in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork);
+  return call_info(__func__, core::qel_core_sgelsy_, info, m, n, nrhs, a, lda, b, ldb,
+                   in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork);
 }
 int dgelsy(const int* m, const int* n, const int* nrhs, double* a, const int* lda, double* b, const int* ldb,
            int* jpvt, const double* rcond, int* rank, double* work, const int* lwork, int* info) {
-  return call_info_arrays("DGELSY", core::qel_core_dgelsy_, info, m, n, nrhs, a, lda, b, ldb,
-                          in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork);
+  return call_info(__func__, core::qel_core_dgelsy_, info, m, n, nrhs, a, lda, b, ldb,
+                   in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork);
 }
 int cgelsy(const int* m, const int* n, const int* nrhs, complex8* a, const int* lda, complex8* b,
            const int* ldb, int* jpvt, const float* rcond, int* rank, complex8* work, const int* lwork,
            float* rwork, int* info) {
-  return call_info_arrays("CGELSY", core::qel_core_cgelsy_, info, m, n, nrhs, a, lda, b, ldb,
-                          in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork,
-                          rwork);
+  return call_info(__func__, core::qel_core_cgelsy_, info, m, n, nrhs, a, lda, b, ldb,
+                   in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork, rwork);
 }
 int zgelsy(const int* m, const int* n, const int* nrhs, complex16* a, const int* lda, complex16* b,
            const int* ldb, int* jpvt, const double* rcond, int* rank, complex16* work, const int* lwork,
            double* rwork, int* info) {
-  return call_info_arrays("ZGELSY", core::qel_core_zgelsy_, info, m, n, nrhs, a, lda, b, ldb,
-                          in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork,
-                          rwork);
+  return call_info(__func__, core::qel_core_zgelsy_, info, m, n, nrhs, a, lda, b, ldb,
+                   in_out_ints(unless_query(lwork, jpvt), *n), rcond, out_int(rank), work, lwork, rwork);
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

@@ -8,7 +8,6 @@
 using qel::complex16;
 using qel::complex8;
 using qel::entry::call_info;
-using qel::entry::call_info_arrays;
 using qel::entry::in_ints;
 using qel::entry::out_ints;
 using qel::entry::work_ints;
@@ -17,232 +16,224 @@ namespace core = qel::core;
 extern "C" {
 
 int spptrf(const char* uplo, const int* n, float* ap, int* info) {
-  return call_info(core::qel_core_spptrf_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_spptrf_, info, uplo, n, ap);
 }
 int dpptrf(const char* uplo, const int* n, double* ap, int* info) {
-  return call_info(core::qel_core_dpptrf_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_dpptrf_, info, uplo, n, ap);
 }
 int cpptrf(const char* uplo, const int* n, complex8* ap, int* info) {
-  return call_info(core::qel_core_cpptrf_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_cpptrf_, info, uplo, n, ap);
 }
 int zpptrf(const char* uplo, const int* n, complex16* ap, int* info) {
-  return call_info(core::qel_core_zpptrf_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_zpptrf_, info, uplo, n, ap);
 }
 
 int spptrs(const char* uplo, const int* n, const int* nrhs, const float* ap, float* b, const int* ldb,
            int* info) {
-  return call_info(core::qel_core_spptrs_, info, uplo, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_spptrs_, info, uplo, n, nrhs, ap, b, ldb);
 }
 int dpptrs(const char* uplo, const int* n, const int* nrhs, const double* ap, double* b, const int* ldb,
            int* info) {
-  return call_info(core::qel_core_dpptrs_, info, uplo, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_dpptrs_, info, uplo, n, nrhs, ap, b, ldb);
 }
 int cpptrs(const char* uplo, const int* n, const int* nrhs, const complex8* ap, complex8* b, const int* ldb,
            int* info) {
-  return call_info(core::qel_core_cpptrs_, info, uplo, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_cpptrs_, info, uplo, n, nrhs, ap, b, ldb);
 }
 int zpptrs(const char* uplo, const int* n, const int* nrhs, const complex16* ap, complex16* b, const int* ldb,
            int* info) {
-  return call_info(core::qel_core_zpptrs_, info, uplo, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_zpptrs_, info, uplo, n, nrhs, ap, b, ldb);
 }
 
 int spptri(const char* uplo, const int* n, float* ap, int* info) {
-  return call_info(core::qel_core_spptri_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_spptri_, info, uplo, n, ap);
 }
 int dpptri(const char* uplo, const int* n, double* ap, int* info) {
-  return call_info(core::qel_core_dpptri_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_dpptri_, info, uplo, n, ap);
 }
 int cpptri(const char* uplo, const int* n, complex8* ap, int* info) {
-  return call_info(core::qel_core_cpptri_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_cpptri_, info, uplo, n, ap);
 }
 int zpptri(const char* uplo, const int* n, complex16* ap, int* info) {
-  return call_info(core::qel_core_zpptri_, info, uplo, n, ap);
+  return call_info(__func__, core::qel_core_zpptri_, info, uplo, n, ap);
 }
 
 int sppcon(const char* uplo, const int* n, const float* ap, const float* anorm, float* rcond, float* work,
            int*, int* info) {
-  return call_info_arrays("SPPCON", core::qel_core_sppcon_, info, uplo, n, ap, anorm, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_sppcon_, info, uplo, n, ap, anorm, rcond, work, work_ints(*n));
 }
 int dppcon(const char* uplo, const int* n, const double* ap, const double* anorm, double* rcond, double* work,
            int*, int* info) {
-  return call_info_arrays("DPPCON", core::qel_core_dppcon_, info, uplo, n, ap, anorm, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_dppcon_, info, uplo, n, ap, anorm, rcond, work, work_ints(*n));
 }
 int cppcon(const char* uplo, const int* n, const complex8* ap, const float* anorm, float* rcond,
            complex8* work, float* rwork, int* info) {
-  return call_info(core::qel_core_cppcon_, info, uplo, n, ap, anorm, rcond, work, rwork);
+  return call_info(__func__, core::qel_core_cppcon_, info, uplo, n, ap, anorm, rcond, work, rwork);
 }
 int zppcon(const char* uplo, const int* n, const complex16* ap, const double* anorm, double* rcond,
            complex16* work, double* rwork, int* info) {
-  return call_info(core::qel_core_zppcon_, info, uplo, n, ap, anorm, rcond, work, rwork);
+  return call_info(__func__, core::qel_core_zppcon_, info, uplo, n, ap, anorm, rcond, work, rwork);
 }
 
 int ssptrf(const char* uplo, const int* n, float* ap, int* ipiv, int* info) {
-  return call_info_arrays("SSPTRF", core::qel_core_ssptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
+  return call_info(__func__, core::qel_core_ssptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
 }
 int dsptrf(const char* uplo, const int* n, double* ap, int* ipiv, int* info) {
-  return call_info_arrays("DSPTRF", core::qel_core_dsptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
+  return call_info(__func__, core::qel_core_dsptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
 }
 int csptrf(const char* uplo, const int* n, complex8* ap, int* ipiv, int* info) {
-  return call_info_arrays("CSPTRF", core::qel_core_csptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
+  return call_info(__func__, core::qel_core_csptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
 }
 int zsptrf(const char* uplo, const int* n, complex16* ap, int* ipiv, int* info) {
-  return call_info_arrays("ZSPTRF", core::qel_core_zsptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
+  return call_info(__func__, core::qel_core_zsptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
 }
 
 int ssptrs(const char* uplo, const int* n, const int* nrhs, const float* ap, const int* ipiv, float* b,
            const int* ldb, int* info) {
-  return call_info_arrays("SSPTRS", core::qel_core_ssptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b,
-                          ldb);
+  return call_info(__func__, core::qel_core_ssptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b, ldb);
 }
 int dsptrs(const char* uplo, const int* n, const int* nrhs, const double* ap, const int* ipiv, double* b,
            const int* ldb, int* info) {
-  return call_info_arrays("DSPTRS", core::qel_core_dsptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b,
-                          ldb);
+  return call_info(__func__, core::qel_core_dsptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b, ldb);
 }
 int csptrs(const char* uplo, const int* n, const int* nrhs, const complex8* ap, const int* ipiv, complex8* b,
            const int* ldb, int* info) {
-  return call_info_arrays("CSPTRS", core::qel_core_csptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b,
-                          ldb);
+  return call_info(__func__, core::qel_core_csptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b, ldb);
 }
 int zsptrs(const char* uplo, const int* n, const int* nrhs, const complex16* ap, const int* ipiv,
            complex16* b, const int* ldb, int* info) {
-  return call_info_arrays("ZSPTRS", core::qel_core_zsptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b,
-                          ldb);
+  return call_info(__func__, core::qel_core_zsptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b, ldb);
 }
 
 int ssptri(const char* uplo, const int* n, float* ap, const int* ipiv, float* work, int* info) {
-  return call_info_arrays("SSPTRI", core::qel_core_ssptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
+  return call_info(__func__, core::qel_core_ssptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
 int dsptri(const char* uplo, const int* n, double* ap, const int* ipiv, double* work, int* info) {
-  return call_info_arrays("DSPTRI", core::qel_core_dsptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
+  return call_info(__func__, core::qel_core_dsptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
 int zsptri(const char* uplo, const int* n, complex16* ap, const int* ipiv, complex16* work, int* info) {
-  return call_info_arrays("ZSPTRI", core::qel_core_zsptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
+  return call_info(__func__, core::qel_core_zsptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
 
 int sspcon(const char* uplo, const int* n, const float* ap, const int* ipiv, const float* anorm, float* rcond,
            float* work, int*, int* info) {
-  return call_info_arrays("SSPCON", core::qel_core_sspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm,
-                          rcond, work, work_ints(*n));
+  return call_info(__func__, core::qel_core_sspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond, work,
+                   work_ints(*n));
 }
 int dspcon(const char* uplo, const int* n, const double* ap, const int* ipiv, const double* anorm,
            double* rcond, double* work, int*, int* info) {
-  return call_info_arrays("DSPCON", core::qel_core_dspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm,
-                          rcond, work, work_ints(*n));
+  return call_info(__func__, core::qel_core_dspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond, work,
+                   work_ints(*n));
 }
 int zspcon(const char* uplo, const int* n, const complex16* ap, const int* ipiv, const double* anorm,
            double* rcond, complex16* work, int* info) {
-  return call_info_arrays("ZSPCON", core::qel_core_zspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm,
-                          rcond, work);
+  return call_info(__func__, core::qel_core_zspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond,
+                   work);
 }
 
 int chptrf(const char* uplo, const int* n, complex8* ap, int* ipiv, int* info) {
-  return call_info_arrays("CHPTRF", core::qel_core_chptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
+  return call_info(__func__, core::qel_core_chptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
 }
 int zhptrf(const char* uplo, const int* n, complex16* ap, int* ipiv, int* info) {
-  return call_info_arrays("ZHPTRF", core::qel_core_zhptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
+  return call_info(__func__, core::qel_core_zhptrf_, info, uplo, n, ap, out_ints(ipiv, *n));
 }
 
 int chptrs(const char* uplo, const int* n, const int* nrhs, const complex8* ap, const int* ipiv, complex8* b,
            const int* ldb, int* info) {
-  return call_info_arrays("CHPTRS", core::qel_core_chptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b,
-                          ldb);
+  return call_info(__func__, core::qel_core_chptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b, ldb);
 }
 int zhptrs(const char* uplo, const int* n, const int* nrhs, const complex16* ap, const int* ipiv,
            complex16* b, const int* ldb, int* info) {
-  return call_info_arrays("ZHPTRS", core::qel_core_zhptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b,
-                          ldb);
+  return call_info(__func__, core::qel_core_zhptrs_, info, uplo, n, nrhs, ap, in_ints(ipiv, *n), b, ldb);
 }
 
 int chptri(const char* uplo, const int* n, complex8* ap, const int* ipiv, complex8* work, int* info) {
-  return call_info_arrays("CHPTRI", core::qel_core_chptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
+  return call_info(__func__, core::qel_core_chptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
 int zhptri(const char* uplo, const int* n, complex16* ap, const int* ipiv, complex16* work, int* info) {
-  return call_info_arrays("ZHPTRI", core::qel_core_zhptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
+  return call_info(__func__, core::qel_core_zhptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
 
 int chpcon(const char* uplo, const int* n, const complex8* ap, const int* ipiv, const float* anorm,
            float* rcond, complex8* work, int* info) {
-  return call_info_arrays("CHPCON", core::qel_core_chpcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm,
-                          rcond, work);
+  return call_info(__func__, core::qel_core_chpcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond,
+                   work);
 }
 int zhpcon(const char* uplo, const int* n, const complex16* ap, const int* ipiv, const double* anorm,
            double* rcond, complex16* work, int* info) {
-  return call_info_arrays("ZHPCON", core::qel_core_zhpcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm,
-                          rcond, work);
+  return call_info(__func__, core::qel_core_zhpcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond,
+                   work);
 }
 
 int stptrs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs,
            const float* ap, float* b, const int* ldb, int* info) {
-  return call_info(core::qel_core_stptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_stptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
 }
 int dtptrs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs,
            const double* ap, double* b, const int* ldb, int* info) {
-  return call_info(core::qel_core_dtptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_dtptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
 }
 int ctptrs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs,
            const complex8* ap, complex8* b, const int* ldb, int* info) {
-  return call_info(core::qel_core_ctptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_ctptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
 }
 int ztptrs(const char* uplo, const char* trans, const char* diag, const int* n, const int* nrhs,
            const complex16* ap, complex16* b, const int* ldb, int* info) {
-  return call_info(core::qel_core_ztptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
+  return call_info(__func__, core::qel_core_ztptrs_, info, uplo, trans, diag, n, nrhs, ap, b, ldb);
 }
 
 int stptri(const char* uplo, const char* diag, const int* n, float* ap, int* info) {
-  return call_info(core::qel_core_stptri_, info, uplo, diag, n, ap);
+  return call_info(__func__, core::qel_core_stptri_, info, uplo, diag, n, ap);
 }
 int dtptri(const char* uplo, const char* diag, const int* n, double* ap, int* info) {
-  return call_info(core::qel_core_dtptri_, info, uplo, diag, n, ap);
+  return call_info(__func__, core::qel_core_dtptri_, info, uplo, diag, n, ap);
 }
 int ctptri(const char* uplo, const char* diag, const int* n, complex8* ap, int* info) {
-  return call_info(core::qel_core_ctptri_, info, uplo, diag, n, ap);
+  return call_info(__func__, core::qel_core_ctptri_, info, uplo, diag, n, ap);
 }
 int ztptri(const char* uplo, const char* diag, const int* n, complex16* ap, int* info) {
-  return call_info(core::qel_core_ztptri_, info, uplo, diag, n, ap);
+  return call_info(__func__, core::qel_core_ztptri_, info, uplo, diag, n, ap);
 }
 
 int stpcon(const char* norm, const char* uplo, const char* diag, const int* n, const float* ap, float* rcond,
            float* work, int*, int* info) {
-  return call_info_arrays("STPCON", core::qel_core_stpcon_, info, norm, uplo, diag, n, ap, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_stpcon_, info, norm, uplo, diag, n, ap, rcond, work,
+                   work_ints(*n));
 }
 int dtpcon(const char* norm, const char* uplo, const char* diag, const int* n, const double* ap,
            double* rcond, double* work, int*, int* info) {
-  return call_info_arrays("DTPCON", core::qel_core_dtpcon_, info, norm, uplo, diag, n, ap, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_dtpcon_, info, norm, uplo, diag, n, ap, rcond, work,
+                   work_ints(*n));
 }
 int ctpcon(const char* norm, const char* uplo, const char* diag, const int* n, const complex8* ap,
            float* rcond, complex8* work, float* rwork, int* info) {
-  return call_info(core::qel_core_ctpcon_, info, norm, uplo, diag, n, ap, rcond, work, rwork);
+  return call_info(__func__, core::qel_core_ctpcon_, info, norm, uplo, diag, n, ap, rcond, work, rwork);
 }
 int ztpcon(const char* norm, const char* uplo, const char* diag, const int* n, const complex16* ap,
            double* rcond, complex16* work, double* rwork, int* info) {
-  return call_info(core::qel_core_ztpcon_, info, norm, uplo, diag, n, ap, rcond, work, rwork);
+  return call_info(__func__, core::qel_core_ztpcon_, info, norm, uplo, diag, n, ap, rcond, work, rwork);
 }
 
 int strcon(const char* norm, const char* uplo, const char* diag, const int* n, const float* a, const int* lda,
            float* rcond, float* work, int*, int* info) {
-  return call_info_arrays("STRCON", core::qel_core_strcon_, info, norm, uplo, diag, n, a, lda, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_strcon_, info, norm, uplo, diag, n, a, lda, rcond, work,
+                   work_ints(*n));
 }
 int dtrcon(const char* norm, const char* uplo, const char* diag, const int* n, const double* a,
            const int* lda, double* rcond, double* work, int*, int* info) {
-  return call_info_arrays("DTRCON", core::qel_core_dtrcon_, info, norm, uplo, diag, n, a, lda, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_dtrcon_, info, norm, uplo, diag, n, a, lda, rcond, work,
+                   work_ints(*n));
 }
 
 int spocon(const char* uplo, const int* n, const float* a, const int* lda, const float* anorm, float* rcond,
            float* work, int*, int* info) {
-  return call_info_arrays("SPOCON", core::qel_core_spocon_, info, uplo, n, a, lda, anorm, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_spocon_, info, uplo, n, a, lda, anorm, rcond, work,
+                   work_ints(*n));
 }
 int dpocon(const char* uplo, const int* n, const double* a, const int* lda, const double* anorm,
            double* rcond, double* work, int*, int* info) {
-  return call_info_arrays("DPOCON", core::qel_core_dpocon_, info, uplo, n, a, lda, anorm, rcond, work,
-                          work_ints(*n));
+  return call_info(__func__, core::qel_core_dpocon_, info, uplo, n, a, lda, anorm, rcond, work,
+                   work_ints(*n));
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

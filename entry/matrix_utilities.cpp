@@ -8,31 +8,31 @@
 
 using qel::complex16;
 using qel::complex8;
+using qel::blas::omatcopy_bad_argument;
+using qel::entry::call_checked;
 using qel::entry::call_hooked;
-using qel::entry::reported;
 namespace core = qel::core;
 
 extern "C" {
 
 float slange(const char* norm, const int* m, const int* n, const float* a, const int* lda, float* work) {
-  return call_hooked(core::qel_core_slange_, norm, m, n, a, lda, work);
+  return call_hooked(__func__, core::qel_core_slange_, norm, m, n, a, lda, work);
 }
 double dlange(const char* norm, const int* m, const int* n, const double* a, const int* lda, double* work) {
-  return call_hooked(core::qel_core_dlange_, norm, m, n, a, lda, work);
+  return call_hooked(__func__, core::qel_core_dlange_, norm, m, n, a, lda, work);
 }
 float clange(const char* norm, const int* m, const int* n, const complex8* a, const int* lda, float* work) {
-  return call_hooked(core::qel_core_clange_, norm, m, n, a, lda, work);
+  return call_hooked(__func__, core::qel_core_clange_, norm, m, n, a, lda, work);
 }
 double zlange(const char* norm, const int* m, const int* n, const complex16* a, const int* lda,
               double* work) {
-  return call_hooked(core::qel_core_zlange_, norm, m, n, a, lda, work);
+  return call_hooked(__func__, core::qel_core_zlange_, norm, m, n, a, lda, work);
 }
 
 void QEL_Domatcopy(char ordering, char trans, size_t rows, size_t cols, double alpha, const double* a,
                    size_t lda, double* b, size_t ldb) {
-  if (reported("QEL_DOMATCOPY", qel::blas::omatcopy_bad_argument(ordering, trans, rows, cols, lda, ldb)))
-    return;
-  core::domatcopy(ordering, trans, rows, cols, alpha, a, lda, b, ldb);
+  call_checked(__func__, core::domatcopy, omatcopy_bad_argument, ordering, trans, rows, cols, alpha, a, lda,
+               b, ldb);
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

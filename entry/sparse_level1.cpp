@@ -12,42 +12,42 @@ namespace core = qel::core;
 extern "C" {
 
 void saxpyi(const int* n, const float* alpha, const float* x, const int* indx, float* y) {
-  call_sparse("SAXPYI", core::saxpyi, n, alpha, x, in_ints(indx, *n), y);
+  call_sparse(__func__, core::saxpyi, n, alpha, x, in_ints(indx, *n), y);
 }
 void daxpyi(const int* n, const double* alpha, const double* x, const int* indx, double* y) {
-  call_sparse("DAXPYI", core::daxpyi, n, alpha, x, in_ints(indx, *n), y);
+  call_sparse(__func__, core::daxpyi, n, alpha, x, in_ints(indx, *n), y);
 }
 void zaxpyi(const int* n, const complex16* alpha, const complex16* x, const int* indx, complex16* y) {
-  call_sparse("ZAXPYI", core::zaxpyi, n, alpha, x, in_ints(indx, *n), y);
+  call_sparse(__func__, core::zaxpyi, n, alpha, x, in_ints(indx, *n), y);
 }
 
 double ddoti(const int* n, const double* x, const int* indx, const double* y) {
-  return call_sparse("DDOTI", core::ddoti, n, x, in_ints(indx, *n), y);
+  return call_sparse(__func__, core::ddoti, n, x, in_ints(indx, *n), y);
 }
 
 void zdotui(complex16* result, const int* n, const complex16* x, const int* indx, const complex16* y) {
-  call_sparse("ZDOTUI", core::zdotui, result, n, x, in_ints(indx, *n), y);
+  call_sparse(__func__, core::zdotui, result, n, x, in_ints(indx, *n), y);
 }
 
 void dgthr(const int* n, const double* y, double* x, const int* indx) {
-  call_sparse("DGTHR", core::dgthr, n, y, x, in_ints(indx, *n));
+  call_sparse(__func__, core::dgthr, n, y, x, in_ints(indx, *n));
 }
 void zgthr(const int* n, const complex16* y, complex16* x, const int* indx) {
-  call_sparse("ZGTHR", core::zgthr, n, y, x, in_ints(indx, *n));
+  call_sparse(__func__, core::zgthr, n, y, x, in_ints(indx, *n));
 }
 
 void dgthrz(const int* n, double* y, double* x, const int* indx) {
-  call_sparse("DGTHRZ", core::dgthrz, n, y, x, in_ints(indx, *n));
+  call_sparse(__func__, core::dgthrz, n, y, x, in_ints(indx, *n));
 }
 void zgthrz(const int* n, complex16* y, complex16* x, const int* indx) {
-  call_sparse("ZGTHRZ", core::zgthrz, n, y, x, in_ints(indx, *n));
+  call_sparse(__func__, core::zgthrz, n, y, x, in_ints(indx, *n));
 }
 
 void dsctr(const int* n, const double* x, const int* indx, double* y) {
-  call_sparse("DSCTR", core::dsctr, n, x, in_ints(indx, *n), y);
+  call_sparse(__func__, core::dsctr, n, x, in_ints(indx, *n), y);
 }
 void zsctr(const int* n, const complex16* x, const int* indx, complex16* y) {
-  call_sparse("ZSCTR", core::zsctr, n, x, in_ints(indx, *n), y);
+  call_sparse(__func__, core::zsctr, n, x, in_ints(indx, *n), y);
 }
 
 // The Fortran names. Lengths of option letters, which Fortran passes behind the arguments, are not looked at.

@@ -1,20 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// 64-bit copies of the callers' integer arrays, and the report if one can't be had. Copies live for one call
-// and come from the calling thread's cache of work memory.
+// 64-bit copies of the callers' integer arrays. Copies live for one call and come from the calling thread's
+// cache of work memory.
 #include "entry/wide_ints.h"
 
 #include <algorithm>
-#include <cstring>
 
-#include "qel/service.h"
 #include "service/serv.h"
 
 namespace qel::entry {
 namespace {
 
 constexpr int kAlignment = 128;
-constexpr int kNoMemoryCode = 1079;
-constexpr int kNoMemoryInfo = -1023;
 
 }  // namespace
 
@@ -31,16 +27,6 @@ wide_ints::~wide_ints() { serv_free(data_); }
 void wide_ints::write_back() const {
   if (!back_) return;
   for (core_int i = 0; i < length_; ++i) back_[i] = static_cast<int>(data_[i]);
-}
-
-void report_no_memory(const char* name) {
-  const int code = kNoMemoryCode;
-  xerbla(name, &code, static_cast<int>(std::strlen(name)));
-}
-
-int report_no_memory(const char* name, int* info) {
-  report_no_memory(name);
-  return *info = kNoMemoryInfo;
 }
 
 }  // namespace qel::entry

@@ -49,10 +49,4 @@ class out_int {
   core_int value_;
 };
 
-/// Reports, through the public error entry, that there was no memory for the copy of an integer array, and
-/// stores and returns the info for it. name is in upper case, without padding.
-int report_no_memory(const char* name, int* info);
-/// The same for routines without info.
-void report_no_memory(const char* name);
-
 }  // namespace qel::entry

@@ -332,4 +332,6 @@ void serv_free_buffers() {
   registered = kept;
 }
 
+bool memory_in_use() { return cache_decision.load(relaxed) != kUndecided; }
+
 }  // namespace qel

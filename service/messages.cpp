@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Prints rows of the catalogue on standard output, or gives their text. Buffers are per thread, so that two
-// threads that report at once keep their texts apart.
+// Prints rows of the catalogue on standard output, or gives their text. A printed text is the caller's own,
+// so that two threads that report at once keep theirs apart; a text that is returned has one buffer.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -13,8 +13,7 @@ namespace qel {
 namespace {
 
 constexpr int kBufferSize = 512;  // a text may be one character longer before it counts as too long
-thread_local char printed_text[kBufferSize + 2];
-thread_local char returned_text[kBufferSize + 2];
+char returned_text[kBufferSize + 2];
 
 const char* row_text(int number) {
   const message_row* row = find_message_row(number);
@@ -57,6 +56,7 @@ void serv_message(int /*channel*/, int number, int argument_count, ...) {
     std::fputc('\n', stdout);
     return;
   }
+  char printed_text[kBufferSize + 2];
   const char* text = row_text(number);
   int length = static_cast<int>(std::strlen(text));
   if (argument_count > 0) {

@@ -65,6 +65,8 @@ int64_t serv_memory_stats(int64_t* count);
 int serv_thread_free_buffers();
 /// Releases all threads' unused buffers.
 void serv_free_buffers();
+/// True once any of these has been called: blocks of the platform allocator may be about.
+bool memory_in_use();
 
 // aligned_memory.cpp: aligned memory without a cache, for objects that outlive a call.
 

@@ -221,5 +221,17 @@ TEST(ChecksLapack, ReportAndInfo) {
   EXPECT_TRUE(b[0] == 3 && b[1] == 4 && pivots[0] == 7 && pivots[1] == 7);
 }
 
+// The thread's record is kept all the same.
+TEST(ChecksLapack, KeepTheRecordBesideTheProgramsOwnEntry) {
+  double a[4] = {1, 0, 0, 1}, b[2] = {3, 4};
+  int pivots[2];
+  run(dgesv, 2, 1, a, 2, pivots, b, 1);
+  EXPECT_STREQ("DGESV", qel_last_error()->routine) << "of the core";
+  EXPECT_EQ(7, qel_last_error()->argument);
+  call(dgemm, 'N', 'N', -1, 1, 1, 1.0, a, 1, a, 1, 1.0, b, 1);
+  EXPECT_STREQ("DGEMM", qel_last_error()->routine) << "of an entry";
+  EXPECT_STREQ("QEL ERROR: Parameter 3 was incorrect on entry to DGEMM ", qel_last_error()->text);
+}
+
 }  // namespace
 }  // namespace qel::test

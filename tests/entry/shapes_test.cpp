@@ -44,7 +44,7 @@ int hooked_core(const char*, const core_int* n, size_t length) {
 TEST(Shapes, PlainKeepsSigns) {
   const int low = INT_MIN, minus = -3;
   const double x = 0;
-  EXPECT_EQ(core_int{INT_MIN} - 3, call_widened(plain_core, &low, &x, &minus));
+  EXPECT_EQ(core_int{INT_MIN} - 3, call_widened("plain", plain_core, &low, &x, &minus));
   EXPECT_EQ(core_int{INT_MIN}, last.n);
   EXPECT_EQ(-3, last.m);
 }
@@ -52,8 +52,7 @@ TEST(Shapes, PlainKeepsSigns) {
 TEST(Shapes, InfoWithArrays) {
   const int n = -2;
   int array[3] = {-1, 2, 99}, count[2] = {0, 99}, info[2] = {0, 99};
-  EXPECT_EQ(
-      7, call_info_arrays("CORE", fortran_core, info, "a", &n, in_out_ints(array, 2), "b", out_int(count)));
+  EXPECT_EQ(7, call_info("core", fortran_core, info, "a", &n, in_out_ints(array, 2), "b", out_int(count)));
   EXPECT_TRUE(last.n == -2 && last.first == -1 && last.second == 2);
   EXPECT_EQ(11, last.length_sum) << "each letter has length 1";
   EXPECT_TRUE(array[0] == INT_MIN && array[1] == 5 && array[2] == 99);
@@ -64,10 +63,10 @@ TEST(Shapes, InfoWithArrays) {
 TEST(Shapes, DirectionsOfArrays) {
   const int n = 1;
   int input[2] = {4, 6}, count = 0, info = 0;
-  call_info_arrays("CORE", fortran_core, &info, "a", &n, in_ints(input, 2), "b", out_int(&count));
+  call_info("core", fortran_core, &info, "a", &n, in_ints(input, 2), "b", out_int(&count));
   EXPECT_TRUE(last.first == 4 && last.second == 6);
   EXPECT_TRUE(input[0] == 4 && input[1] == 6) << "what the core only reads doesn't come back";
-  call_info_arrays("CORE", fortran_core, &info, "a", &n, out_ints(input, 1), "b", out_int(&count));
+  call_info("core", fortran_core, &info, "a", &n, out_ints(input, 1), "b", out_int(&count));
   EXPECT_TRUE(input[0] == INT_MIN && input[1] == 6) << "the length bounds the way back";
 }
 
@@ -78,17 +77,17 @@ TEST(Shapes, InstallTheErrorEntry) {
   reports = 0;
   serv_set_xerbla(count_report);
   testing::internal::CaptureStdout();
-  call_info_arrays("CORE", fortran_core, &info, "a", &n, work_ints(2), "b", out_int(&count));
+  call_info("core", fortran_core, &info, "a", &n, work_ints(2), "b", out_int(&count));
   EXPECT_NE(std::string(), testing::internal::GetCapturedStdout());
   serv_set_xerbla(count_report);
-  EXPECT_EQ(3, call_hooked(hooked_core, "a", &m));
+  EXPECT_EQ(3, call_hooked("hooked", hooked_core, "a", &m));
   testing::internal::CaptureStdout();
   const int code = 2;
   serv_xerbla("CORE", &code, 4);
   EXPECT_NE(std::string(), testing::internal::GetCapturedStdout());
   serv_set_xerbla(count_report);
   const double x = 0;
-  call_widened(plain_core, &n, &x, &m);
+  call_widened("plain", plain_core, &n, &x, &m);
   serv_xerbla("CORE", &code, 4);
   EXPECT_EQ(1, reports) << "plain entries install nothing";
 }
