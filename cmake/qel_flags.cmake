@@ -20,6 +20,8 @@ option(QEL_COVERAGE "Instrument for gcov" OFF)
 
 add_compile_options(-ffp-contract=off -Wall -Wextra -Wshadow -Wundef)
 add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-Wconversion> $<$<COMPILE_LANGUAGE:CXX>:-Wmissing-declarations>)
+# clang's -Wconversion has signs in it, g++'s has not.
+add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wno-sign-conversion>)
 if(QEL_WERROR)
   add_compile_options(-Werror)
 endif()

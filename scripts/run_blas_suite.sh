@@ -3,7 +3,8 @@
 # Runs the BLAS test programs of Debian's libblas-test (xblat1d ... Fortran, xdcblat1 ... C interface; all of
 # them if none is named) on the libblas.so.3 of LIBRARY_FOLDER. A program passes if that library is the one
 # bound, it exits with 0, prints no complaint, and reports every routine of its input as passed, error exits
-# included. Exit 77: the package is not installed.
+# included. Exit 77: the package is not installed. If the library is built with a sanitizer, whose run time must
+# come first in a process, the programs get that preloaded.
 set -eu
 library=$(realpath "$1"); mkdir -p "$2"; scratch=$(realpath "$2"); shift 2
 programs=/usr/lib/$(gcc -print-multiarch)/blas
@@ -36,14 +37,16 @@ run() {
   program=$1; folder=$scratch/$program
   rm -rf "$folder"; mkdir -p "$folder"; cd "$folder"
   export LD_LIBRARY_PATH="$library"
-  bound=$(LD_TRACE_LOADED_OBJECTS=1 "$programs/$program" | awk '$1 == "libblas.so.3" {print $3}')
+  loaded=$(LD_TRACE_LOADED_OBJECTS=1 "$programs/$program")
+  bound=$(echo "$loaded" | awk '$1 == "libblas.so.3" {print $3}')
+  sanitizer=$(echo "$loaded" | awk '$1 ~ /^lib[at]san/ {print $3}')
   [ "$(realpath "$bound")" = "$(realpath "$library/libblas.so.3")" ] || fail "bound to $bound"
   case $program in                            # input file, storage orders
     x?cblat[23]) input=$(echo "$program" | sed 's/x\(.\)cblat\(.\)/\1in\2/') runs=2 ;;
     xblat[23]?)  input=$(echo "$program" | sed 's/xblat\(.\)\(.\)/\2blat\1.in/') runs=1 ;;
     *)           input= runs=1 ;;
   esac
-  "$programs/$program" < "${input:+$programs/}${input:-/dev/null}" > report 2>&1 || fail "exit code $?"
+  LD_PRELOAD=$sanitizer "$programs/$program" < "${input:+$programs/}${input:-/dev/null}" > report 2>&1 || fail "exit code $?"
   cat ./*.out >> report 2> /dev/null || true  # the Fortran programs of levels 2 and 3 report there
   ! grep -nE 'FAIL|\*\*\*\*\*|SUSPECT|FATAL|ABANDONED|NOT DETECTED' report || fail "complaints in $folder/report"
   if [ -n "$input" ]; then check_levels23 report "$programs/$input" $runs; else check_level1 report; fi

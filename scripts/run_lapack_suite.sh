@@ -31,7 +31,10 @@ failures() {
 
 # run_on LIBRARY_PATH REPORT
 run_on() {
-  LD_LIBRARY_PATH=$1 "$programs/$program" < "$programs/$input" > "$2.part" 2>&1 || echo "exit code $? FAIL" >> "$2.part"
+  # A sanitizer's run time must come first in a process.
+  sanitizer=$(LD_LIBRARY_PATH=$1 LD_TRACE_LOADED_OBJECTS=1 "$programs/$program" | awk '$1 ~ /^lib[at]san/ {print $3}')
+  LD_PRELOAD=$sanitizer LD_LIBRARY_PATH=$1 "$programs/$program" < "$programs/$input" > "$2.part" 2>&1 ||
+    echo "exit code $? FAIL" >> "$2.part"
   mv "$2.part" "$2"
 }
 

@@ -22,7 +22,7 @@ constexpr uint64_t kAvxState = 0x06, kAvx512State = 0xe6;
 
 cpuid_answer ask_processor(uint32_t leaf, uint32_t subleaf) {
   cpuid_answer answer{};
-  if (leaf > __get_cpuid_max(leaf & 0x80000000u, nullptr)) return answer;
+  if (leaf > static_cast<uint32_t>(__get_cpuid_max(leaf & 0x80000000u, nullptr))) return answer;
   __cpuid_count(leaf, subleaf, answer.eax, answer.ebx, answer.ecx, answer.edx);
   return answer;
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The one lock of the service: a compare-and-swap of 0 to 1 in a loop, released by a plain store.
+// The one lock of the service: a compare-and-swap of 0 to 1 in a loop, released by a plain store. With more
+// threads than processors the holder may not be running, so a waiter lets others run now and then.
 #pragma once
+
+#include <sched.h>
 
 #include <atomic>
 
@@ -11,12 +14,17 @@ class spin_lock {
   constexpr spin_lock() = default;
   void lock() {
     int expected = 0;
-    while (!word_.compare_exchange_weak(expected, 1, std::memory_order_acquire, std::memory_order_relaxed))
+    for (int tries = 1;
+         !word_.compare_exchange_weak(expected, 1, std::memory_order_acquire, std::memory_order_relaxed);
+         ++tries) {
       expected = 0;
+      if (tries % kTriesBetweenYields == 0) sched_yield();
+    }
   }
   void unlock() { word_.store(0, std::memory_order_release); }
 
  private:
+  static constexpr int kTriesBetweenYields = 128;
   std::atomic<int> word_{0};
 };
 

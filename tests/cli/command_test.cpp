@@ -82,7 +82,9 @@ TEST(Solve, TellsBadInputFromASingularMatrix) {
       {"solve " + one.path() + " b.mtx --rhs ones", 2, "excludes"},
       {"solve", 2, "A is required"},
       {"", 2, "subcommand is required"},
+#ifndef __SANITIZE_ADDRESS__  // which ends the process where operator new throws
       {"solve " + too_large.path(), 2, "not enough memory"},
+#endif
       {"solve " + zero_row.path(), 3, "the matrix is singular: pivot 2 of 2 is exactly zero"},
       {"solve --json " QEL_DATA "GD96_d.mtx.gz", 3, "\"status\": \"singular\""},
       {"solve " + empty.path(), 0, "0 by 0"},

@@ -3,6 +3,7 @@
 // line on standard error, the position as the caller wrote it, outputs untouched, and the process goes on.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <functional>
 #include <new>
 #include <string>
@@ -15,7 +16,12 @@ namespace {
 bool memory_is_out = false;
 }
 
-// What the library allocates by; this program's definitions are the ones that every library gets.
+// What the library allocates by; this program's definitions are the ones that every library gets. The
+// throwing form is there because the others of its family must match it.
+void* operator new[](std::size_t size) {
+  if (void* memory = std::malloc(size)) return memory;
+  throw std::bad_alloc();
+}
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
   return memory_is_out ? nullptr : std::malloc(size);
 }
