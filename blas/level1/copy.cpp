@@ -1,35 +1,49 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Core copy and exchange of vectors, on the portable templates. Arguments come by reference in Fortran
-// order and go on by value; the header says what is computed and who calls.
+// Core copies: on threads where they pay, else the kernel of the processor level, bound on first use.
+// Exchanges run on the portable template.
 #include "blas/level1/level1.h"
+#include "blas/level1/level1_rows.h"
+#include "blas/level1/slices.h"
 #include "blas/plain/level1.h"
 
-namespace qel::core {
+namespace qel {
+namespace {
 
-void scopy(const core_int* n, const float* x, const core_int* incx, float* y, const core_int* incy) {
-  plain::copy(*n, x, *incx, y, *incy);
-}
-void dcopy(const core_int* n, const double* x, const core_int* incx, double* y, const core_int* incy) {
-  plain::copy(*n, x, *incx, y, *incy);
-}
-void ccopy(const core_int* n, const complex8* x, const core_int* incx, complex8* y, const core_int* incy) {
-  plain::copy(*n, x, *incx, y, *incy);
-}
-void zcopy(const core_int* n, const complex16* x, const core_int* incx, complex16* y, const core_int* incy) {
-  plain::copy(*n, x, *incx, y, *incy);
+template <level1_member kMember, const auto& kRow, class T>
+void copy(const core_int* n, const T* x, const core_int* incx, T* y, const core_int* incy) {
+  update_driver(kMember, n, x, incx, y, incy, [=](const core_int* length, const T* xs, T* ys) {
+    call_kernel<kRow>(length, xs, incx, ys, incy);
+  });
 }
 
-void sswap(const core_int* n, float* x, const core_int* incx, float* y, const core_int* incy) {
+}  // namespace
+
+void core::scopy(const core_int* n, const float* x, const core_int* incx, float* y, const core_int* incy) {
+  copy<level1_member::scopy, kScopy>(n, x, incx, y, incy);
+}
+void core::dcopy(const core_int* n, const double* x, const core_int* incx, double* y, const core_int* incy) {
+  copy<level1_member::dcopy, kDcopy>(n, x, incx, y, incy);
+}
+void core::ccopy(const core_int* n, const complex8* x, const core_int* incx, complex8* y,
+                 const core_int* incy) {
+  copy<level1_member::ccopy, kCcopy>(n, x, incx, y, incy);
+}
+void core::zcopy(const core_int* n, const complex16* x, const core_int* incx, complex16* y,
+                 const core_int* incy) {
+  copy<level1_member::zcopy, kZcopy>(n, x, incx, y, incy);
+}
+
+void core::sswap(const core_int* n, float* x, const core_int* incx, float* y, const core_int* incy) {
   plain::swap(*n, x, *incx, y, *incy);
 }
-void dswap(const core_int* n, double* x, const core_int* incx, double* y, const core_int* incy) {
+void core::dswap(const core_int* n, double* x, const core_int* incx, double* y, const core_int* incy) {
   plain::swap(*n, x, *incx, y, *incy);
 }
-void cswap(const core_int* n, complex8* x, const core_int* incx, complex8* y, const core_int* incy) {
+void core::cswap(const core_int* n, complex8* x, const core_int* incx, complex8* y, const core_int* incy) {
   plain::swap(*n, x, *incx, y, *incy);
 }
-void zswap(const core_int* n, complex16* x, const core_int* incx, complex16* y, const core_int* incy) {
+void core::zswap(const core_int* n, complex16* x, const core_int* incx, complex16* y, const core_int* incy) {
   plain::swap(*n, x, *incx, y, *incy);
 }
 
-}  // namespace qel::core
+}  // namespace qel

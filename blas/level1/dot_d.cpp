@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The core's ddot: binds to the processor level's kernel on first use.
-#include "blas/kernels/kernel_names.h"
-#include "blas/level1/dot_rows.h"
+// The core's ddot: on threads where they pay, else the kernel of the processor level, bound on first use.
 #include "blas/level1/level1.h"
+#include "blas/level1/level1_rows.h"
+#include "blas/level1/slices.h"
 
-namespace qel {
+namespace qel::core {
 
-constinit bind_slot<ddot_fn> ddot_slot{nullptr};
-
-double core::ddot(const core_int* n, const double* x, const core_int* incx, const double* y,
-                  const core_int* incy) {
-  return call_bound<ddot_slot, kDdot>(n, x, incx, y, incy);
+double ddot(const core_int* n, const double* x, const core_int* incx, const double* y, const core_int* incy) {
+  return dot_driver(level1_member::ddot, n, x, incx, y, incy,
+                    [=](const core_int* length, const double* xs, const double* ys) {
+                      return call_kernel<kDdot>(length, xs, incx, ys, incy);
+                    });
 }
 
-}  // namespace qel
+}  // namespace qel::core

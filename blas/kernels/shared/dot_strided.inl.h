@@ -1,28 +1,36 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Strided double dot product: groups of four elements into one two-lane accumulator (elements 0 and 2 of a
-// group to the low lane, 1 and 3 to the high), then a pair, then one to the low lane; low + high at the end.
+// Strided real dot product: groups of four doubles (eight floats) into one accumulator register, then half a
+// group, then what is left in pairs to lanes 0 and 1, a last one to lane 0. Element i of a group goes to lane
+// i mod lanes; at the end the lanes are added, neighbours first.
+#pragma once
+
+#include "blas/kernels/shared/streams.inl.h"
+
 namespace qel::QEL_LEVEL {
 namespace {
 
-inline double dot_strided(core_int n, const double* x, core_int incx, const double* y, core_int incy) {
-  // A negative stride walks down to the pointer, which names the lowest address.
-  if (incx < 0) x += (1 - n) * incx;
-  if (incy < 0) y += (1 - n) * incy;
-  __m128d sum = _mm_setzero_pd();
-  core_int left = n;
-  for (; left >= 4; left -= 4, x += 4 * incx, y += 4 * incy) {
-    sum = _mm_add_pd(sum, _mm_mul_pd(_mm_set_pd(x[incx], x[0]), _mm_set_pd(y[incy], y[0])));
-    sum = _mm_add_pd(sum,
-                     _mm_mul_pd(_mm_set_pd(x[3 * incx], x[2 * incx]), _mm_set_pd(y[3 * incy], y[2 * incy])));
+template <class R>
+struct strided_dot {
+  strided_stream<R> x, y;
+  typename lanes<R>::reg sum;
+  template <int kRegisters>
+  void registers() {
+    for (int k = 0; k < kRegisters; ++k) sum = lanes<R>::add(sum, lanes<R>::mul(x.get(k), y.get(k)));
+    x.advance(kRegisters);
+    y.advance(kRegisters);
   }
-  if (left >= 2) {
-    sum = _mm_add_pd(sum, _mm_mul_pd(_mm_set_pd(x[incx], x[0]), _mm_set_pd(y[incy], y[0])));
-    x += 2 * incx;
-    y += 2 * incy;
-    left -= 2;
-  }
-  if (left != 0) sum = _mm_add_sd(sum, _mm_mul_sd(_mm_load_sd(x), _mm_load_sd(y)));
-  return _mm_cvtsd_f64(sum) + _mm_cvtsd_f64(_mm_unpackhi_pd(sum, sum));
+};
+
+template <class R>
+inline R dot_strided(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
+  constexpr int kLanes = lanes<R>::kCount;
+  strided_dot<R> dot{{first_element(x, n, incx), incx}, {first_element(y, n, incy), incy}, lanes<R>::zero()};
+  const core_int left = run_tiers<2, 1>(dot, n, kLanes, 0);
+  R sum[kLanes];
+  lanes<R>::storeu(sum, dot.sum);
+  for (core_int i = 0; i < left; ++i)
+    sum[i % 2] += element_at(dot.x.at + i * incx) * element_at(dot.y.at + i * incy);
+  return tree_sum<kLanes>(sum);
 }
 
 }  // namespace

@@ -1,3 +1,3 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "blas/kernels/kernel_prelude.h"
-#include "blas/kernels/shared/dot_d.inl.h"
+#include "blas/kernels/shared/axpy.inl.h"

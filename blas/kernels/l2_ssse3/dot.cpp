@@ -1,0 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "blas/kernels/kernel_prelude.h"
+#include "blas/kernels/shared/dot_complex.inl.h"
+#include "blas/kernels/shared/dot_real.inl.h"

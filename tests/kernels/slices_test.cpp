@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Threaded level 1: the cut into slices, the order in which partial sums are added, and core routines on 1 to
+// 20 and more threads, to the bit. Threads are used on the levels that allow them; with a forced level of 2
+// or 3 this runs everywhere.
+#include "blas/level1/slices.h"
+
+#include "blas/level1/level1.h"
+#include "tests/kernels/support.h"
+
+namespace qel::test {
+namespace {
+
+bool refuse_memory = false;
+void* (*platform_malloc)(size_t) = nullptr;
+void* malloc_or_refuse(size_t size) { return refuse_memory ? nullptr : platform_malloc(size); }
+
+class Slices : public testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    // Before the library takes its allocator on first use.
+    platform_malloc = serv_platform_malloc;
+    serv_platform_malloc = malloc_or_refuse;
+  }
+  void SetUp() override {
+    serv_set_dynamic(0);
+    refuse_memory = false;
+  }
+  static bool level_forks() { return serv_cpu_level() >= 2 && serv_cpu_level() != 4; }
+};
+
+TEST_F(Slices, AreMultiplesOfEightAndCoverTheVector) {
+  for (const core_int n : {1, 7, 8, 9, 63, 64, 65, 100, 1000, 2501}) {
+    for (int threads = 1; threads <= 20; ++threads) {
+      core_int next = 0;
+      for (int t = 0; t < threads; ++t) {
+        const slice part = slice_of(n, threads, t);
+        if (part.length > 0) {
+          EXPECT_EQ(next, part.start) << n << ' ' << threads << ' ' << t;
+        }
+        next += part.length;
+        if (t < threads - 1) {
+          EXPECT_EQ(n / threads / 8 * 8, part.length) << n << ' ' << threads << ' ' << t;
+        }
+        EXPECT_GE(part.length, 0);
+        EXPECT_LT(part.start, n);
+      }
+      EXPECT_EQ(n, next) << threads;
+    }
+  }
+}
+
+TEST_F(Slices, BaseIsTheLowestAddressOfTheSlice) {
+  constexpr core_int n = 100;
+  int cells[4 * n];
+  for (const core_int inc : {1, 3, -1, -4}) {
+    for (const slice part : {slice{0, 24}, slice{24, 24}, slice{48, 52}, slice{99, 1}}) {
+      for (core_int i = 0; i < part.length; ++i) {
+        const int* const by_slice = slice_base(cells, n, inc, part) + cell_of(i, part.length, inc);
+        EXPECT_EQ(cells + cell_of(part.start + i, n, inc), by_slice) << inc << ' ' << part.start << ' ' << i;
+      }
+    }
+  }
+}
+
+/// Slot by slot: `ahead` slots fill the first accumulator's lanes, whole groups go lane by lane to the two
+/// accumulators, the rest follows one by one.
+template <class S>
+S combined(const std::vector<S>& partial, std::size_t ahead) {
+  constexpr std::size_t kWidth = 16 / sizeof(S);
+  S sum{};
+  std::size_t i = 0;
+  if (partial.size() >= 9) {
+    std::vector<S> lane[2] = {std::vector<S>(kWidth), std::vector<S>(kWidth)};
+    for (; i < ahead; ++i) lane[0][i] = partial[i];
+    const std::size_t grouped = (partial.size() - ahead) / (4 * kWidth) * (4 * kWidth);
+    for (std::size_t k = 0; k < grouped; ++k, ++i) {
+      S& target = lane[k / kWidth % 2][k % kWidth];
+      target = target + partial[i];
+    }
+    for (std::size_t l = 0; l < kWidth; ++l) lane[0][l] = lane[0][l] + lane[1][l];
+    sum = neighbours_first(lane[0]);
+  }
+  for (; i < partial.size(); ++i) sum = sum + partial[i];
+  return sum;
+}
+
+TEST_F(Slices, PartialSumsAddInTheDocumentedOrder) {
+  for_types<float, double, complex8>([]<class S>() {
+    alignas(16) unsigned char memory[80 * sizeof(S)];
+    for (int threads = 1; threads <= 70; ++threads) {
+      const auto partial = order_sensitive<S>(static_cast<std::size_t>(threads), 9);
+      for (std::size_t off = 0; off < 16; off += sizeof(S)) {
+        std::memcpy(memory + off, partial.data(), partial.size() * sizeof(S));
+        EXPECT_TRUE(combined(partial, (16 - off) % 16 / sizeof(S)) ==
+                    sum_of_partials(reinterpret_cast<const S*>(memory + off), threads))
+            << threads << " off " << off;
+      }
+    }
+  });
+}
+
+TEST_F(Slices, EightPartialSumsAddFromTheFirstAndNineInLanes) {
+  // 1e16 swallows single ones, a pair of them counts: only the order decides.
+  const double eight[] = {1e16, 1, 1, 1, 1, 1, 1, 1};
+  EXPECT_EQ(1e16, sum_of_partials(eight, 8));
+  alignas(16) const double nine[] = {1e16, 1, 1, 1, 1, 1, 1, 1, 0};
+  EXPECT_EQ(1e16 + 6, sum_of_partials(nine, 9));
+}
+
+template <class S>
+struct threaded;
+template <>
+struct threaded<float> {
+  static constexpr auto dot = core::sdot;
+  static constexpr auto axpy = core::saxpy;
+  static constexpr auto copy = core::scopy;
+};
+template <>
+struct threaded<double> {
+  static constexpr auto dot = core::ddot;
+  static constexpr auto axpy = core::daxpy;
+  static constexpr auto copy = core::dcopy;
+};
+template <>
+struct threaded<complex8> {
+  static constexpr auto axpy = core::caxpy;
+  static constexpr auto copy = core::ccopy;
+};
+template <>
+struct threaded<complex16> {
+  static constexpr auto axpy = core::zaxpy;
+  static constexpr auto copy = core::zcopy;
+};
+
+template <class S>
+S core_dot(core_int n, const S* x, core_int incx, const S* y, core_int incy) {
+  if constexpr (is_complex<S>) {
+    S result;
+    core::cdotc(&result, &n, x, &incx, y, &incy);
+    return result;
+  } else {
+    return threaded<S>::dot(&n, x, &incx, y, &incy);
+  }
+}
+template <class S>
+S kernel_dot(core_int n, const S* x, core_int incx, const S* y, core_int incy) {
+  if constexpr (is_complex<S>) {
+    S result;
+    rows<S>::dotc.kernel[serv_cpu_level()](&result, &n, x, &incx, y, &incy);
+    return result;
+  } else {
+    return rows<S>::dot.kernel[serv_cpu_level()](&n, x, &incx, y, &incy);
+  }
+}
+template <class S>
+S sliced_dot(int threads, core_int n, const S* x, core_int incx, const S* y, core_int incy) {
+  std::vector<S> partial;
+  for (int t = 0; t < threads; ++t) {
+    const core_int chunk = n / threads / 8 * 8, start = t * chunk,
+                   length = t < threads - 1 ? chunk : n - start;
+    const auto base = [&](const S* v, core_int inc) {
+      return v + (inc >= 0 ? start * inc : (n - start - length) * -inc);
+    };
+    partial.push_back(kernel_dot(length, base(x, incx), incx, base(y, incy), incy));
+  }
+  return combined(partial, 0);
+}
+
+TEST_F(Slices, DotOfEveryThreadCountHasItsOwnBits) {
+  for_types<float, double, complex8>([]<class S>() {
+    constexpr core_int kStrides[][2] = {{1, 1}, {-1, -1}, {2, -1}, {-3, 1}};
+    int unlike_serial = 0;
+    for (const auto& [incx, incy] : kStrides) {
+      for (const core_int n : {5001, 6017}) {
+        const auto x = order_sensitive<S>(span_of(n, incx), 1), y = order_sensitive<S>(span_of(n, incy), 2);
+        const S serial = kernel_dot(n, x.data(), incx, y.data(), incy);
+        for (const int threads :
+             {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 130}) {
+          serv_set_domain_threads(threads, 1);
+          const S want =
+              threads > 1 && level_forks() ? sliced_dot(threads, n, x.data(), incx, y.data(), incy) : serial;
+          EXPECT_TRUE(want == core_dot(n, x.data(), incx, y.data(), incy))
+              << threads << " strides " << incx << ' ' << incy;
+          unlike_serial += want == serial ? 0 : 1;
+        }
+      }
+    }
+    EXPECT_EQ(level_forks(), unlike_serial > 40);
+  });
+}
+
+TEST_F(Slices, DotRunsSeriallyWithoutMemoryForManyPartialSums) {
+  const core_int n = 5001, one = 1;
+  const auto x = order_sensitive<double>(5001, 1), y = order_sensitive<double>(5001, 2);
+  serv_set_domain_threads(200, 1);
+  serv_free_buffers();
+  refuse_memory = true;
+  EXPECT_EQ(kernel_dot(n, x.data(), one, y.data(), one), core::ddot(&n, x.data(), &one, y.data(), &one));
+  refuse_memory = false;
+  if (level_forks()) {
+    EXPECT_EQ(sliced_dot(200, n, x.data(), one, y.data(), one),
+              core::ddot(&n, x.data(), &one, y.data(), &one));
+  }
+}
+
+TEST_F(Slices, ShortVectorsAndZeroStridesRunSerially) {
+  const auto x = order_sensitive<double>(9000, 1), y = order_sensitive<double>(9000, 2);
+  const core_int zero = 0, one = 1;
+  serv_set_domain_threads(3, 1);
+  const core_int short_length = 2500, long_length = 9000;
+  const double short_dot = core::ddot(&short_length, x.data(), &one, y.data(), &one);
+  EXPECT_EQ(kernel_dot(short_length, x.data(), one, y.data(), one), short_dot);
+  EXPECT_NE(sliced_dot(3, short_length, x.data(), one, y.data(), one), short_dot);
+  EXPECT_EQ(kernel_dot(long_length, x.data(), zero, y.data(), one),
+            core::ddot(&long_length, x.data(), &zero, y.data(), &one));
+}
+
+TEST_F(Slices, UpdatesOfAnyThreadCountAreTheSerialOnes) {
+  for_element_types([]<class T>() {
+    const core_int n = 6100;
+    constexpr core_int kStrides[][2] = {{1, 1}, {-1, -1}, {2, -1}, {-1, 3}};
+    T alpha{};
+    reinterpret_cast<real_of<T>*>(&alpha)[0] = real_of<T>{0.7F};
+    for (const int dynamic : {0, 1}) {  // with it zaxpy and zcopy fork
+      serv_set_dynamic(dynamic);
+      for (const auto& [incx, incy] : kStrides) {
+        const auto x = order_sensitive<T>(span_of(n, incx), 1),
+                   before = order_sensitive<T>(span_of(n, incy), 2);
+        auto updated = before, copied = before;
+        rows<T>::axpy.kernel[0](&n, &alpha, x.data(), &incx, updated.data(), &incy);
+        rows<T>::copy.kernel[0](&n, x.data(), &incx, copied.data(), &incy);
+        for (const int threads : {1, 2, 3, 7, 16}) {
+          serv_set_domain_threads(threads, 1);
+          auto y = before;
+          threaded<T>::axpy(&n, &alpha, x.data(), &incx, y.data(), &incy);
+          EXPECT_EQ(0, std::memcmp(updated.data(), y.data(), y.size() * sizeof(T)))
+              << threads << ' ' << incx << ' ' << incy;
+          y = before;
+          threaded<T>::copy(&n, x.data(), &incx, y.data(), &incy);
+          EXPECT_EQ(0, std::memcmp(copied.data(), y.data(), y.size() * sizeof(T)))
+              << threads << ' ' << incx << ' ' << incy;
+        }
+      }
+    }
+  });
+}
+
+}  // namespace
+}  // namespace qel::test
