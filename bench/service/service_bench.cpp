@@ -5,7 +5,7 @@
 
 #include <cstdlib>
 
-#include "blas/level1/dot_rows.h"
+#include "blas/level1/level1_rows.h"
 #include "blas/level1/level1.h"
 #include "service/serv.h"
 
