@@ -5,8 +5,8 @@
 
 #include <cstdlib>
 
-#include "blas/level1/level1_rows.h"
 #include "blas/level1/level1.h"
+#include "blas/level1/level1_rows.h"
 #include "service/serv.h"
 
 namespace {
