@@ -91,7 +91,10 @@ std::vector<T> order_sensitive(std::size_t n, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<R> mantissa(-1, 1);
   std::uniform_int_distribution<int> exponent(-9, 9);
-  const auto next = [&] { return std::ldexp(mantissa(random), exponent(random)); };
+  const auto next = [&] {
+    const int power = exponent(random);  // drawn first: as arguments, compilers draw them in different orders
+    return std::ldexp(mantissa(random), power);
+  };
   std::vector<T> values(n);
   for (T& v : values) {
     if constexpr (is_complex<T>) {
