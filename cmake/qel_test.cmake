@@ -2,7 +2,7 @@ find_package(GTest REQUIRED)
 
 # qel_test(NAME SOURCES... [INTERNAL] [PER_LEVEL] [LINK libs...])
 #   INTERNAL   links the hidden core instead of libqel.so
-#   PER_LEVEL  runs once more for each processor level that can be forced (QEL_DEBUG_CPU_TYPE)
+#   PER_LEVEL  runs once more for each processor level that can be forced (QEL_DEBUG_CPU_TYPE), and natively
 function(qel_test name)
   cmake_parse_arguments(arg "INTERNAL;PER_LEVEL" "" "LINK" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
@@ -18,5 +18,7 @@ function(qel_test name)
       add_test(NAME ${name}.level${level} COMMAND ${name} --gtest_brief=1)
       set_tests_properties(${name}.level${level} PROPERTIES ENVIRONMENT QEL_DEBUG_CPU_TYPE=${level} LABELS level)
     endforeach()
+    add_test(NAME ${name}.native COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name}.native PROPERTIES ENVIRONMENT QEL_NATIVE=1 LABELS level)
   endif()
 endfunction()
