@@ -39,10 +39,12 @@ variable_state type_variable() {
 }
 
 variable_state native_variable() {
-  variable_state state = look_up(
-      "QEL_NATIVE", "1 allows, 0 forbids the native levels (AVX2, AVX-512) on any vendor's processor");
+  variable_state state =
+      look_up("QEL_NATIVE",
+              "1 allows, avx2 limits, 0 forbids the native levels (AVX2, AVX-512) on any vendor's processor");
   const int request = native_request(state.set ? state.value.c_str() : nullptr);
-  state.effect = request == 1   ? "native levels allowed"
+  state.effect = request == 2   ? "native levels allowed"
+                 : request == 1 ? "native levels allowed up to AVX2"
                  : request == 0 ? "native levels forbidden"
                                 : "off in the library, on in the drop-ins and in this command";
   return state;

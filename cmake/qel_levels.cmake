@@ -7,6 +7,7 @@ set(QEL_FLAGS_l2_ssse3 -mssse3)
 set(QEL_FLAGS_l3_sse42 -msse4.2)
 set(QEL_FLAGS_l4_avx -mavx)
 set(QEL_FLAGS_l5_avx2 -mavx2 -mfma)
+set(QEL_FLAGS_l6_avx512 -mavx512f -mavx512bw -mavx512dq -mavx512vl -mavx2 -mfma)
 
 # qel_add_level(FAMILY LEVEL SOURCES...): e.g. qel_add_level(blas l2_ssse3 dot_d.cpp)
 function(qel_add_level family level)

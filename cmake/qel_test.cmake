@@ -1,10 +1,11 @@
 find_package(GTest REQUIRED)
 
-# qel_test(NAME SOURCES... [INTERNAL] [PER_LEVEL] [LINK libs...])
+# qel_test(NAME SOURCES... [INTERNAL] [PER_LEVEL] [NATIVE] [LINK libs...])
 #   INTERNAL   links the hidden core instead of libqel.so
 #   PER_LEVEL  runs once more for each processor level that can be forced (QEL_DEBUG_CPU_TYPE), and natively
+#   NATIVE     runs twice more, natively: with all that the processor has, and with AVX2 at most
 function(qel_test name)
-  cmake_parse_arguments(arg "INTERNAL;PER_LEVEL" "" "LINK" ${ARGN})
+  cmake_parse_arguments(arg "INTERNAL;PER_LEVEL;NATIVE" "" "LINK" ${ARGN})
   add_executable(${name} ${arg_UNPARSED_ARGUMENTS})
   target_link_libraries(${name} PRIVATE ${arg_LINK} GTest::gtest_main)
   if(arg_INTERNAL)
@@ -18,7 +19,11 @@ function(qel_test name)
       add_test(NAME ${name}.level${level} COMMAND ${name} --gtest_brief=1)
       set_tests_properties(${name}.level${level} PROPERTIES ENVIRONMENT QEL_DEBUG_CPU_TYPE=${level} LABELS level)
     endforeach()
-    add_test(NAME ${name}.native COMMAND ${name} --gtest_brief=1)
-    set_tests_properties(${name}.native PROPERTIES ENVIRONMENT QEL_NATIVE=1 LABELS level)
+  endif()
+  if(arg_PER_LEVEL OR arg_NATIVE)
+    foreach(native 1 avx2)
+      add_test(NAME ${name}.native_${native} COMMAND ${name} --gtest_brief=1)
+      set_tests_properties(${name}.native_${native} PROPERTIES ENVIRONMENT QEL_NATIVE=${native} LABELS level)
+    endforeach()
   endif()
 endfunction()

@@ -3,6 +3,7 @@
 
 #include <cpuid.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <cstring>
@@ -102,11 +103,12 @@ native_set natural_native_set(const cpu_facts& facts) {
 
 int native_request(const char* value) {
   if (value == nullptr) return -1;
-  return std::strcmp(value, "0") == 0 ? 0 : 1;
+  if (std::strcmp(value, "0") == 0) return static_cast<int>(native_set::none);
+  return static_cast<int>(std::strcmp(value, "avx2") == 0 ? native_set::avx2 : native_set::avx512);
 }
 
-int choose_cpu_type(const cpu_facts& facts, bool native_allowed) {
-  switch (native_allowed ? natural_native_set(facts) : native_set::none) {
+int choose_cpu_type(const cpu_facts& facts, native_set native_limit) {
+  switch (std::min(natural_native_set(facts), native_limit)) {
     case native_set::avx512:
       return 7;
     case native_set::avx2:
@@ -117,9 +119,9 @@ int choose_cpu_type(const cpu_facts& facts, bool native_allowed) {
   return natural_cpu_type(facts);
 }
 
-int choose_cpu_level(const cpu_facts& facts, int level_override, bool avx_allowed, bool native_allowed) {
+int choose_cpu_level(const cpu_facts& facts, int level_override, bool avx_allowed, native_set native_limit) {
   if (level_override != kNoLevelOverride) return level_override;
-  switch (native_allowed ? natural_native_set(facts) : native_set::none) {
+  switch (std::min(natural_native_set(facts), native_limit)) {
     case native_set::avx512:
       return 6;
     case native_set::avx2:
@@ -142,11 +144,11 @@ int choose_cpu_level(const cpu_facts& facts, int level_override, bool avx_allowe
   return level;
 }
 
-void walk_cache_leaves(cpuid_reader cpuid, int out[5]) {
+void walk_cache_leaves(cpuid_reader cpuid, uint32_t leaf, int out[5]) {
   constexpr uint32_t kInstructionCache = 2;
   std::memset(out, 0, 5 * sizeof out[0]);
   for (uint32_t subleaf = 0; subleaf < 32; ++subleaf) {
-    const cpuid_answer cache = cpuid(4, subleaf);
+    const cpuid_answer cache = cpuid(leaf, subleaf);
     const uint32_t kind = cache.eax & 31;
     if (kind == 0 || cache.ebx == 0 || cache.ecx == 0) return;
     if (kind == kInstructionCache) continue;

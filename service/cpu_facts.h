@@ -48,20 +48,23 @@ int cpu_type_override(const char* value);
 inline constexpr int kNoLevelOverride = -666;
 /// The override that a value of QEL_DEBUG_CPU_TYPE means: 0..4 or kNoLevelOverride. 0 only by exactly "0".
 int cpu_level_override(const char* value);
-/// The level of serv_cpu_level, given the override and what is allowed beside levels 0..3.
-int choose_cpu_level(const cpu_facts& facts, int level_override, bool avx_allowed, bool native_allowed);
-/// The type of serv_cpu_type without an override.
-int choose_cpu_type(const cpu_facts& facts, bool native_allowed);
-
 /// The instruction sets of the native levels: what any vendor's processor may run if the system saves its
 /// registers.
 enum class native_set { none, avx2, avx512 };
 /// avx2: AVX2 and FMA. avx512: F, BW, DQ, VL besides.
 native_set natural_native_set(const cpu_facts& facts);
-/// What QEL_NATIVE asks for: 0 off ("0"), 1 on (any other value), -1 nothing (null).
+/// The highest native set that a value of QEL_NATIVE allows, as a number: none ("0"), avx2 ("avx2"), avx512
+/// (any other value); -1 if it says nothing (null).
 int native_request(const char* value);
 
-/// Cache sizes from CPUID leaf 4: count and the first four sizes, as serv_cache_sizes tells.
-void walk_cache_leaves(cpuid_reader cpuid, int out[5]);
+/// The level of serv_cpu_level, given the override and what is allowed beside levels 0..3.
+int choose_cpu_level(const cpu_facts& facts, int level_override, bool avx_allowed, native_set native_limit);
+/// The type of serv_cpu_type without an override.
+int choose_cpu_type(const cpu_facts& facts, native_set native_limit);
+
+/// CPUID leaves that list caches in the same form: the selected vendor's, and AMD's.
+inline constexpr uint32_t kCacheLeaf = 4, kAmdCacheLeaf = 0x8000001D;
+/// Cache sizes from a leaf: count and the first four sizes, as serv_cache_sizes tells.
+void walk_cache_leaves(cpuid_reader cpuid, uint32_t leaf, int out[5]);
 
 }  // namespace qel

@@ -27,17 +27,16 @@ int settle(std::atomic<int>& flag, int value) {
   return flag.load(std::memory_order_relaxed);
 }
 
-/// Sets a flag to 1 unless it was decided to be 0; 1 if it is 1 then.
-int enable(std::atomic<int>& flag, int wish) { return wish == 1 && settle(flag, 1) == 1 ? 1 : 0; }
+constexpr int kAllNative = static_cast<int>(native_set::avx512);
 
-bool native_allowed() {
+native_set native_limit() {
   int known = native_flag.load(std::memory_order_relaxed);
   if (known == kUndecided) {
     char value[32];
     const int request = native_request(read_environment("QEL_NATIVE", value, sizeof value) ? value : nullptr);
-    known = settle(native_flag, request >= 0 ? request : native_by_default());
+    known = settle(native_flag, request >= 0 ? request : native_by_default() ? kAllNative : 0);
   }
-  return known == 1;
+  return static_cast<native_set>(known);
 }
 
 }  // namespace
@@ -48,7 +47,7 @@ int serv_cpu_type() {
   char value[32];
   const bool given = read_environment("QEL_DEBUG_VECTOR_TYPE", value, sizeof value);
   int type = cpu_type_override(given ? value : nullptr);
-  if (type == -1) type = choose_cpu_type(read_cpu_facts(current_cpuid()), native_allowed());
+  if (type == -1) type = choose_cpu_type(read_cpu_facts(current_cpuid()), native_limit());
   type_cache.store(type, std::memory_order_relaxed);
   return type;
 }
@@ -63,14 +62,14 @@ int serv_cpu_level() {
   if (level_override == 4) avx_flag.store(1, std::memory_order_relaxed);
   const bool avx_allowed = avx_flag.load(std::memory_order_relaxed) == 1;
   const int level =
-      choose_cpu_level(read_cpu_facts(current_cpuid()), level_override, avx_allowed, native_allowed());
+      choose_cpu_level(read_cpu_facts(current_cpuid()), level_override, avx_allowed, native_limit());
   level_cache.store(level, std::memory_order_relaxed);
   return level;
 }
 
-int serv_cpu_level_enable_avx(int flag) { return enable(avx_flag, flag); }
+int serv_cpu_level_enable_avx(int flag) { return flag == 1 && settle(avx_flag, 1) == 1 ? 1 : 0; }
 int serv_cpu_level_avx_enabled() { return settle(avx_flag, 0); }
-int serv_enable_native(int flag) { return enable(native_flag, flag); }
+int serv_enable_native(int flag) { return flag == 1 && settle(native_flag, kAllNative) > 0 ? 1 : 0; }
 
 [[noreturn]] void end_without_kernel(const char* variable, int value) {
   std::printf("QEL: no kernel for the value %d that %s forces\n", value, variable);

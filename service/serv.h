@@ -34,6 +34,8 @@ int native_by_default();
 /// out[0]: data and unified caches found; out[1..4]: bytes of the first four, 0 where absent.
 /// Returns out[1].
 int serv_cache_sizes(int out[5]);
+/// The same with the caches of processors that list them elsewhere, for tuning of the native levels.
+int serv_native_cache_sizes(int out[5]);
 
 // threads.cpp: thread counts. Domains: 0 all, 1 BLAS, 2 FFT, 3 VML; an unknown one counts as 0.
 

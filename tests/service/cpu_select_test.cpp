@@ -46,12 +46,12 @@ TEST(CpuSelect, FollowsTheTableOfFeatures) {
   for (const select_case& c : kSelect) {
     const cpu_facts facts = processor(c.vendor, c.features);
     EXPECT_EQ(natural_cpu_type(facts), c.type) << c.vendor << std::hex << c.features;
-    EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, false, false), c.level)
+    EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, false, native_set::none), c.level)
         << c.vendor << std::hex << c.features;
-    EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, true, false), c.level_with_avx)
+    EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, true, native_set::none), c.level_with_avx)
         << c.vendor << std::hex << c.features;
     for (int forced = 0; forced <= 4; ++forced)
-      EXPECT_EQ(choose_cpu_level(facts, forced, forced == 4, true), forced);
+      EXPECT_EQ(choose_cpu_level(facts, forced, forced == 4, native_set::avx512), forced);
   }
 }
 
@@ -79,12 +79,16 @@ TEST(CpuSelect, NativeLevelsGoByInstructionsAndSavedRegistersOfAnyVendor) {
       cpu_facts facts = processor(vendor, c.features_c);
       facts.features_7 = c.features_7;
       facts.xcr0 = c.xcr0;
-      const int told_level = choose_cpu_level(facts, kNoLevelOverride, false, false),
-                told_type = natural_cpu_type(facts);
-      EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, false, true), c.level < 0 ? told_level : c.level)
+      const int common_level = choose_cpu_level(facts, kNoLevelOverride, false, native_set::none),
+                common_type = natural_cpu_type(facts);
+      EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, false, native_set::avx512),
+                c.level < 0 ? common_level : c.level)
           << c.what;
-      EXPECT_EQ(choose_cpu_type(facts, true), c.type < 0 ? told_type : c.type) << c.what;
-      EXPECT_EQ(choose_cpu_type(facts, false), told_type) << c.what;
+      EXPECT_EQ(choose_cpu_type(facts, native_set::avx512), c.type < 0 ? common_type : c.type) << c.what;
+      EXPECT_EQ(choose_cpu_level(facts, kNoLevelOverride, false, native_set::avx2),
+                c.level < 0 ? common_level : 5)
+          << c.what;
+      EXPECT_EQ(choose_cpu_type(facts, native_set::none), common_type) << c.what;
     }
   }
 }
@@ -246,14 +250,14 @@ TEST(Dispatch, AForcedNegativeTypeEndsTheProcessWithALineThatNamesTheVariable) {
 
 TEST(CacheSizes, SkipsInstructionCachesAndCountsTheRest) {
   int sizes[5];
-  walk_cache_leaves(invented_processor, sizes);
+  walk_cache_leaves(invented_processor, kCacheLeaf, sizes);
   EXPECT_EQ(sizes[0], 3);
   EXPECT_EQ(sizes[1], 32 << 10);
   EXPECT_EQ(sizes[2], 512 << 10);
   EXPECT_EQ(sizes[3], 8 << 20);
   EXPECT_EQ(sizes[4], 0);
   // A processor that never ends its list is asked 32 times at most, and only four sizes are kept.
-  walk_cache_leaves([](uint32_t, uint32_t) { return cpuid_answer{1, 63, 63, 0}; }, sizes);
+  walk_cache_leaves([](uint32_t, uint32_t) { return cpuid_answer{1, 63, 63, 0}; }, kCacheLeaf, sizes);
   EXPECT_EQ(sizes[0], 32);
   EXPECT_EQ(sizes[4], 64 * 64);
 }

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The vector registers of the native levels: 32 bytes (AVX2) or 64 (AVX-512), lanes of one real type. Parts of
+// a vector are read and written lane by lane exactly: nothing beside them is touched.
+#pragma once
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+template <class R>
+struct vec;
+
+/// The real type of an element type, and how many of them an element holds.
+template <class T>
+struct reals {
+  using type = T;
+  static constexpr int kCount = 1;
+};
+template <>
+struct reals<complex8> {
+  using type = float;
+  static constexpr int kCount = 2;
+};
+template <>
+struct reals<complex16> {
+  using type = double;
+  static constexpr int kCount = 2;
+};
+
+#ifdef __AVX512F__
+
+template <>
+struct vec<double> {
+  using reg = __m512d;
+  static constexpr int kLanes = 8;
+  static reg zero() { return _mm512_setzero_pd(); }
+  static reg all(double v) { return _mm512_set1_pd(v); }
+  static reg load(const double* p) { return _mm512_loadu_pd(p); }
+  static void store(double* p, reg v) { _mm512_storeu_pd(p, v); }
+  static __mmask8 first(int count) { return static_cast<__mmask8>((1 << count) - 1); }
+  static reg load_part(const double* p, int count) { return _mm512_maskz_loadu_pd(first(count), p); }
+  static void store_part(double* p, int count, reg v) { _mm512_mask_storeu_pd(p, first(count), v); }
+  static reg add(reg a, reg b) { return _mm512_add_pd(a, b); }
+  static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
+  static reg fma(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
+  static reg minus_fma(reg a, reg b, reg c) { return _mm512_fnmadd_pd(a, b, c); }
+  /// Real and imaginary parts exchanged. (The form without a mask trips g++ 12's test for uninitialised values.)
+  static reg swapped(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x55); }
+  /// (even, odd, even, odd ...)
+  static reg pairs(double even, double odd) {
+    return _mm512_set_pd(odd, even, odd, even, odd, even, odd, even);
+  }
+};
+
+template <>
+struct vec<float> {
+  using reg = __m512;
+  static constexpr int kLanes = 16;
+  static reg zero() { return _mm512_setzero_ps(); }
+  static reg all(float v) { return _mm512_set1_ps(v); }
+  static reg load(const float* p) { return _mm512_loadu_ps(p); }
+  static void store(float* p, reg v) { _mm512_storeu_ps(p, v); }
+  static __mmask16 first(int count) { return static_cast<__mmask16>((1 << count) - 1); }
+  static reg load_part(const float* p, int count) { return _mm512_maskz_loadu_ps(first(count), p); }
+  static void store_part(float* p, int count, reg v) { _mm512_mask_storeu_ps(p, first(count), v); }
+  static reg add(reg a, reg b) { return _mm512_add_ps(a, b); }
+  static reg mul(reg a, reg b) { return _mm512_mul_ps(a, b); }
+  static reg fma(reg a, reg b, reg c) { return _mm512_fmadd_ps(a, b, c); }
+  static reg minus_fma(reg a, reg b, reg c) { return _mm512_fnmadd_ps(a, b, c); }
+  static reg swapped(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xB1); }
+  static reg pairs(float even, float odd) {
+    return _mm512_set_ps(odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd,
+                         even);
+  }
+};
+
+#else
+
+/// Eight 1-words and eight 0-words: a window of it is a mask for the first lanes.
+alignas(64) constexpr int kLaneMask[16] = {-1, -1, -1, -1, -1, -1, -1, -1, 0, 0, 0, 0, 0, 0, 0, 0};
+
+template <>
+struct vec<double> {
+  using reg = __m256d;
+  static constexpr int kLanes = 4;
+  static reg zero() { return _mm256_setzero_pd(); }
+  static reg all(double v) { return _mm256_set1_pd(v); }
+  static reg load(const double* p) { return _mm256_loadu_pd(p); }
+  static void store(double* p, reg v) { _mm256_storeu_pd(p, v); }
+  static reg load_part(const double* p, int count) {
+    return _mm256_maskload_pd(
+        p, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - 2 * count)));
+  }
+  // A masked store is slow on many processors.
+  static void store_part(double* p, int count, reg v) {
+    const __m128d low = _mm256_castpd256_pd128(v), high = _mm256_extractf128_pd(v, 1);
+    if (count >= 4) return store(p, v);
+    if (count >= 2) _mm_storeu_pd(p, low);
+    if (count == 1) _mm_storel_pd(p, low);
+    if (count == 3) _mm_storel_pd(p + 2, high);
+  }
+  static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
+  static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
+  static reg fma(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
+  static reg minus_fma(reg a, reg b, reg c) { return _mm256_fnmadd_pd(a, b, c); }
+  static reg swapped(reg v) { return _mm256_permute_pd(v, 5); }
+  static reg pairs(double even, double odd) { return _mm256_set_pd(odd, even, odd, even); }
+};
+
+template <>
+struct vec<float> {
+  using reg = __m256;
+  static constexpr int kLanes = 8;
+  static reg zero() { return _mm256_setzero_ps(); }
+  static reg all(float v) { return _mm256_set1_ps(v); }
+  static reg load(const float* p) { return _mm256_loadu_ps(p); }
+  static void store(float* p, reg v) { _mm256_storeu_ps(p, v); }
+  static reg load_part(const float* p, int count) {
+    return _mm256_maskload_ps(p,
+                              _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - count)));
+  }
+  static void store_part(float* p, int count, reg v) {
+    if (count >= 8) return store(p, v);
+    __m128 part = _mm256_castps256_ps128(v);
+    if (count >= 4) {
+      _mm_storeu_ps(p, part);
+      part = _mm256_extractf128_ps(v, 1);
+      p += 4;
+      count -= 4;
+    }
+    if (count >= 2) {
+      _mm_storel_pi(reinterpret_cast<__m64*>(p), part);
+      part = _mm_movehl_ps(part, part);
+      p += 2;
+      count -= 2;
+    }
+    if (count == 1) _mm_store_ss(p, part);
+  }
+  static reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
+  static reg mul(reg a, reg b) { return _mm256_mul_ps(a, b); }
+  static reg fma(reg a, reg b, reg c) { return _mm256_fmadd_ps(a, b, c); }
+  static reg minus_fma(reg a, reg b, reg c) { return _mm256_fnmadd_ps(a, b, c); }
+  static reg swapped(reg v) { return _mm256_permute_ps(v, 0xB1); }
+  static reg pairs(float even, float odd) {
+    return _mm256_set_ps(odd, even, odd, even, odd, even, odd, even);
+  }
+};
+
+#endif
+
+}  // namespace
+}  // namespace qel::QEL_LEVEL

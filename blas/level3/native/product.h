@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The one product under native level 3.
+#pragma once
+
+#include "blas/kernels/level3_native.h"
+#include "blas/plain/operand.h"
+
+namespace qel::native {
+
+/// C = alpha A B + beta C, or one triangle of it: A m x k, B k x n as the views show them, C column-major and
+/// apart from both. beta 0 does not read C; alpha 0 reads neither A nor B.
+template <class T>
+struct product {
+  core_int m, n, k;
+  T alpha;
+  plain::operand<T> a, b;
+  T beta;
+  T* c;
+  core_int ldc;
+  c_part part = c_part::whole;
+};
+
+/// On up to `threads` threads; 0 asks the policy.
+template <class T>
+void multiply(const product<T>& what, int threads = 0);
+
+}  // namespace qel::native
