@@ -3,8 +3,8 @@
 // place, and triangular kernels. One table per element type and level.
 //
 // Panels: `width` rows of A (columns of B) side by side for each step of the depth. Rows come in panels of
-// tile_rows, the last one or two lower (panel_rows), rounded up to whole vectors with zeros; columns in panels
-// of tile_columns, the last one or two narrower (panel_columns).
+// tile_rows, the last one or two lower (panel_rows), rounded up to whole vectors with zeros; columns in
+// panels of tile_columns, the last one or two narrower (panel_columns).
 #pragma once
 
 #include "service/core_types.h"
@@ -36,8 +36,8 @@ struct panel_product {
   core_int below;  ///< how many rows this block's first row lies below its first column's diagonal element
 };
 
-/// C = alpha op(A) op(B) + beta C with B as it lies in memory, and A too (then its columns are contiguous) or in
-/// panels.
+/// C = alpha op(A) op(B) + beta C with B as it lies in memory, and A too (then its columns are contiguous) or
+/// in panels.
 template <class T>
 struct direct_product {
   core_int m, n, k;
@@ -60,7 +60,8 @@ template <class T>
 struct triangle_product {
   core_int order;  ///< of T, at most kTriangleOrder
   core_int count;  ///< rows of B, or its columns
-  const T* t;      ///< column-major, leading dimension kTriangleOrder; a solve finds pivots' reciprocals on the diagonal
+  const T* t;  ///< column-major, leading dimension kTriangleOrder; a solve finds pivots' reciprocals on the
+               ///< diagonal
   bool upper, unit;
   bool divide;  ///< solves only: the diagonal holds the pivots themselves
   T* b;

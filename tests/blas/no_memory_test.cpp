@@ -25,7 +25,7 @@ TYPED_TEST_SUITE(NoMemory, element_types);
 
 TYPED_TEST(NoMemory, GemmIsRight) {
   using T = TypeParam;
-  const core_int m = 37, n = 19, k = 45;
+  const core_int m = 37, n = 19, k = 3100;  // large enough for work memory on every level
   const T alpha = factor<T>(2), beta = factor<T>(2);
   for (const char transa : {'N', 'T', 'C'}) {
     for (const char transb : {'N', 'T', 'C'}) {

@@ -16,11 +16,23 @@ template <class T>
 class poisoned {
  public:
   explicit poisoned(std::size_t size, std::size_t misalignment = 0)
-      : bytes_((size + 2 * kGuard) * sizeof(T) + 128, kPoison), size_(size) {
+      : bytes_((size + 2 * kGuard) * sizeof(T) + 128, kPoison), size_(size), misalignment_(misalignment) {
     auto base = reinterpret_cast<std::uintptr_t>(bytes_.data()) + kGuard * sizeof(T);
     base = (base + 63) / 64 * 64 + misalignment;
     data_ = reinterpret_cast<T*>(base);
     std::memset(static_cast<void*>(data_), 0, size * sizeof(T));
+  }
+  poisoned(const poisoned& from) : poisoned(from.size_, from.misalignment_) {
+    std::memcpy(static_cast<void*>(data_), from.data_, size_ * sizeof(T));
+  }
+  poisoned& operator=(const poisoned& from) {
+    if (this == &from) return *this;
+    poisoned copy(from);
+    bytes_.swap(copy.bytes_);  // the bytes stay where they are
+    size_ = copy.size_;
+    misalignment_ = copy.misalignment_;
+    data_ = copy.data_;
+    return *this;
   }
   T* data() { return data_; }
   std::size_t size() const { return size_; }
@@ -41,7 +53,7 @@ class poisoned {
   static constexpr std::size_t kGuard = 64;
   static constexpr unsigned char kPoison = 0xA5;
   std::vector<unsigned char> bytes_;
-  std::size_t size_;
+  std::size_t size_, misalignment_;
   T* data_;
 };
 

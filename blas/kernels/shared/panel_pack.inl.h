@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Packing into panels of the native levels. A source whose width is contiguous is copied step by step; one whose
-// depth is contiguous is transposed in registers, 4 x 4 elements of 4, 8 or 16 bytes at a time.
+// Packing into panels of the native levels. A source whose width is contiguous is copied step by step; one
+// whose depth is contiguous is transposed in registers, 4 x 4 elements of 4, 8 or 16 bytes at a time.
 #pragma once
 
 #include "blas/kernels/shared/panel_product.inl.h"
@@ -17,8 +17,8 @@ inline complex16 conjugate(complex16 v) { return {v.real, -v.imag}; }
 
 /// Copies 4 rows of 4 elements, transposed.
 inline void transpose4(const float* from, core_int from_step, float* to, core_int to_step) {
-  __m128 r0 = _mm_loadu_ps(from), r1 = _mm_loadu_ps(from + from_step), r2 = _mm_loadu_ps(from + 2 * from_step),
-         r3 = _mm_loadu_ps(from + 3 * from_step);
+  __m128 r0 = _mm_loadu_ps(from), r1 = _mm_loadu_ps(from + from_step),
+         r2 = _mm_loadu_ps(from + 2 * from_step), r3 = _mm_loadu_ps(from + 3 * from_step);
   _MM_TRANSPOSE4_PS(r0, r1, r2, r3);
   _mm_storeu_ps(to, r0);
   _mm_storeu_ps(to + to_step, r1);
@@ -120,15 +120,17 @@ void conjugate_all(core_int count, T* values) {
   for (core_int i = 0; i < count; ++i) values[i] = conjugate(values[i]);
 }
 
-/// kPanels whole panels of a source whose width is contiguous, side by side: long runs of each column are read,
-/// which neighbouring columns' pages and lines reward.
+/// kPanels whole panels of a source whose width is contiguous, side by side: long runs of each column are
+/// read, which neighbouring columns' pages and lines reward.
 template <int kWidth, int kPanels, class T>
 void pack_side_by_side(core_int depth, const panel_source<T>& from, T* out) {
   constexpr int kLine = 64 / static_cast<int>(sizeof(T)), kAhead = 4;
   for (core_int p = 0; p < depth; ++p) {
     const T* step = from.data + p * from.depth_step;
-    for (int i = 0; i < kPanels * kWidth; i += kLine) _mm_prefetch(step + kAhead * from.depth_step + i, _MM_HINT_T0);
-    for (int i = 0; i < kPanels; ++i) copy_elements<kWidth>(step + i * kWidth, out + (i * depth + p) * kWidth);
+    for (int i = 0; i < kPanels * kWidth; i += kLine)
+      _mm_prefetch(step + kAhead * from.depth_step + i, _MM_HINT_T0);
+    for (int i = 0; i < kPanels; ++i)
+      copy_elements<kWidth>(step + i * kWidth, out + (i * depth + p) * kWidth);
   }
 }
 

@@ -34,7 +34,8 @@ void packed_tile(const finish<T>& how, core_int k, const T* a, const T* b, core_
   constexpr int kRealColumns = kColumns * reals<T>::kCount;
   constexpr int kLine = 64 / static_cast<int>(sizeof(T));
   for (int j = 0; j < kColumns; ++j) {
-    for (core_int i = 0; i < kVectors * tile_shape<T>::kLanes; i += kLine) _mm_prefetch(c + i + j * ldc, _MM_HINT_T0);
+    for (core_int i = 0; i < kVectors * tile_shape<T>::kLanes; i += kLine)
+      _mm_prefetch(c + i + j * ldc, _MM_HINT_T0);
   }
   finish_tile<T, kVectors, kRealColumns>(
       how,

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The register tile of the native levels: kVectors vectors of rows times kColumns real columns, summed over the
-// depth with fused multiply-add, one sum per element in the order of the depth. A complex matrix is seen as
-// reals: rows interleave real and imaginary parts, each column of B counts as two (its real parts, its
+// The register tile of the native levels: kVectors vectors of rows times kColumns real columns, summed over
+// the depth with fused multiply-add, one sum per element in the order of the depth. A complex matrix is seen
+// as reals: rows interleave real and imaginary parts, each column of B counts as two (its real parts, its
 // imaginary parts), and the two sums are joined when the tile is finished. So all four types share one loop.
 #pragma once
 

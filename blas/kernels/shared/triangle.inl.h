@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Small triangles on the rows of a matrix, in place, for the native levels. Columns go in groups as wide as the
-// register tile: what other groups add is one sum over the depth as in a product, what the group itself adds
-// follows column by column. From the left the same runs on transposed panels of columns.
+// Small triangles on the rows of a matrix, in place, for the native levels. Columns go in groups as wide as
+// the register tile: what other groups add is one sum over the depth as in a product, what the group itself
+// adds follows column by column. From the left the same runs on transposed panels of columns.
 #pragma once
 
 #include "blas/kernels/shared/panel_pack.inl.h"
@@ -61,7 +61,7 @@ void triangle_tile(const triangle_product<T>& what, core_int first, core_int row
                                                what.ldb * kParts, last};
   const direct_columns<R, kParts> factors{reinterpret_cast<const R*>(t + from), kParts,
                                           core_int{kTriangleOrder} * kParts};
-  const tile_sums<R, kVectors, kColumns * kParts> sum =
+  const tile_sums<R, kVectors, kColumns* kParts> sum =
       sum_tile<R, kVectors, kColumns * kParts>(to - from, others, factors);
   const reg real_signs = V::all(kSolve ? R(-1) : R(1));
   const reg imag_signs = kSolve ? V::pairs(1, -1) : V::pairs(-1, 1);
@@ -222,8 +222,9 @@ void triangle_columns(const triangle_product<T>& what, bool solve) {
 
 template <class T>
 constexpr level3_kernels<T> level3_table() {
-  return {tile_shape<T>::kRows, tile_shape<T>::kColumns, tile_shape<T>::kLanes, pack_rows<T>, pack_columns<T>,
-          multiply<T>,          multiply_direct<T>,      triangle_rows<T>,      triangle_columns<T>};
+  return {tile_shape<T>::kRows, tile_shape<T>::kColumns, tile_shape<T>::kLanes,
+          pack_rows<T>,         pack_columns<T>,         multiply<T>,
+          multiply_direct<T>,   triangle_rows<T>,        triangle_columns<T>};
 }
 
 }  // namespace

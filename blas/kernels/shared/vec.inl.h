@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The vector registers of the native levels: 32 bytes (AVX2) or 64 (AVX-512), lanes of one real type. Parts of
-// a vector are read and written lane by lane exactly: nothing beside them is touched.
+// The vector registers of the native levels: 32 bytes (AVX2) or 64 (AVX-512), lanes of one real type. Parts
+// of a vector are read and written lane by lane exactly: nothing beside them is touched.
 #pragma once
 
 namespace qel::QEL_LEVEL {
@@ -43,7 +43,8 @@ struct vec<double> {
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
   static reg fma(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm512_fnmadd_pd(a, b, c); }
-  /// Real and imaginary parts exchanged. (The form without a mask trips g++ 12's test for uninitialised values.)
+  /// Real and imaginary parts exchanged. (The form without a mask trips g++ 12's test for uninitialised
+  /// values.)
   static reg swapped(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x55); }
   /// (even, odd, even, odd ...)
   static reg pairs(double even, double odd) {
@@ -115,8 +116,7 @@ struct vec<float> {
   static reg load(const float* p) { return _mm256_loadu_ps(p); }
   static void store(float* p, reg v) { _mm256_storeu_ps(p, v); }
   static reg load_part(const float* p, int count) {
-    return _mm256_maskload_ps(p,
-                              _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - count)));
+    return _mm256_maskload_ps(p, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - count)));
   }
   static void store_part(float* p, int count, reg v) {
     if (count >= 8) return store(p, v);

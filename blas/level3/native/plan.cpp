@@ -100,8 +100,8 @@ core_int even_pieces(core_int size, core_int whole, core_int step) {
   return std::max<core_int>(round_up(ceil_div(size, pieces), step), step);
 }
 
-/// Schemes that leave B, or both factors, where they are; true if one of them pays. rows_stream: panels of A may
-/// come from the second cache without end.
+/// Schemes that leave B, or both factors, where they are; true if one of them pays. rows_stream: panels of A
+/// may come from the second cache without end.
 bool plan_in_place(const product_facts& f, bool rows_stream, core_int l1, core_int l2, product_plan& plan) {
   if (!f.direct || f.part != c_part::whole) return false;
   const bool small = reads_in_place(f.m, f.n, f.k);
@@ -179,8 +179,9 @@ product_plan plan_product(const product_facts& f) {
   }
   plan.rows = even_pieces(f.m, rows, f.tile_rows);
   plan.columns = even_pieces(f.n, share / step, f.tile_columns);
-  plan.columns_in_cache =
-      plan.columns_outside ? plan.columns : std::max<core_int>(l2 / 2 / step / f.tile_columns, 1) * f.tile_columns;
+  plan.columns_in_cache = plan.columns_outside
+                              ? plan.columns
+                              : std::max<core_int>(l2 / 2 / step / f.tile_columns, 1) * f.tile_columns;
 
   plan.threads = useful;
   if (useful == 1) {

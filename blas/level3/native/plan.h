@@ -12,7 +12,7 @@ struct product_facts {
   int element_size;  ///< bytes
   int tile_rows, tile_columns, lanes;
   c_part part;
-  bool direct;    ///< A and B are general, so they can be read in place (A with its columns turned if need be)
+  bool direct;  ///< A and B are general, so they can be read in place (A with its columns turned if need be)
   bool a_turned;  ///< A's rows are contiguous, not its columns
   bool b_turned;  ///< the same of B
   int caches[5];  ///< as serv_native_cache_sizes gives them

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Carries a product out. Packed: a slice of k of a block of A and of B is packed by all threads together into
 // shared panels, then each thread computes its cell of C; so a panel is packed once, and threads meet twice a
-// block. Method: K. Goto, R. A. van de Geijn, ACM TOMS 34 (2008) 12, with the panel of A, the higher one, in the
-// first cache. Without memory for panels the product goes in place or, for structured factors, by elements.
+// block. Method: K. Goto, R. A. van de Geijn, ACM TOMS 34 (2008) 12, with the panel of A, the higher one, in
+// the first cache. Without memory for panels the product goes in place or, for structured factors, by
+// elements.
 #include "blas/level3/native/product.h"
 
 #include <omp.h>
@@ -47,7 +48,8 @@ void scale(const product<T>& what) {
 template <class T>
 using pack_fn = void(core_int count, core_int depth, const panel_source<T>& from, T* out);
 
-/// Rows [i, i + count) of a factor, steps [p, p + depth), into panels. B is packed as the rows of its transpose.
+/// Rows [i, i + count) of a factor, steps [p, p + depth), into panels. B is packed as the rows of its
+/// transpose.
 template <class T>
 void pack_general(pack_fn<T>* pack, const operand<T>& a, core_int i, core_int count, core_int p,
                   core_int depth, T* out) {
@@ -123,8 +125,8 @@ class packed_product {
   }
   core_int panel_elements() const { return a_size_ + b_size_; }
 
-  /// The work of one of the threads of a team; wait() lets them all meet. A smaller team than planned does the
-  /// same parts, each thread several.
+  /// The work of one of the threads of a team; wait() lets them all meet. A smaller team than planned does
+  /// the same parts, each thread several.
   template <class Wait>
   void run(int rank, int team, T* panels, const Wait& wait) const {
     T *const a_panels = panels, *const b_panels = panels + a_size_;
@@ -319,9 +321,19 @@ void run_packed(const product<T>& what, const product_plan& plan, const level3_k
 
 template <class T>
 product_facts facts_of(const product<T>& what, const level3_kernels<T>& kernels, int threads) {
-  product_facts facts{what.m, what.n, what.k, static_cast<int>(sizeof(T)), kernels.tile_rows,
-                      kernels.tile_columns, kernels.lanes, what.part, is_general(what),
-                      what.a.row_step != 1, what.b.row_step != 1, {}, threads};
+  product_facts facts{what.m,
+                      what.n,
+                      what.k,
+                      static_cast<int>(sizeof(T)),
+                      kernels.tile_rows,
+                      kernels.tile_columns,
+                      kernels.lanes,
+                      what.part,
+                      is_general(what),
+                      what.a.row_step != 1,
+                      what.b.row_step != 1,
+                      {},
+                      threads};
   serv_native_cache_sizes(facts.caches);
   return facts;
 }
@@ -340,16 +352,11 @@ void carry_out(const product<T>& what, const product_plan& plan, const level3_ke
 }
 
 template <class T>
-void run_alone(const product<T>& what, const level3_kernels<T>& kernels) {
-  const product_plan plan = plan_product(facts_of(what, kernels, 1));
-  carry_out(what, plan, kernels);
-}
-
-template <class T>
 void run_slabs(const product<T>& what, const product_plan& plan, const level3_kernels<T>& kernels) {
 #pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
   for (int t = 0; t < plan.threads; ++t) {
-    const panel_range rows = even_part(row_panels(what.m, kernels.tile_rows), plan.grid_rows, t % plan.grid_rows);
+    const panel_range rows =
+        even_part(row_panels(what.m, kernels.tile_rows), plan.grid_rows, t % plan.grid_rows);
     const panel_range columns =
         even_part(column_panels(what.n, kernels.tile_columns), plan.grid_columns, t / plan.grid_rows);
     const core_int i = row_panel_begin(rows.begin, what.m, kernels.tile_rows, kernels.lanes);
@@ -360,16 +367,16 @@ void run_slabs(const product<T>& what, const product_plan& plan, const level3_ke
     slab.a = what.a.from(i, 0);
     slab.b = what.b.from(0, j);
     slab.c = what.c + i + j * what.ldc;
-    run_alone(slab, kernels);
+    multiply(slab, 1);
   }
 }
 
 /// The first thread's part goes to C, the others' beside it; then all are added in the order of the threads.
 template <class T>
-void run_split_depth(const product<T>& what, const product_plan& plan, const level3_kernels<T>& kernels) {
+void run_split_depth(const product<T>& what, const product_plan& plan) {
   const core_int size = what.m * what.n;
   const scratch<T> beside(size * (plan.threads - 1));
-  if (beside.get() == nullptr) return run_alone(what, kernels);
+  if (beside.get() == nullptr) return multiply(what, 1);
 #pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
   for (int t = 0; t < plan.threads; ++t) {
     const panel_range steps = even_part(what.k, plan.threads, t);
@@ -382,7 +389,7 @@ void run_split_depth(const product<T>& what, const product_plan& plan, const lev
       part.c = beside.get() + size * (t - 1);
       part.ldc = what.m;
     }
-    run_alone(part, kernels);
+    multiply(part, 1);
   }
   for (int t = 1; t < plan.threads; ++t) {
     const T* from = beside.get() + size * (t - 1);
@@ -395,19 +402,32 @@ void run_split_depth(const product<T>& what, const product_plan& plan, const lev
 }  // namespace
 
 template <class T>
+void multiply_as_planned(const product<T>& what, const product_plan& plan) {
+  const level3_kernels<T>& kernels = *native_kernels<T>();
+  switch (plan.scheme) {
+    case product_scheme::slabs:
+      return run_slabs(what, plan, kernels);
+    case product_scheme::split_depth:
+      return run_split_depth(what, plan);
+    default:
+      return carry_out(what, plan, kernels);
+  }
+}
+
+template <class T>
 void multiply(const product<T>& what, int threads) {
   if (what.m <= 0 || what.n <= 0) return;
   if (what.k <= 0 || what.alpha == T{}) return scale(what);
-  const level3_kernels<T>& kernels = *native_kernels<T>();
   if (threads == 0) {
     threads = may_fork(what.m, what.n, what.k, static_cast<int>(sizeof(T))) ? serv_threads_for_domain(1) : 1;
   }
-  const product_plan plan = plan_product(facts_of(what, kernels, threads));
-  if (plan.scheme == product_scheme::slabs) return run_slabs(what, plan, kernels);
-  if (plan.scheme == product_scheme::split_depth) return run_split_depth(what, plan, kernels);
-  carry_out(what, plan, kernels);
+  multiply_as_planned(what, plan_product(facts_of(what, *native_kernels<T>(), threads)));
 }
 
+template void multiply_as_planned(const product<float>&, const product_plan&);
+template void multiply_as_planned(const product<double>&, const product_plan&);
+template void multiply_as_planned(const product<complex8>&, const product_plan&);
+template void multiply_as_planned(const product<complex16>&, const product_plan&);
 template void multiply(const product<float>&, int);
 template void multiply(const product<double>&, int);
 template void multiply(const product<complex8>&, int);

@@ -2,7 +2,7 @@
 // The one product under native level 3.
 #pragma once
 
-#include "blas/kernels/level3_native.h"
+#include "blas/level3/native/plan.h"
 #include "blas/plain/operand.h"
 
 namespace qel::native {
@@ -23,5 +23,8 @@ struct product {
 /// On up to `threads` threads; 0 asks the policy.
 template <class T>
 void multiply(const product<T>& what, int threads = 0);
+/// By a plan, for a product with something to do (m, n, k above 0, alpha not 0).
+template <class T>
+void multiply_as_planned(const product<T>& what, const product_plan& plan);
 
 }  // namespace qel::native

@@ -73,8 +73,8 @@ void hemm(char side, char uplo, core_int m, core_int n, T alpha, const T* a, cor
 template <class T>
 void syrk(char uplo, char trans, core_int n, core_int k, T alpha, const T* a, core_int lda, T beta, T* c,
           core_int ldc) {
-  multiply<T>({n, n, k, alpha, left_factor(trans, 'T', a, lda), right_factor(trans, 'T', a, lda), beta, c, ldc,
-               part_of(uplo)});
+  multiply<T>({n, n, k, alpha, left_factor(trans, 'T', a, lda), right_factor(trans, 'T', a, lda), beta, c,
+               ldc, part_of(uplo)});
 }
 
 template <complex_pair T>
@@ -84,8 +84,8 @@ void herk(char uplo, char trans, core_int n, core_int k, real_of<T> alpha, const
   if (n <= 0 || nothing) return;
   // An imaginary part of C's diagonal counts as zero, so it must not meet an infinite beta.
   if (beta != 0) make_diagonal_real(n, c, ldc);
-  multiply<T>({n, n, k, from_real<T>(alpha), left_factor(trans, 'C', a, lda), right_factor(trans, 'C', a, lda),
-               from_real<T>(beta), c, ldc, part_of(uplo)});
+  multiply<T>({n, n, k, from_real<T>(alpha), left_factor(trans, 'C', a, lda),
+               right_factor(trans, 'C', a, lda), from_real<T>(beta), c, ldc, part_of(uplo)});
   make_diagonal_real(n, c, ldc);
 }
 
@@ -93,8 +93,8 @@ template <class T>
 void syr2k(char uplo, char trans, core_int n, core_int k, T alpha, const T* a, core_int lda, const T* b,
            core_int ldb, T beta, T* c, core_int ldc) {
   const c_part part = part_of(uplo);
-  multiply<T>({n, n, k, alpha, left_factor(trans, 'T', a, lda), right_factor(trans, 'T', b, ldb), beta, c, ldc,
-               part});
+  multiply<T>({n, n, k, alpha, left_factor(trans, 'T', a, lda), right_factor(trans, 'T', b, ldb), beta, c,
+               ldc, part});
   if (alpha == T{} || k <= 0) return;
   multiply<T>({n, n, k, alpha, left_factor(trans, 'T', b, ldb), right_factor(trans, 'T', a, lda),
                from_real<T>(1), c, ldc, part});
@@ -124,13 +124,13 @@ void her2k(char uplo, char trans, core_int n, core_int k, T alpha, const T* a, c
   template void syrk(char, char, core_int, core_int, T, const T*, core_int, T, T*, core_int);                \
   template void syr2k(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*,      \
                       core_int);
-#define QEL_INSTANTIATE_COMPLEX(T)                                                                     \
-  template void hemm(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*, \
-                     core_int);                                                                        \
-  template void herk(char, char, core_int, core_int, real_of<T>, const T*, core_int, real_of<T>, T*,   \
-                     core_int);                                                                        \
-  template void her2k(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int,       \
-                      real_of<T>, T*, core_int);
+#define QEL_INSTANTIATE_COMPLEX(T)                                                                           \
+  template void hemm(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*,       \
+                     core_int);                                                                              \
+  template void herk(char, char, core_int, core_int, real_of<T>, const T*, core_int, real_of<T>, T*,         \
+                     core_int);                                                                              \
+  template void her2k(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, real_of<T>, \
+                      T*, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)
 QEL_INSTANTIATE(complex8)

@@ -84,7 +84,8 @@ void apply_block(const how& way, const triangle<T>& t, core_int order, core_int 
 /// One half of B, the target, depends on the other, the source, through the block of op(A) off its diagonal:
 /// a solve finishes the source first, a product reads it before it changes.
 template <class T>
-void apply_triangle(const how& way, const triangle<T>& t, core_int order, core_int count, T* b, core_int ldb) {
+void apply_triangle(const how& way, const triangle<T>& t, core_int order, core_int count, T* b,
+                    core_int ldb) {
   if (order <= kTriangleOrder) return apply_block(way, t, order, count, b, ldb);
   const core_int blocks = (order + kTriangleOrder - 1) / kTriangleOrder;
   const core_int half = blocks / 2 * kTriangleOrder, rest = order - half;
@@ -109,8 +110,8 @@ void apply_triangle(const how& way, const triangle<T>& t, core_int order, core_i
 }
 
 template <class T>
-void scaled_triangle(bool solve, char side, char uplo, char transa, char diag, core_int m, core_int n, T alpha,
-                     const T* a, core_int lda, T* b, core_int ldb) {
+void scaled_triangle(bool solve, char side, char uplo, char transa, char diag, core_int m, core_int n,
+                     T alpha, const T* a, core_int lda, T* b, core_int ldb) {
   if (m <= 0 || n <= 0) return;
   const bool left = blas::letter_is(side, 'L');
   operand<T> view = general_operand(transa, a, lda);
@@ -153,8 +154,8 @@ void trsm(char side, char uplo, char transa, char diag, core_int m, core_int n, 
   scaled_triangle(true, side, uplo, transa, diag, m, n, alpha, a, lda, b, ldb);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                   \
-  template void trmm(char, char, char, char, core_int, core_int, T, const T*, core_int, T*, core_int);       \
+#define QEL_INSTANTIATE(T)                                                                             \
+  template void trmm(char, char, char, char, core_int, core_int, T, const T*, core_int, T*, core_int); \
   template void trsm(char, char, char, char, core_int, core_int, T, const T*, core_int, T*, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)
