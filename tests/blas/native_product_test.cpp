@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Native products by every scheme, with blocks so small that all their edges are met, against long double; where
-// NaN may go; what lies beside the operands. Skipped where the processor has no native level.
+// Native products by every scheme, with blocks so small that all their edges are met, against long double;
+// where NaN may go; what lies beside the operands. Skipped where the processor has no native level.
 #include "blas/level3/native/level3_native.h"
 #include "blas/level3/native/product.h"
 #include "tests/blas/reference.h"
@@ -71,10 +71,12 @@ TYPED_TEST(NativeProduct, EverySchemeAtEveryEdge) {
   using T = TypeParam;
   const auto& kernels = *native::native_kernels<T>();
   const core_int r = kernels.tile_rows, c = kernels.tile_columns, l = kernels.lanes;
-  const core_int rows[] = {1, l - 1, l, l + 1, r - 1, r, r + 1, r + l, r + l + 1, 2 * r, 2 * r + 3, 4 * r + 1};
+  const core_int rows[] = {1,     l - 1, l,         l + 1, r - 1,     r,
+                           r + 1, r + l, r + l + 1, 2 * r, 2 * r + 3, 4 * r + 1};
   const core_int columns[] = {1, 2, c, c + 1, 2 * c - 1, 3 * c, 3 * c + 1, 7 * c + 2};
   const core_int depths[] = {1, 2, 3, 4, 15, 16, 17, 33, 50};
-  const T alphas[] = {from_real<T>(1), element<T>(-0.5, 2)}, betas[] = {T{}, from_real<T>(1), element<T>(2, -1)};
+  const T alphas[] = {from_real<T>(1), element<T>(-0.5, 2)},
+          betas[] = {T{}, from_real<T>(1), element<T>(2, -1)};
   size_t turn = 0;
   for (const product_plan& plan : small_blocked_plans(kernels.tile_rows, kernels.tile_columns)) {
     for (const core_int m : rows) {
@@ -96,8 +98,16 @@ TYPED_TEST(NativeProduct, ManyThreads) {
   const auto& kernels = *native::native_kernels<T>();
   const T one = from_real<T>(1);
   for (const auto& [rows, columns] : {std::pair{2, 3}, {8, 1}, {4, 6}}) {
-    const product_plan grid{product_scheme::packed, rows * columns,      rows, columns, 16, 2 * kernels.tile_rows,
-                            3 * kernels.tile_columns, false, 2 * kernels.tile_columns, ""};
+    const product_plan grid{product_scheme::packed,
+                            rows * columns,
+                            rows,
+                            columns,
+                            16,
+                            2 * kernels.tile_rows,
+                            3 * kernels.tile_columns,
+                            false,
+                            2 * kernels.tile_columns,
+                            ""};
     check_product<T>(this->random_, grid, 'T', 'N', 70, 30, 40, one, one);
     const product_plan split{product_scheme::split_depth, rows * columns, 1, 1, 0, 0, 0, false, 0, ""};
     check_product<T>(this->random_, split, 'N', 'C', 9, 5, 50, one, one);
@@ -119,12 +129,14 @@ TYPED_TEST(NativeProduct, NanStaysInItsRowAndColumn) {
       const core_int row = at % m, column = at % n;
       bad_a.set(row, at % k, nan_element<T>());
       bad_b.set(at % k, column, nan_element<T>());
-      native::multiply_as_planned<T>({m, n, k, from_real<T>(1), general_operand<T>('N', bad_a.data(), bad_a.ld()),
-                                      general_operand<T>('N', bad_b.data(), bad_b.ld()), T{}, c.data(), c.ld()},
-                                     plan);
+      native::multiply_as_planned<T>(
+          {m, n, k, from_real<T>(1), general_operand<T>('N', bad_a.data(), bad_a.ld()),
+           general_operand<T>('N', bad_b.data(), bad_b.ld()), T{}, c.data(), c.ld()},
+          plan);
       c.for_stored([&](core_int i, core_int j) {
         ASSERT_EQ(is_nan(widen(c.at(i, j))), i == row || j == column)
-            << i << ' ' << j << " scheme " << static_cast<int>(plan.scheme) << " NaN at " << row << ' ' << column;
+            << i << ' ' << j << " scheme " << static_cast<int>(plan.scheme) << " NaN at " << row << ' '
+            << column;
       });
     }
   }
@@ -139,7 +151,8 @@ TYPED_TEST(NativeProduct, StaysInsideItsOperands) {
     for (const core_int n : {1, kernels.tile_columns, kernels.tile_columns + 1}) {
       for (const core_int k : {1, 5, 18}) {
         for (const char trans : {'N', 'T'}) {
-          guarded<T> a(static_cast<size_t>(m * k)), b(static_cast<size_t>(k * n)), c(static_cast<size_t>(m * n));
+          guarded<T> a(static_cast<size_t>(m * k)), b(static_cast<size_t>(k * n)),
+              c(static_cast<size_t>(m * n));
           std::fill_n(a.data(), a.size(), from_real<T>(1));
           std::fill_n(b.data(), b.size(), from_real<T>(2));
           for (const product_plan& plan : plans) {
@@ -158,7 +171,8 @@ TYPED_TEST(NativeProduct, StaysInsideItsOperands) {
   }
 }
 
-/// Triangles: what is outside stays, what is inside is the product, for every position of tiles on the diagonal.
+/// Triangles: what is outside stays, what is inside is the product, for every position of tiles on the
+/// diagonal.
 TYPED_TEST(NativeProduct, WritesOneTriangle) {
   using T = TypeParam;
   const auto& kernels = *native::native_kernels<T>();
@@ -172,8 +186,16 @@ TYPED_TEST(NativeProduct, WritesOneTriangle) {
         const T beta = from_real<T>(2);
         const dense before = c.meaning(shape::kTriangular);
         c.as_output();
-        product<T> what{n, n, k, from_real<T>(1), general_operand<T>('N', a.data(), a.ld()),
-                        general_operand<T>('T', a.data(), a.ld()), beta, c.data(), c.ld(), part};
+        product<T> what{n,
+                        n,
+                        k,
+                        from_real<T>(1),
+                        general_operand<T>('N', a.data(), a.ld()),
+                        general_operand<T>('T', a.data(), a.ld()),
+                        beta,
+                        c.data(),
+                        c.ld(),
+                        part};
         native::multiply_as_planned(what, plan);
         c.for_stored([&](core_int i, core_int j) {
           bounded want;

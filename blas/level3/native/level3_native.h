@@ -5,6 +5,8 @@
 #pragma once
 
 #include "blas/kernels/level3_native.h"
+#include "blas/letters.h"
+#include "blas/level3/native/plan.h"
 #include "service/complex_arithmetic.h"
 #include "service/dispatch.h"
 
@@ -45,8 +47,21 @@ inline const level3_kernels<T>* native_kernels() {
 inline bool native_level3() { return serv_cpu_level() >= kFirstNativeLevel; }
 
 template <class T>
-void gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a, core_int lda,
-          const T* b, core_int ldb, T beta, T* c, core_int ldc);
+void planned_gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a,
+                  core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc);
+/// Small products come in great numbers: they go the shortest way to the kernel, without a plan.
+template <class T>
+inline void gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a,
+                 core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc) {
+  if (blas::letter_is(transa, 'N') && m > 0 && n > 0 && k > 0 && reads_in_place(m, n, k) &&
+      !may_fork(m, n, k, kProductWeight<T>) && !(alpha == T{})) {
+    const bool plain_b = blas::letter_is(transb, 'N');
+    return native_kernels<T>()->multiply_direct({m, n, k, alpha, beta, a, lda, b, plain_b ? 1 : ldb,
+                                                 plain_b ? ldb : 1, false, blas::letter_is(transb, 'C'), true,
+                                                 c, ldc});
+  }
+  planned_gemm(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+}
 template <class T>
 void symm(char side, char uplo, core_int m, core_int n, T alpha, const T* a, core_int lda, const T* b,
           core_int ldb, T beta, T* c, core_int ldc);

@@ -17,22 +17,10 @@ core_int cache_or(const int caches[5], int level, core_int otherwise) {
 core_int ceil_div(core_int a, core_int b) { return (a + b - 1) / b; }
 core_int round_up(core_int n, core_int step) { return ceil_div(n, step) * step; }
 
-/// Work in units of a double's multiplication and addition.
-double work_of(core_int m, core_int n, core_int k, int element_size) {
-  const double reals = static_cast<double>(m) * static_cast<double>(n) * static_cast<double>(k);
-  return element_size == 4 ? reals / 2 : element_size == 16 ? reals * 4 : element_size == 8 ? reals : reals;
-}
-
 /// Steps of a slice of the depth where factors are read in place.
 constexpr core_int kDirectDepth = 192, kLeastDepth = 64;
-/// Below this much work per thread a region costs more than it saves.
-constexpr double kWorkToFork = 100e3;
 
 }  // namespace
-
-bool may_fork(core_int m, core_int n, core_int k, int element_size) {
-  return work_of(m, n, k, element_size) >= 2 * kWorkToFork;
-}
 
 core_int row_panels(core_int count, int tile_rows) { return ceil_div(count, tile_rows); }
 core_int row_panel_begin(core_int i, core_int count, int tile_rows, int lanes) {
@@ -81,9 +69,9 @@ panel_range triangle_part(core_int m, core_int n, core_int below, c_part which, 
   return {begin, end};
 }
 
-int plan_slabs(core_int order, core_int count, int element_size, int threads) {
+int plan_slabs(core_int order, core_int count, double weight, int threads) {
   constexpr core_int kThinnest = 32;  // right-hand sides; thinner slabs use the caches badly
-  const double work = work_of(order, order, count, element_size) / 2;
+  const double work = work_of(order, order, count, weight) / 2;
   const double by_work = std::min(work / kWorkToFork, static_cast<double>(count / kThinnest));
   return static_cast<int>(std::clamp(by_work, 1.0, static_cast<double>(threads)));
 }
@@ -158,7 +146,7 @@ product_plan plan_product(const product_facts& f) {
   plan.threads = plan.grid_rows = plan.grid_columns = 1;
   const core_int l1 = cache_or(f.caches, 1, kL1), l2 = cache_or(f.caches, 2, kL2),
                  l3 = cache_or(f.caches, 3, std::max(kL3, l2));
-  const double work = work_of(f.m, f.n, f.k, f.element_size);
+  const double work = work_of(f.m, f.n, f.k, f.weight);
   const int useful = static_cast<int>(std::clamp(work / kWorkToFork, 1.0, static_cast<double>(f.threads)));
 
   // One panel stays in the first cache while the other factor's panels pass from the second. The smaller ones

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "blas/kernels/level3_native.h"
+#include "service/complex_arithmetic.h"
 
 namespace qel::native {
 
@@ -10,6 +11,7 @@ namespace qel::native {
 struct product_facts {
   core_int m, n, k;
   int element_size;  ///< bytes
+  double weight;     ///< kProductWeight
   int tile_rows, tile_columns, lanes;
   c_part part;
   bool direct;  ///< A and B are general, so they can be read in place (A with its columns turned if need be)
@@ -46,8 +48,19 @@ inline bool reads_in_place(core_int m, core_int n, core_int k) {
   return static_cast<double>(m) * static_cast<double>(n) * static_cast<double>(k) <= kDirectWork;
 }
 
+/// What one product of two elements costs, in products of doubles.
+template <class T>
+inline constexpr double kProductWeight = static_cast<double>(sizeof(real_of<T>)) / 8 *
+                                         (is_complex<T> ? 4 : 1);
+inline double work_of(core_int m, core_int n, core_int k, double weight) {
+  return static_cast<double>(m) * static_cast<double>(n) * static_cast<double>(k) * weight;
+}
+/// Below this much work per thread a region costs more than it saves.
+inline constexpr double kWorkToFork = 100e3;
 /// Whether threads can pay at all; asks for no thread count.
-bool may_fork(core_int m, core_int n, core_int k, int element_size);
+inline bool may_fork(core_int m, core_int n, core_int k, double weight) {
+  return work_of(m, n, k, weight) >= 2 * kWorkToFork;
+}
 
 /// The number of panels in `count` rows (columns), and where panel number i begins; i = number gives the end.
 core_int row_panels(core_int count, int tile_rows);
@@ -67,7 +80,7 @@ panel_range triangle_part(core_int m, core_int n, core_int below, c_part which, 
                           int part);
 
 /// Slabs of right-hand sides for a triangle of that order, one per thread; 1 if they don't pay.
-int plan_slabs(core_int order, core_int count, int element_size, int threads);
+int plan_slabs(core_int order, core_int count, double weight, int threads);
 /// Right-hand sides of one slab: multiples of 8 but for the last.
 panel_range even_slab(core_int count, int slabs, int slab);
 

@@ -325,6 +325,7 @@ product_facts facts_of(const product<T>& what, const level3_kernels<T>& kernels,
                       what.n,
                       what.k,
                       static_cast<int>(sizeof(T)),
+                      kProductWeight<T>,
                       kernels.tile_rows,
                       kernels.tile_columns,
                       kernels.lanes,
@@ -419,7 +420,7 @@ void multiply(const product<T>& what, int threads) {
   if (what.m <= 0 || what.n <= 0) return;
   if (what.k <= 0 || what.alpha == T{}) return scale(what);
   if (threads == 0) {
-    threads = may_fork(what.m, what.n, what.k, static_cast<int>(sizeof(T))) ? serv_threads_for_domain(1) : 1;
+    threads = may_fork(what.m, what.n, what.k, kProductWeight<T>) ? serv_threads_for_domain(1) : 1;
   }
   multiply_as_planned(what, plan_product(facts_of(what, *native_kernels<T>(), threads)));
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "blas/level3/native/level3_native.h"
-#include "blas/level3/native/plan.h"
 #include "blas/level3/native/product.h"
 
 namespace qel::native {
@@ -46,16 +45,10 @@ operand<T> right_factor(char trans, char closing, const T* a, core_int lda) {
 }  // namespace
 
 template <class T>
-void gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a, core_int lda,
-          const T* b, core_int ldb, T beta, T* c, core_int ldc) {
-  const operand<T> left = general_operand(transa, a, lda), right = general_operand(transb, b, ldb);
-  // Small products come in great numbers: they go the shortest way.
-  if (left.row_step == 1 && m > 0 && n > 0 && k > 0 && reads_in_place(m, n, k) && !(alpha == T{}) &&
-      !may_fork(m, n, k, static_cast<int>(sizeof(T)))) {
-    return native_kernels<T>()->multiply_direct({m, n, k, alpha, beta, a, lda, b, right.row_step,
-                                                 right.column_step, false, right.conjugated, true, c, ldc});
-  }
-  multiply<T>({m, n, k, alpha, left, right, beta, c, ldc});
+void planned_gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a,
+                  core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc) {
+  multiply<T>(
+      {m, n, k, alpha, general_operand(transa, a, lda), general_operand(transb, b, ldb), beta, c, ldc});
 }
 
 template <class T>
@@ -116,13 +109,13 @@ void her2k(char uplo, char trans, core_int n, core_int k, T alpha, const T* a, c
   make_diagonal_real(n, c, ldc);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                   \
-  template void gemm(char, char, core_int, core_int, core_int, T, const T*, core_int, const T*, core_int, T, \
-                     T*, core_int);                                                                          \
-  template void symm(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*,       \
-                     core_int);                                                                              \
-  template void syrk(char, char, core_int, core_int, T, const T*, core_int, T, T*, core_int);                \
-  template void syr2k(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*,      \
+#define QEL_INSTANTIATE(T)                                                                              \
+  template void planned_gemm(char, char, core_int, core_int, core_int, T, const T*, core_int, const T*, \
+                             core_int, T, T*, core_int);                                                \
+  template void symm(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*,  \
+                     core_int);                                                                         \
+  template void syrk(char, char, core_int, core_int, T, const T*, core_int, T, T*, core_int);           \
+  template void syr2k(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*, \
                       core_int);
 #define QEL_INSTANTIATE_COMPLEX(T)                                                                           \
   template void hemm(char, char, core_int, core_int, T, const T*, core_int, const T*, core_int, T, T*,       \

@@ -129,9 +129,8 @@ void scaled_triangle(bool solve, char side, char uplo, char transa, char diag, c
     if (!nothing_to_read) apply_triangle({left, solve, threads}, t, order, size, slab, ldb);
   };
 
-  const int element = static_cast<int>(sizeof(T));
-  const int threads = may_fork(order, count, order / 2, element) ? serv_threads_for_domain(1) : 1;
-  const int slabs = plan_slabs(order, count, element, threads);
+  const int threads = may_fork(order, count, order / 2, kProductWeight<T>) ? serv_threads_for_domain(1) : 1;
+  const int slabs = plan_slabs(order, count, kProductWeight<T>, threads);
   if (slabs <= 1) return work(0, count, threads);
 #pragma omp parallel for num_threads(slabs) schedule(static, 1)
   for (int s = 0; s < slabs; ++s) {

@@ -4,7 +4,7 @@
 // adds follows column by column. From the left the same runs on transposed panels of columns.
 #pragma once
 
-#include "blas/kernels/shared/panel_pack.inl.h"
+#include "blas/kernels/native/pack.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {

@@ -2,7 +2,7 @@
 // Products of packed panels, and of small matrices as they lie in memory, on the register tile.
 #pragma once
 
-#include "blas/kernels/shared/tile.inl.h"
+#include "blas/kernels/native/tile.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {

@@ -3,7 +3,7 @@
 // whose depth is contiguous is transposed in registers, 4 x 4 elements of 4, 8 or 16 bytes at a time.
 #pragma once
 
-#include "blas/kernels/shared/panel_product.inl.h"
+#include "blas/kernels/native/product.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {

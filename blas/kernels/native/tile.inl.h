@@ -5,7 +5,7 @@
 // imaginary parts), and the two sums are joined when the tile is finished. So all four types share one loop.
 #pragma once
 
-#include "blas/kernels/shared/vec.inl.h"
+#include "blas/kernels/native/vec.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
