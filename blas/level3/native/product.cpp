@@ -319,13 +319,19 @@ void run_packed(const product<T>& what, const product_plan& plan, const level3_k
   });
 }
 
+/// Of a triangle about half of the products are formed.
+template <class T>
+double weight_of(const product<T>& what) {
+  return kProductWeight<T> * (what.part == c_part::whole ? 1 : 0.5);
+}
+
 template <class T>
 product_facts facts_of(const product<T>& what, const level3_kernels<T>& kernels, int threads) {
   product_facts facts{what.m,
                       what.n,
                       what.k,
                       static_cast<int>(sizeof(T)),
-                      kProductWeight<T>,
+                      weight_of(what),
                       kernels.tile_rows,
                       kernels.tile_columns,
                       kernels.lanes,
@@ -420,7 +426,7 @@ void multiply(const product<T>& what, int threads) {
   if (what.m <= 0 || what.n <= 0) return;
   if (what.k <= 0 || what.alpha == T{}) return scale(what);
   if (threads == 0) {
-    threads = may_fork(what.m, what.n, what.k, kProductWeight<T>) ? serv_threads_for_domain(1) : 1;
+    threads = may_fork(what.m, what.n, what.k, weight_of(what)) ? serv_threads_for_domain(1) : 1;
   }
   multiply_as_planned(what, plan_product(facts_of(what, *native_kernels<T>(), threads)));
 }
