@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Kernels of the matrix product: function types, the sets of them that a processor level has, and their
-// declarations. A set belongs to one element type; the drivers and the blocked loops are in blas/level3.
+// Kernels of the matrix product and of small triangles: function types, the sets of them that a processor
+// level has, and their declarations. A set belongs to one element type; the drivers and the blocked loops are
+// in blas/level3.
 //
 // Packed panels: `width` lines (rows of A, columns of B) side by side for each step of the depth, one panel
 // after the other at a stride in elements; what is missing in lines or depth is zero.
@@ -34,8 +35,8 @@ using gemm_scale_fn = void(core_int m, core_int n, const T* beta, T* c, core_int
 /// Levels 2 to 4, and one family of level 0: both factors packed.
 template <class T>
 struct gemm_kernels {
-  core_int mr, nr;   ///< widths of the panels of A and B
-  int c_alignment;   ///< bytes to which C and its columns are aligned for block[1]
+  core_int mr, nr;  ///< widths of the panels of A and B
+  int c_alignment;  ///< bytes to which C and its columns are aligned for block[1]
   gemm_pack_fn<T>*pack_a[kGemmOps], *pack_b[kGemmOps];
   gemm_block_fn<T>* block[2];
 };
@@ -55,7 +56,8 @@ struct gemm_sse3_kernels {
   gemm_sse3_fn<T>* any_depth;
 };
 
-/// Level 0: B goes in strips of up to kStripWidth real columns, every number as often as a register has lanes.
+/// Level 0: B goes in strips of up to kStripWidth real columns, every number as often as a register has
+/// lanes.
 inline constexpr core_int kStripWidth = 12, kStripDepth = 128;
 template <class T>
 using gemm_strip_fn = void(core_int columns, core_int depth, core_int padded, const T* b, core_int ldb,
@@ -72,7 +74,23 @@ struct gemm_strip_kernels {
   gemm_strip_block_fn<T>*whole_depth, *any_depth;
 };
 
+/// A diagonal block of a triangular matrix as its kernels see it: only the triangle is read, the diagonal not
+/// if it is of ones.
+template <class T>
+struct triangle_block {
+  const T* element;
+  core_int ld, order;
+  bool upper, unit;
+};
+/// X = X T, or X T^-1 if `solve`, for rows of X.
+template <class T>
+using triangle_rows_fn = void(bool solve, const triangle_block<T>& t, core_int rows, T* x, core_int ldx);
+
 namespace l0_generic {
+triangle_rows_fn<float> striangle_rows;
+triangle_rows_fn<double> dtriangle_rows;
+triangle_rows_fn<complex8> ctriangle_rows;
+triangle_rows_fn<complex16> ztriangle_rows;
 extern const gemm_strip_kernels<float> sgemm_strips;
 extern const gemm_strip_kernels<double> dgemm_strips;
 extern const gemm_strip_kernels<complex8> cgemm_strips;
@@ -113,6 +131,10 @@ extern const gemm_kernels<complex16> zgemm_panels;
 }  // namespace l3_sse42
 
 namespace l4_avx {
+triangle_rows_fn<float> striangle_rows;
+triangle_rows_fn<double> dtriangle_rows;
+triangle_rows_fn<complex8> ctriangle_rows;
+triangle_rows_fn<complex16> ztriangle_rows;
 extern const gemm_kernels<float> sgemm_panels;
 extern const gemm_kernels<double> dgemm_panels;
 extern const gemm_kernels<complex8> cgemm_panels;

@@ -49,8 +49,7 @@ const dense_processor& this_processor() {
     known = answer;
     known_state.store(2, std::memory_order_release);
   }
-  while (known_state.load(std::memory_order_acquire) != 2) {
-  }
+  while (known_state.load(std::memory_order_acquire) != 2) {}
   return known;
 }
 

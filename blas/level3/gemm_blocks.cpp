@@ -33,7 +33,9 @@ core_int sse42_columns(element_type type, core_int n, core_int nr) {
 }
 
 /// Rows by the depth of shallow and long products.
-core_int long_rows(core_int depth) { return depth <= 16 ? 1536 : depth <= 32 ? 1024 : depth <= 64 ? 768 : 512; }
+core_int long_rows(core_int depth) {
+  return depth <= 16 ? 1536 : depth <= 32 ? 1024 : depth <= 64 ? 768 : 512;
+}
 
 constexpr core_int kLargestColumns = 10000;  ///< of a block of B
 
@@ -41,11 +43,16 @@ constexpr core_int kLargestColumns = 10000;  ///< of a block of B
 
 gemm_path gemm_path_of(const dense_processor& processor) {
   switch (processor.level) {
-    case 0: return processor.family_10h ? gemm_path::family_10h : gemm_path::strips;
-    case 1: return gemm_path::sse3;
-    case 2: return processor.sse41 ? gemm_path::sse41 : gemm_path::ssse3;
-    case 4: return gemm_path::avx;
-    default: return gemm_path::sse42;  // native levels, too, where they borrow level 3's kernels
+    case 0:
+      return processor.family_10h ? gemm_path::family_10h : gemm_path::strips;
+    case 1:
+      return gemm_path::sse3;
+    case 2:
+      return processor.sse41 ? gemm_path::sse41 : gemm_path::ssse3;
+    case 4:
+      return gemm_path::avx;
+    default:
+      return gemm_path::sse42;  // native levels, too, where they borrow level 3's kernels
   }
 }
 
@@ -115,7 +122,8 @@ void choose_gemm_blocks(gemm_blocking blocking, element_type type, const dense_p
       mc = rounded_up(mc, blocks.mr);
       nc = rounded_up(nc, blocks.nr);
       break;
-    default: break;
+    default:
+      break;
   }
   if (blocks.mc == 0) blocks.mc = mc;
   if (blocks.nc == 0) blocks.nc = nc;
@@ -123,12 +131,17 @@ void choose_gemm_blocks(gemm_blocking blocking, element_type type, const dense_p
 
 bool goes_to_small_kernel(gemm_path path, core_int m, core_int n, core_int k) {
   switch (path) {
-    case gemm_path::ssse3: return m < 2 || n < 2 || k < 2;
-    case gemm_path::sse41: return m < 5 || n < 5 || k < 5;
-    case gemm_path::sse42: return m < 3 || n < 5 || k < 5;
+    case gemm_path::ssse3:
+      return m < 2 || n < 2 || k < 2;
+    case gemm_path::sse41:
+      return m < 5 || n < 5 || k < 5;
+    case gemm_path::sse42:
+      return m < 3 || n < 5 || k < 5;
     case gemm_path::avx:
-    case gemm_path::sse3: return m < 3 || n < 3 || k < 3;
-    default: return false;
+    case gemm_path::sse3:
+      return m < 3 || n < 3 || k < 3;
+    default:
+      return false;
   }
 }
 
@@ -139,8 +152,10 @@ bool packs_b_as_it_goes(gemm_path path, element_type type, core_int n, core_int 
     case gemm_path::sse41:
       if (type == element_type::s) return depth * std::min<core_int>(n, 5000) * 4 <= 0x40000;
       return depth * std::min<core_int>(n, kLargestColumns) * bytes_of(type) <= 0x200000;
-    case gemm_path::family_10h: return depth * std::min<core_int>(n, 5000) * bytes_of(type) <= 0x40000;
-    default: return false;
+    case gemm_path::family_10h:
+      return depth * std::min<core_int>(n, 5000) * bytes_of(type) <= 0x40000;
+    default:
+      return false;
   }
 }
 

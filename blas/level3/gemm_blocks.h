@@ -25,8 +25,8 @@ gemm_blocks gemm_widths(gemm_path path, element_type type);
 void choose_gemm_blocks(gemm_blocking blocking, element_type type, const dense_processor& processor,
                         core_int m, core_int n, core_int k, gemm_blocks& blocks);
 /// The same for this process, as plans hold it.
-using gemm_blocking_fn = void(const core_int* m, const core_int* n, const core_int* k, core_int* mc, core_int* nc,
-                              core_int* kc, core_int* mr, core_int* nr, core_int* ku);
+using gemm_blocking_fn = void(const core_int* m, const core_int* n, const core_int* k, core_int* mc,
+                              core_int* nc, core_int* kc, core_int* mr, core_int* nr, core_int* ku);
 
 /// True if packing does not pay: the small kernel takes the whole problem.
 bool goes_to_small_kernel(gemm_path path, core_int m, core_int n, core_int k);

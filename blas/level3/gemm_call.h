@@ -29,8 +29,12 @@ struct gemm_call {
   T* c;
   core_int ldc;
 
-  const T* a_at(core_int i, core_int l) const { return op_a == kNoTranspose ? a + i + l * lda : a + l + i * lda; }
-  const T* b_at(core_int l, core_int j) const { return op_b == kNoTranspose ? b + l + j * ldb : b + j + l * ldb; }
+  const T* a_at(core_int i, core_int l) const {
+    return op_a == kNoTranspose ? a + i + l * lda : a + l + i * lda;
+  }
+  const T* b_at(core_int l, core_int j) const {
+    return op_b == kNoTranspose ? b + l + j * ldb : b + j + l * ldb;
+  }
   /// The product of some rows, columns and steps of the depth.
   gemm_call rows(core_int i, core_int count) const {
     gemm_call part = *this;

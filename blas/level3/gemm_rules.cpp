@@ -11,7 +11,9 @@ namespace qel {
 namespace {
 
 /// Rows of a block are told for doubles; other types get as many bytes.
-core_int rows_for(element_type type, core_int rows_of_doubles) { return rows_of_doubles * 8 / bytes_of(type); }
+core_int rows_for(element_type type, core_int rows_of_doubles) {
+  return rows_of_doubles * 8 / bytes_of(type);
+}
 
 gemm_choice chosen(gemm_scheme scheme, core_int threads, const char* reason) {
   gemm_choice choice;
@@ -98,8 +100,7 @@ bool is_big_on_24(const gemm_facts& f) {
 }
 bool streams_on_24(const gemm_facts& f) {
   const bool by_5000 = f.m % 5000 == 0 && f.n % 5000 == 0;
-  return !(f.k > 256 && (f.m < 10000 || f.k > 512) && !by_5000 &&
-           (f.m <= 4700 || f.n < 1000 || f.n > 4000));
+  return !(f.k > 256 && (f.m < 10000 || f.k > 512) && !by_5000 && (f.m <= 4700 || f.n < 1000 || f.n > 4000));
 }
 
 gemm_choice choose_sse41(const gemm_facts& f, core_int even, int class_number) {
@@ -112,7 +113,8 @@ gemm_choice choose_sse41(const gemm_facts& f, core_int even, int class_number) {
     return grid_of(even, 2, "SSE4.1: two rows of cells");
   }
   if (on_24 && !streams_on_24(f)) {
-    gemm_choice choice = chosen(gemm_scheme::grid_blocked, even, "SSE4.1, small cache: 24 threads in sub-blocks");
+    gemm_choice choice =
+        chosen(gemm_scheme::grid_blocked, even, "SSE4.1, small cache: 24 threads in sub-blocks");
     choice.grid_rows = 2;
     choice.grid_cols = even / 2;
     choice.block_m = 200;
@@ -137,13 +139,17 @@ const char* name_of(gemm_scheme scheme) {
 
 int gemm_class(const dense_processor& processor) {
   switch (processor.level) {
-    case 0: return processor.family_10h ? kClassFamily10h : kClassDefault;
-    case 1: return kClassDefault;
+    case 0:
+      return processor.family_10h ? kClassFamily10h : kClassDefault;
+    case 1:
+      return kClassDefault;
     case 2:
       if (!processor.sse41) return kClassSsse3;
       return has_small_second_cache(processor) ? kClassSmallCache : kClassBigCache;
-    case 4: return kClassAvx;
-    default: return kClassSse42;  // native levels, too, where they borrow level 3's kernels
+    case 4:
+      return kClassAvx;
+    default:
+      return kClassSse42;  // native levels, too, where they borrow level 3's kernels
   }
 }
 
@@ -175,7 +181,8 @@ gemm_choice choose_gemm(const gemm_facts& f) {
   if (f.threads < 2) {
     // Kept: an inner product in a caller's region goes in blocks of rows on small caches.
     if (class_number == kClassSmallCache && f.in_parallel && !is_complex_type(f.type)) {
-      gemm_choice choice = chosen(gemm_scheme::row_blocks, 1, "SSE4.1, small cache: inside a parallel region");
+      gemm_choice choice =
+          chosen(gemm_scheme::row_blocks, 1, "SSE4.1, small cache: inside a parallel region");
       choice.block_m = 128;
       return choice;
     }
@@ -185,15 +192,24 @@ gemm_choice choose_gemm(const gemm_facts& f) {
   gemm_choice choice;
   switch (class_number) {
     case kClassDefault:
-    case kClassAvx: return split_longer(f, f.threads, "slabs of the longer side");
-    case kClassFamily10h: return choose_family_10h(f);
-    default: break;
+    case kClassAvx:
+      return split_longer(f, f.threads, "slabs of the longer side");
+    case kClassFamily10h:
+      return choose_family_10h(f);
+    default:
+      break;
   }
   if (!threads_pay(f.type, f.m, f.n, f.k, f.threads)) return serially("threads don't pay for these sizes");
   switch (class_number) {
-    case kClassSsse3: choice = choose_ssse3(f, even); break;
-    case kClassSse42: choice = choose_sse42(f, even); break;
-    default: choice = choose_sse41(f, even, class_number); break;
+    case kClassSsse3:
+      choice = choose_ssse3(f, even);
+      break;
+    case kClassSse42:
+      choice = choose_sse42(f, even);
+      break;
+    default:
+      choice = choose_sse41(f, even, class_number);
+      break;
   }
   choice.scale_first = true;
   return choice;

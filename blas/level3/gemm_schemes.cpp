@@ -14,13 +14,13 @@ namespace {
 
 template <class Work>
 void run_region(core_int threads, const Work& work) {
-#pragma omp parallel for num_threads(static_cast<int>(threads)) schedule(static, 1)
+#pragma omp parallel for num_threads(static_cast <int>(threads)) schedule(static, 1)
   for (core_int t = 0; t < threads; ++t) work(t);
 }
 
 template <gemm_blocking kBlocking, class T>
-void blocking_for(const core_int* m, const core_int* n, const core_int* k, core_int* mc, core_int* nc, core_int* kc,
-                  core_int* mr, core_int* nr, core_int* ku) {
+void blocking_for(const core_int* m, const core_int* n, const core_int* k, core_int* mc, core_int* nc,
+                  core_int* kc, core_int* mr, core_int* nr, core_int* ku) {
   gemm_blocks blocks{*mc, *nc, *kc, 0, 0, 0};
   choose_gemm_blocks(kBlocking, element_of<T>, this_processor(), *m, *n, *k, blocks);
   *mc = blocks.mc;
@@ -76,7 +76,8 @@ void run_grid(const gemm_plan<T>& plan, const gemm_call<T>& call) {
   const core_int mr = blocks_of(plan, call).mr;
   run_region(plan.threads, [&](core_int t) {
     const grid_cell cell = cell_of_grid(call.m, call.n, plan.grid_rows, plan.grid_cols, mr, t);
-    plan.cell(call.rows(cell.rows.start, cell.rows.length).columns(cell.columns.start, cell.columns.length), {}, {});
+    plan.cell(call.rows(cell.rows.start, cell.rows.length).columns(cell.columns.start, cell.columns.length),
+              {}, {});
   });
 }
 
@@ -126,8 +127,8 @@ class panel_memory {
 
 /// A block of rows against all of B, strip by strip.
 template <class T>
-void walk_strips(const gemm_plan<T>& plan, const gemm_call<T>& part, const gemm_blocks& blocks, core_int padded,
-                 const T* a, T* strip, core_int t) {
+void walk_strips(const gemm_plan<T>& plan, const gemm_call<T>& part, const gemm_blocks& blocks,
+                 core_int padded, const T* a, T* strip, core_int t) {
   const core_int width = plan.block_n, group = width * plan.threads, main = part.n / group * group;
   const auto take = [&](core_int j) {
     const core_int columns = std::min(width, part.n - j), b_stride = padded * blocks.nr;
@@ -136,7 +137,8 @@ void walk_strips(const gemm_plan<T>& plan, const gemm_call<T>& part, const gemm_
   };
   // At any moment the threads read different columns of B.
   for (core_int j = 0; j < main; j += group) {
-    for (core_int turn = 0; turn < plan.threads; ++turn) take(j + width * rotated_strip(plan.threads, t, turn));
+    for (core_int turn = 0; turn < plan.threads; ++turn)
+      take(j + width * rotated_strip(plan.threads, t, turn));
   }
   for (core_int j = main; j < part.n; j += width) take(j);
 }
@@ -157,7 +159,8 @@ void run_private_pack(const gemm_plan<T>& plan, const gemm_call<T>& call) {
       const core_int padded = rounded_up(part.k, blocks.ku);
       for (core_int i = 0; i < main_rows; i += blocks.mc) {
         const gemm_call<T> block = part.rows(i, std::min(blocks.mc, main_rows - i));
-        plan.pack_a(block.op_a)(block.m, block.k, padded, block.a, block.lda, &block.alpha, a.at, padded * blocks.mr);
+        plan.pack_a(block.op_a)(block.m, block.k, padded, block.a, block.lda, &block.alpha, a.at,
+                                padded * blocks.mr);
         walk_strips(plan, block, blocks, padded, a.at, strip.at, t);
       }
       if (main_rows < slab.m) gemm_small(part.rows(main_rows, slab.m - main_rows));
@@ -193,17 +196,18 @@ void run_shared_b(const gemm_plan<T>& plan, const gemm_call<T>& call) {
   }
 }
 
-/// One thread's share in packing its team's block of A: steps of the depth if those are contiguous, else rows.
+/// One thread's share in packing its team's block of A: steps of the depth if those are contiguous, else
+/// rows.
 template <class T>
-void pack_share(const gemm_plan<T>& plan, const gemm_call<T>& block, const gemm_blocks& blocks, core_int padded,
-                core_int member, T* panels) {
+void pack_share(const gemm_plan<T>& plan, const gemm_call<T>& block, const gemm_blocks& blocks,
+                core_int padded, core_int member, T* panels) {
   const core_int stride = padded * blocks.mr;
   if (block.op_a == kNoTranspose) {
     const index_range steps = part_of(block.k, plan.grid_cols, member, 8);
     const bool last = member == plan.grid_cols - 1;
     plan.pack_a(block.op_a)(block.m, steps.length, last ? padded - steps.start : steps.length,
-                            block.a_at(0, steps.start), block.lda, &block.alpha, panels + steps.start * blocks.mr,
-                            stride);
+                            block.a_at(0, steps.start), block.lda, &block.alpha,
+                            panels + steps.start * blocks.mr, stride);
   } else {
     const index_range rows = part_of(block.m, plan.grid_cols, member, 4);
     plan.pack_a(block.op_a)(rows.length, block.k, padded, block.a_at(rows.start, 0), block.lda, &block.alpha,
@@ -303,14 +307,22 @@ void run_gemm(const gemm_choice& choice, const gemm_call<T>& given) {
   }
   const gemm_plan<T> plan = plan_of<T>(choice);
   switch (choice.scheme) {
-    case gemm_scheme::split_cols: return run_split(plan, call, false);
-    case gemm_scheme::split_rows: return run_split(plan, call, true);
-    case gemm_scheme::grid: return run_grid(plan, call);
-    case gemm_scheme::grid_blocked: return run_grid_blocked(plan, call);
-    case gemm_scheme::private_pack: return run_private_pack(plan, call);
-    case gemm_scheme::shared_b: return run_shared_b(plan, call);
-    case gemm_scheme::shared_a: return run_shared_a(plan, call);
-    default: return run_row_blocks(plan, call);
+    case gemm_scheme::split_cols:
+      return run_split(plan, call, false);
+    case gemm_scheme::split_rows:
+      return run_split(plan, call, true);
+    case gemm_scheme::grid:
+      return run_grid(plan, call);
+    case gemm_scheme::grid_blocked:
+      return run_grid_blocked(plan, call);
+    case gemm_scheme::private_pack:
+      return run_private_pack(plan, call);
+    case gemm_scheme::shared_b:
+      return run_shared_b(plan, call);
+    case gemm_scheme::shared_a:
+      return run_shared_a(plan, call);
+    default:
+      return run_row_blocks(plan, call);
   }
 }
 
@@ -321,9 +333,9 @@ void gemm_driver(const gemm_call<T>& call) {
   run_gemm(choose_gemm(gemm_facts_now(element_of<T>, call.m, call.n, call.k)), call);
 }
 
-#define QEL_INSTANTIATE(T)                                            \
-  template gemm_plan<T> plan_of(const gemm_choice&);                  \
-  template void run_gemm(const gemm_choice&, const gemm_call<T>&);    \
+#define QEL_INSTANTIATE(T)                                         \
+  template gemm_plan<T> plan_of(const gemm_choice&);               \
+  template void run_gemm(const gemm_choice&, const gemm_call<T>&); \
   template void gemm_driver(const gemm_call<T>&);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -16,17 +16,17 @@ namespace {
 /// What a level has for an element type.
 template <class T>
 struct level_sets;
-#define QEL_LEVEL_SETS(T, x)                                                 \
-  template <>                                                                \
-  struct level_sets<T> {                                                     \
-    static constexpr auto* small = l0_generic::x##gemm_small;                \
-    static constexpr auto* scale = l0_generic::x##gemm_scale;                \
-    static constexpr const auto& strips = l0_generic::x##gemm_strips;        \
-    static constexpr const auto& family_10h = l0_generic::x##gemm_panels;    \
-    static constexpr const auto& sse3 = l1_sse3::x##gemm_panels;             \
-    static constexpr const auto& ssse3 = l2_ssse3::x##gemm_panels;           \
-    static constexpr const auto& sse42 = l3_sse42::x##gemm_panels;           \
-    static constexpr const auto& avx = l4_avx::x##gemm_panels;               \
+#define QEL_LEVEL_SETS(T, x)                                              \
+  template <>                                                             \
+  struct level_sets<T> {                                                  \
+    static constexpr auto* small = l0_generic::x##gemm_small;             \
+    static constexpr auto* scale = l0_generic::x##gemm_scale;             \
+    static constexpr const auto& strips = l0_generic::x##gemm_strips;     \
+    static constexpr const auto& family_10h = l0_generic::x##gemm_panels; \
+    static constexpr const auto& sse3 = l1_sse3::x##gemm_panels;          \
+    static constexpr const auto& ssse3 = l2_ssse3::x##gemm_panels;        \
+    static constexpr const auto& sse42 = l3_sse42::x##gemm_panels;        \
+    static constexpr const auto& avx = l4_avx::x##gemm_panels;            \
   };
 QEL_LEVEL_SETS(float, s)
 QEL_LEVEL_SETS(double, d)
@@ -37,7 +37,8 @@ QEL_LEVEL_SETS(complex16, z)
 template <class T>
 bool c_is_aligned(const gemm_call<T>& call, int bytes) {
   const auto size = static_cast<core_int>(sizeof(T));
-  return reinterpret_cast<std::uintptr_t>(call.c) % static_cast<unsigned>(bytes) == 0 && call.ldc * size % bytes == 0;
+  return reinterpret_cast<std::uintptr_t>(call.c) % static_cast<unsigned>(bytes) == 0 &&
+         call.ldc * size % bytes == 0;
 }
 
 /// What is left to do after beta; false if that was all.
@@ -59,7 +60,8 @@ void strip_columns(const gemm_call<T>& call, const gemm_strip_blocks& blocks, co
     reals = reals >= 12 ? 12 : reals >= 8 ? 8 : reals >= 4 ? 4 : 2;
     width = is_complex<T> ? reals / 2 : reals;
     kernels.make_strip[call.op_b](width, call.k, padded, call.b_at(0, j), call.ldb, memory.strip);
-    multiply(rows, width, padded, memory.a, padded * kernels.mr, memory.strip, call.c + j * call.ldc, call.ldc);
+    multiply(rows, width, padded, memory.a, padded * kernels.mr, memory.strip, call.c + j * call.ldc,
+             call.ldc);
   }
 }
 
@@ -88,7 +90,8 @@ void gemm_by_strips(const gemm_call<T>& call) {
       }
     }
   }
-  if (blocks.rows < call.m) gemm_small(call.columns(0, blocks.columns).rows(blocks.rows, call.m - blocks.rows));
+  if (blocks.rows < call.m)
+    gemm_small(call.columns(0, blocks.columns).rows(blocks.rows, call.m - blocks.rows));
   for (core_int j = blocks.columns; j < call.n; ++j) gemm_small(call.columns(j, 1));
 }
 
@@ -123,8 +126,8 @@ class sse3_product {
       const core_int rows = std::min(blocks_.mc, part.m - ii);
       kernels.pack_a[part.op_a](rows, part.k, part.k, part.a_at(ii, 0), part.lda, &part.alpha, memory_.a,
                                 part.k * kernels.mr);
-      kernel_for(rows, part)(rows, part.n, part.k, memory_.a, part.k * kernels.mr, b, b_stride, packed_, &part.beta,
-                             part.c + ii, part.ldc);
+      kernel_for(rows, part)(rows, part.n, part.k, memory_.a, part.k * kernels.mr, b, b_stride, packed_,
+                             &part.beta, part.c + ii, part.ldc);
     }
   }
   gemm_sse3_fn<T>* kernel_for(core_int rows, const gemm_call<T>& part) const {
@@ -166,7 +169,8 @@ template <class T>
 void gemm_by_panels(gemm_path path, const gemm_call<T>& call) {
   if (!scale_and_go_on(call)) return;
   gemm_blocks blocks;
-  choose_gemm_blocks(gemm_blocking::of_level, element_of<T>, this_processor(), call.m, call.n, call.k, blocks);
+  choose_gemm_blocks(gemm_blocking::of_level, element_of<T>, this_processor(), call.m, call.n, call.k,
+                     blocks);
   if (goes_to_small_kernel(path, call.m, call.n, call.k) || call.m < blocks.mr) return gemm_small(call);
   const gemm_memory<T> memory(path, blocks, true, true);
   if (!memory) return gemm_small(call);
@@ -194,8 +198,9 @@ template <class T>
 using serial_fn = void(const gemm_call<T>* call);
 // Native levels borrow level 3 where they have no loops of their own.
 template <class T>
-constexpr level_row<serial_fn<T>> kSerial = {{serial_at<T, 0>, serial_at<T, 1>, serial_at<T, 2>, serial_at<T, 3>,
-                                              serial_at<T, 4>, serial_at<T, 3>, serial_at<T, 3>}};
+constexpr level_row<serial_fn<T>> kSerial = {{serial_at<T, 0>, serial_at<T, 1>, serial_at<T, 2>,
+                                              serial_at<T, 3>, serial_at<T, 4>, serial_at<T, 3>,
+                                              serial_at<T, 3>}};
 template <class T>
 constinit bind_slot<serial_fn<T>> serial_slot{nullptr};
 
@@ -213,17 +218,21 @@ void gemm_scale(core_int m, core_int n, T beta, T* c, core_int ldc) {
 
 template <class T>
 void gemm_small(const gemm_call<T>& call) {
-  level_sets<T>::small(call.op_a, call.op_b, call.m, call.n, call.k, &call.alpha, call.a, call.lda, call.b, call.ldb,
-                       call.c, call.ldc);
+  level_sets<T>::small(call.op_a, call.op_b, call.m, call.n, call.k, &call.alpha, call.a, call.lda, call.b,
+                       call.ldb, call.c, call.ldc);
 }
 
 template <class T>
 const gemm_kernels<T>& packed_kernels(gemm_path path) {
   switch (path) {
-    case gemm_path::family_10h: return level_sets<T>::family_10h;
-    case gemm_path::avx: return level_sets<T>::avx;
-    case gemm_path::sse42: return level_sets<T>::sse42;
-    default: return level_sets<T>::ssse3;
+    case gemm_path::family_10h:
+      return level_sets<T>::family_10h;
+    case gemm_path::avx:
+      return level_sets<T>::avx;
+    case gemm_path::sse42:
+      return level_sets<T>::sse42;
+    default:
+      return level_sets<T>::ssse3;
   }
 }
 
@@ -244,8 +253,8 @@ gemm_memory<T>::~gemm_memory() {
 }
 
 template <class T>
-void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& blocks, const gemm_memory<T>& memory,
-                 const gemm_panels<T>& shared) {
+void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& blocks,
+                 const gemm_memory<T>& memory, const gemm_panels<T>& shared) {
   const gemm_kernels<T>& kernels = packed_kernels<T>(path);
   gemm_block_fn<T>* const multiply = kernels.block[c_is_aligned(call, kernels.c_alignment) ? 1 : 0];
   const core_int main_rows = rounded_down(call.m, blocks.mr);
@@ -254,7 +263,8 @@ void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& bl
     const gemm_call<T> columns = call.columns(jj, std::min(blocks.nc, call.n - jj));
     for (core_int ll = 0; ll < call.k; ll += blocks.kc) {
       const gemm_call<T> part = columns.depth(ll, std::min(blocks.kc, call.k - ll));
-      const core_int padded = rounded_up(part.k, blocks.ku), a_width = padded * blocks.mr, b_width = padded * blocks.nr;
+      const core_int padded = rounded_up(part.k, blocks.ku), a_width = padded * blocks.mr,
+                     b_width = padded * blocks.nr;
       const auto pack_b = [&](core_int j, core_int count, T* panels) {
         kernels.pack_b[part.op_b](count, part.k, padded, part.b_at(0, j), part.ldb, nullptr, panels, b_width);
       };
@@ -262,21 +272,23 @@ void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& bl
       for (core_int ii = 0; ii < main_rows; ii += blocks.mc) {
         const core_int rows = std::min(blocks.mc, main_rows - ii);
         if (shared.a == nullptr) {
-          kernels.pack_a[part.op_a](rows, part.k, padded, part.a_at(ii, 0), part.lda, &part.alpha, memory.a, a_width);
+          kernels.pack_a[part.op_a](rows, part.k, padded, part.a_at(ii, 0), part.lda, &part.alpha, memory.a,
+                                    a_width);
         }
         const T* const a = shared.a == nullptr ? memory.a : shared.a;
         const core_int a_stride = shared.a == nullptr ? a_width : shared.a_stride;
         T* const c = part.c + ii;
         if (!as_it_goes) {
           const bool own = shared.b == nullptr;
-          multiply(rows, part.n, padded, a, a_stride, own ? memory.b : shared.b, own ? b_width : shared.b_stride,
-                   memory.strip, c, part.ldc);
+          multiply(rows, part.n, padded, a, a_stride, own ? memory.b : shared.b,
+                   own ? b_width : shared.b_stride, memory.strip, c, part.ldc);
           continue;
         }
         for (core_int j = 0; j < part.n; j += blocks.nr) {
           const core_int width = std::min(blocks.nr, part.n - j);
           pack_b(j, width, memory.strip);
-          multiply(rows, width, padded, a, a_stride, memory.strip, b_width, nullptr, c + j * part.ldc, part.ldc);
+          multiply(rows, width, padded, a, a_stride, memory.strip, b_width, nullptr, c + j * part.ldc,
+                   part.ldc);
         }
       }
       if (main_rows < call.m) gemm_small(part.rows(main_rows, call.m - main_rows));
@@ -284,13 +296,13 @@ void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& bl
   }
 }
 
-#define QEL_INSTANTIATE(T)                                                                                      \
-  template void gemm_serial(const gemm_call<T>&);                                                               \
-  template void gemm_scale(core_int, core_int, T, T*, core_int);                                                \
-  template void gemm_small(const gemm_call<T>&);                                                                \
-  template const gemm_kernels<T>& packed_kernels(gemm_path);                                                    \
-  template class gemm_memory<T>;                                                                                \
-  template void gemm_packed(gemm_path, const gemm_call<T>&, const gemm_blocks&, const gemm_memory<T>&,          \
+#define QEL_INSTANTIATE(T)                                                                             \
+  template void gemm_serial(const gemm_call<T>&);                                                      \
+  template void gemm_scale(core_int, core_int, T, T*, core_int);                                       \
+  template void gemm_small(const gemm_call<T>&);                                                       \
+  template const gemm_kernels<T>& packed_kernels(gemm_path);                                           \
+  template class gemm_memory<T>;                                                                       \
+  template void gemm_packed(gemm_path, const gemm_call<T>&, const gemm_blocks&, const gemm_memory<T>&, \
                             const gemm_panels<T>&);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -50,7 +50,7 @@ struct gemm_panels {
 
 /// C += alpha op(A) op(B) by the blocked loop; beta is not looked at.
 template <class T>
-void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& blocks, const gemm_memory<T>& memory,
-                 const gemm_panels<T>& shared = {});
+void gemm_packed(gemm_path path, const gemm_call<T>& call, const gemm_blocks& blocks,
+                 const gemm_memory<T>& memory, const gemm_panels<T>& shared = {});
 
 }  // namespace qel

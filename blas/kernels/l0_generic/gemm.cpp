@@ -24,11 +24,13 @@ void make_strip(core_int columns, core_int depth, core_int padded, const T* b, c
       for (int p = 0; p < parts<T>::kCount; ++p, out += L::kCount) L::store(out, L::all(number[p]));
     }
   }
-  for (core_int i = (padded - depth) * columns * parts<T>::kCount; i > 0; --i, out += L::kCount) L::store(out, L::zero());
+  for (core_int i = (padded - depth) * columns * parts<T>::kCount; i > 0; --i, out += L::kCount)
+    L::store(out, L::zero());
 }
 
 template <class T, int kReals, core_int kDepth>
-inline void strip_tiles(core_int rows, core_int depth, const T* a, core_int a_stride, const T* strip, T* c, core_int ldc) {
+inline void strip_tiles(core_int rows, core_int depth, const T* a, core_int a_stride, const T* strip, T* c,
+                        core_int ldc) {
   using Tile = broadcast_tile<T, 1, kReals>;
   for (core_int i = 0; i < rows; i += Tile::kRows, a += a_stride) {
     Tile tile;
@@ -38,25 +40,29 @@ inline void strip_tiles(core_int rows, core_int depth, const T* a, core_int a_st
 }
 
 template <class T, core_int kDepth>
-void strip_block(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride, const T* strip, T* c,
-                 core_int ldc) {
+void strip_block(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                 const T* strip, T* c, core_int ldc) {
   switch (columns * parts<T>::kCount) {
-    case 12: return strip_tiles<T, 12, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
-    case 8: return strip_tiles<T, 8, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
-    case 4: return strip_tiles<T, 4, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
-    default: return strip_tiles<T, 2, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
+    case 12:
+      return strip_tiles<T, 12, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
+    case 8:
+      return strip_tiles<T, 8, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
+    case 4:
+      return strip_tiles<T, 4, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
+    default:
+      return strip_tiles<T, 2, kDepth>(rows, depth, a, a_stride, strip, c, ldc);
   }
 }
 
 template <class T>
 constexpr gemm_strip_kernels<T> strip_kernels() {
   constexpr int kRows = broadcast_tile<T, 1, kStripWidth>::kRows;
-  gemm_strip_kernels<T> set{kRows,
-                            {},
-                            {make_strip<T, false, false>, make_strip<T, true, false>,
-                             make_strip<T, true, parts<T>::kCount == 2>},
-                            strip_block<T, kStripDepth>,
-                            strip_block<T, 0>};
+  gemm_strip_kernels<T> set{
+      kRows,
+      {},
+      {make_strip<T, false, false>, make_strip<T, true, false>, make_strip<T, true, parts<T>::kCount == 2>},
+      strip_block<T, kStripDepth>,
+      strip_block<T, 0>};
   for (int op = 0; op < kGemmOps; ++op) set.pack_a[op] = kPackRows<T, kRows>[op];
   return set;
 }

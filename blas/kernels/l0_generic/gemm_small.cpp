@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Matrix product without work memory, for small problems and for rows and columns that fill no tile; and the
 // scaling of C. Each element: one sum over the depth in order, from zero, then C += alpha sum.
-#include "blas/kernels/kernel_prelude.h"
 #include "blas/kernels/gemm_kernels.h"
+#include "blas/kernels/kernel_prelude.h"
 #include "blas/kernels/shared/gemm_lanes.inl.h"
 
 namespace qel::QEL_LEVEL {
@@ -94,7 +94,8 @@ inline void small_tile(const factors<T>& f, core_int k, core_int i, core_int j) 
         total = L::mul(L::all(f.alpha), total);
       } else {
         total = L::crosswise_sum(total, L::exchanged(sum[q][1][r]));
-        total = L::crosswise_sum(L::mul(L::all(f.alpha.real), total), L::mul(L::all(f.alpha.imag), L::exchanged(total)));
+        total = L::crosswise_sum(L::mul(L::all(f.alpha.real), total),
+                                 L::mul(L::all(f.alpha.imag), L::exchanged(total)));
       }
       L::storeu(c, L::add(L::loadu(c), total));
     }
@@ -105,8 +106,10 @@ template <int kColumns, bool kTransposed, bool kConjA, bool kConjB, class T>
 inline void small_columns(const factors<T>& f, core_int m, core_int k, core_int j) {
   constexpr int kWide = parts<T>::kCount == 1 ? 2 : 1;
   core_int i = 0;
-  for (; i + kWide * kInRegister<T> <= m; i += kWide * kInRegister<T>) small_tile<kWide, kColumns, kTransposed, kConjA, kConjB>(f, k, i, j);
-  for (; kWide > 1 && i + kInRegister<T> <= m; i += kInRegister<T>) small_tile<1, kColumns, kTransposed, kConjA, kConjB>(f, k, i, j);
+  for (; i + kWide * kInRegister<T> <= m; i += kWide * kInRegister<T>)
+    small_tile<kWide, kColumns, kTransposed, kConjA, kConjB>(f, k, i, j);
+  for (; kWide > 1 && i + kInRegister<T> <= m; i += kInRegister<T>)
+    small_tile<1, kColumns, kTransposed, kConjA, kConjB>(f, k, i, j);
   for (; i < m; ++i) {
     for (core_int q = 0; q < kColumns; ++q) {
       add_to(f.c + i + (j + q) * f.ldc, f.alpha, product_at(f, k, kConjA, kConjB, i, j + q));
@@ -122,15 +125,17 @@ void small_product(const factors<T>& f, core_int m, core_int n, core_int k) {
 }
 
 template <class T>
-inline void small(int op_a, int op_b, core_int m, core_int n, core_int k, T alpha, const T* a, core_int lda, const T* b,
-                  core_int ldb, T* c, core_int ldc) {
+inline void small(int op_a, int op_b, core_int m, core_int n, core_int k, T alpha, const T* a, core_int lda,
+                  const T* b, core_int ldb, T* c, core_int ldc) {
   const bool turned_a = op_a != kNoTranspose, turned_b = op_b != kNoTranspose;
-  const factors<T> f{a, turned_a ? lda : 1, turned_a ? 1 : lda, b, turned_b ? ldb : 1, turned_b ? 1 : ldb, alpha, c, ldc};
+  const factors<T> f{
+      a, turned_a ? lda : 1, turned_a ? 1 : lda, b, turned_b ? ldb : 1, turned_b ? 1 : ldb, alpha, c, ldc};
   if constexpr (parts<T>::kCount == 2) {
     const bool conj_a = op_a == kConjugateTranspose;
     if (op_b == kConjugateTranspose) {
       if (conj_a) return small_product<true, true, true>(f, m, n, k);
-      return turned_a ? small_product<true, false, true>(f, m, n, k) : small_product<false, false, true>(f, m, n, k);
+      return turned_a ? small_product<true, false, true>(f, m, n, k)
+                      : small_product<false, false, true>(f, m, n, k);
     }
     if (conj_a) return small_product<true, true, false>(f, m, n, k);
   }
@@ -198,18 +203,28 @@ void dgemm_small(int op_a, int op_b, core_int m, core_int n, core_int k, const d
                  core_int lda, const double* b, core_int ldb, double* c, core_int ldc) {
   small(op_a, op_b, m, n, k, *alpha, a, lda, b, ldb, c, ldc);
 }
-void cgemm_small(int op_a, int op_b, core_int m, core_int n, core_int k, const complex8* alpha, const complex8* a,
-                 core_int lda, const complex8* b, core_int ldb, complex8* c, core_int ldc) {
+void cgemm_small(int op_a, int op_b, core_int m, core_int n, core_int k, const complex8* alpha,
+                 const complex8* a, core_int lda, const complex8* b, core_int ldb, complex8* c,
+                 core_int ldc) {
   small(op_a, op_b, m, n, k, *alpha, a, lda, b, ldb, c, ldc);
 }
-void zgemm_small(int op_a, int op_b, core_int m, core_int n, core_int k, const complex16* alpha, const complex16* a,
-                 core_int lda, const complex16* b, core_int ldb, complex16* c, core_int ldc) {
+void zgemm_small(int op_a, int op_b, core_int m, core_int n, core_int k, const complex16* alpha,
+                 const complex16* a, core_int lda, const complex16* b, core_int ldb, complex16* c,
+                 core_int ldc) {
   small(op_a, op_b, m, n, k, *alpha, a, lda, b, ldb, c, ldc);
 }
 
-void sgemm_scale(core_int m, core_int n, const float* beta, float* c, core_int ldc) { scale(m, n, *beta, c, ldc); }
-void dgemm_scale(core_int m, core_int n, const double* beta, double* c, core_int ldc) { scale(m, n, *beta, c, ldc); }
-void cgemm_scale(core_int m, core_int n, const complex8* beta, complex8* c, core_int ldc) { scale(m, n, *beta, c, ldc); }
-void zgemm_scale(core_int m, core_int n, const complex16* beta, complex16* c, core_int ldc) { scale(m, n, *beta, c, ldc); }
+void sgemm_scale(core_int m, core_int n, const float* beta, float* c, core_int ldc) {
+  scale(m, n, *beta, c, ldc);
+}
+void dgemm_scale(core_int m, core_int n, const double* beta, double* c, core_int ldc) {
+  scale(m, n, *beta, c, ldc);
+}
+void cgemm_scale(core_int m, core_int n, const complex8* beta, complex8* c, core_int ldc) {
+  scale(m, n, *beta, c, ldc);
+}
+void zgemm_scale(core_int m, core_int n, const complex16* beta, complex16* c, core_int ldc) {
+  scale(m, n, *beta, c, ldc);
+}
 
 }  // namespace qel::QEL_LEVEL

@@ -12,8 +12,8 @@ template <class T>
 using tile_of = broadcast_tile<T, 2, 4>;
 
 template <class T, bool kWhole, class B, class How>
-inline void row_of_tiles(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride, const B& b,
-                         T* c, core_int ldc, const How& how) {
+inline void row_of_tiles(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                         const B& b, T* c, core_int ldc, const How& how) {
   constexpr core_int kRows = tile_of<T>::kRows;
   for (core_int i = 0; i < rows; i += kRows, a += a_stride) {
     tile_of<T> tile;
@@ -23,15 +23,17 @@ inline void row_of_tiles(core_int rows, core_int columns, core_int depth, const 
 }
 
 template <class T, bool kPacked, bool kWhole, class How>
-inline void all_tiles(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride, const T* b,
-                      core_int b_stride, T* c, core_int ldc, const How& how) {
+inline void all_tiles(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                      const T* b, core_int b_stride, T* c, core_int ldc, const How& how) {
   constexpr core_int kColumns = tile_of<T>::kColumns;
-  for (core_int j = 0; j < columns; j += kColumns, c += kColumns * ldc, b += kPacked ? b_stride : kColumns * b_stride) {
+  for (core_int j = 0; j < columns;
+       j += kColumns, c += kColumns * ldc, b += kPacked ? b_stride : kColumns * b_stride) {
     const core_int here = least(kColumns, columns - j);
     if constexpr (kPacked) {
       row_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, packed_numbers<T, 4>{reals(b)}, c, ldc, how);
     } else {
-      row_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, column_numbers<T, 4>(b, b_stride, here), c, ldc, how);
+      row_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, column_numbers<T, 4>(b, b_stride, here), c, ldc,
+                              how);
     }
   }
 }
@@ -50,8 +52,8 @@ void whole_depth(core_int rows, core_int columns, core_int, const T* a, core_int
 }
 
 template <class T, class How>
-inline void any_tiles(bool b_packed, core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
-                      const T* b, core_int b_stride, T* c, core_int ldc, const How& how) {
+inline void any_tiles(bool b_packed, core_int rows, core_int columns, core_int depth, const T* a,
+                      core_int a_stride, const T* b, core_int b_stride, T* c, core_int ldc, const How& how) {
   if (b_packed) {
     all_tiles<T, true, false>(rows, columns, depth, a, a_stride, b, b_stride, c, ldc, how);
   } else {

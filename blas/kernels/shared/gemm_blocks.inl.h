@@ -26,8 +26,8 @@ inline void put_column(const Reg (&column)[kRegisters], core_int rows, T* c, con
 }
 
 template <bool kAligned, bool kWhole, class T, int kA, int kB, class How>
-inline void put_tile(const broadcast_tile<T, kA, kB>& tile, core_int rows, core_int columns, T* c, core_int ldc,
-                     const How& how) {
+inline void put_tile(const broadcast_tile<T, kA, kB>& tile, core_int rows, core_int columns, T* c,
+                     core_int ldc, const How& how) {
   using Tile = broadcast_tile<T, kA, kB>;
 #pragma GCC unroll 12
   for (int j = 0; j < Tile::kColumns; ++j) {
@@ -72,8 +72,8 @@ inline packed_numbers<T, kB> numbers_of(const broadcast_tile<T, kA, kB>&, const 
 }
 
 template <class T, class Tile, bool kAligned, bool kCopyStrip>
-void multiply_block(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride, const T* b,
-                    core_int b_stride, [[maybe_unused]] T* strip, T* c, core_int ldc) {
+void multiply_block(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                    const T* b, core_int b_stride, [[maybe_unused]] T* strip, T* c, core_int ldc) {
   for (core_int j = 0; j < columns; j += Tile::kColumns, b += b_stride, c += Tile::kColumns * ldc) {
     const core_int here = least(Tile::kColumns, columns - j);
     const T* panel_b = b;
@@ -84,7 +84,8 @@ void multiply_block(core_int rows, core_int columns, core_int depth, const T* a,
     }
     const T* panel_a = a;
     for (core_int i = 0; i < rows; i += Tile::kRows, panel_a += a_stride) {
-      for (core_int q = 0; q < here; ++q) _mm_prefetch(reinterpret_cast<const char*>(c + i + q * ldc) + 16, _MM_HINT_T0);
+      for (core_int q = 0; q < here; ++q)
+        _mm_prefetch(reinterpret_cast<const char*>(c + i + q * ldc) + 16, _MM_HINT_T0);
       Tile tile;
       tile.run(depth, reals(panel_a), numbers_of(tile, panel_b));
       if (here == Tile::kColumns) {
@@ -98,8 +99,13 @@ void multiply_block(core_int rows, core_int columns, core_int depth, const T* a,
 
 template <class T, class Tile, bool kCopyStrip>
 constexpr gemm_kernels<T> panel_kernels() {
-  gemm_kernels<T> set{Tile::kRows, Tile::kColumns, static_cast<int>(sizeof(typename Tile::reg)), {}, {},
-                      {multiply_block<T, Tile, false, kCopyStrip>, multiply_block<T, Tile, true, kCopyStrip>}};
+  gemm_kernels<T> set{
+      Tile::kRows,
+      Tile::kColumns,
+      static_cast<int>(sizeof(typename Tile::reg)),
+      {},
+      {},
+      {multiply_block<T, Tile, false, kCopyStrip>, multiply_block<T, Tile, true, kCopyStrip>}};
   for (int op = 0; op < kGemmOps; ++op) {
     set.pack_a[op] = kPackRows<T, Tile::kRows>[op];
     set.pack_b[op] = kPackColumns<T, Tile::kColumns>[op];

@@ -64,7 +64,10 @@ struct lane_set<float> : lanes<float> {
   static reg flipped(reg v) {
     static_assert(kFlip < 4);
     if constexpr (kFlip == 0) return v;
-    return _mm_shuffle_ps(v, v, kFlip == 1 ? _MM_SHUFFLE(2, 3, 0, 1) : kFlip == 2 ? _MM_SHUFFLE(1, 0, 3, 2) : _MM_SHUFFLE(0, 1, 2, 3));
+    return _mm_shuffle_ps(v, v,
+                          kFlip == 1   ? _MM_SHUFFLE(2, 3, 0, 1)
+                          : kFlip == 2 ? _MM_SHUFFLE(1, 0, 3, 2)
+                                       : _MM_SHUFFLE(0, 1, 2, 3));
   }
   static reg crosswise_sum(reg a, reg b) {
     return _mm_add_ps(a, _mm_xor_ps(b, _mm_set_ps(0.0F, -0.0F, 0.0F, -0.0F)));
@@ -94,6 +97,12 @@ inline double plus(double a, double b) { return a + b; }
 template <class C>
 inline C plus(C a, C b) {
   return {a.real + b.real, a.imag + b.imag};
+}
+inline float opposite(float a) { return -a; }
+inline double opposite(double a) { return -a; }
+template <class C>
+inline C opposite(C a) {
+  return {-a.real, -a.imag};
 }
 inline float conjugate(float a) { return a; }
 inline double conjugate(double a) { return a; }

@@ -43,14 +43,15 @@ struct packed_value {
 };
 
 template <int kWidth, bool kConjugate, bool kScale, class T>
-inline void pack_together(core_int depth, const T* s, core_int ld, const packed_value<T, kConjugate, kScale>& value,
-                          T* out) {
+inline void pack_together(core_int depth, const T* s, core_int ld,
+                          const packed_value<T, kConjugate, kScale>& value, T* out) {
   constexpr int kLanes = lane_set<typename parts<T>::real>::kCount, kReals = kWidth * parts<T>::kCount;
   for (core_int l = 0; l < depth; ++l, s += ld, out += kWidth) {
     if constexpr (!kConjugate && kReals % kLanes == 0) {
       using L = lane_set<typename parts<T>::real>;
 #pragma GCC unroll 8
-      for (int i = 0; i < kReals; i += kLanes) L::storeu(reals(out) + i, value.of_register(L::loadu(reals(s) + i)));
+      for (int i = 0; i < kReals; i += kLanes)
+        L::storeu(reals(out) + i, value.of_register(L::loadu(reals(s) + i)));
     } else {
 #pragma GCC unroll 8
       for (int i = 0; i < kWidth; ++i) out[i] = value.of(element_at(s + i));
@@ -59,8 +60,8 @@ inline void pack_together(core_int depth, const T* s, core_int ld, const packed_
 }
 
 template <int kWidth, bool kConjugate, bool kScale, class T>
-inline void pack_apart(core_int depth, const T* s, core_int ld, const packed_value<T, kConjugate, kScale>& value,
-                       T* out) {
+inline void pack_apart(core_int depth, const T* s, core_int ld,
+                       const packed_value<T, kConjugate, kScale>& value, T* out) {
   for (core_int l = 0; l < depth; ++l, ++s, out += kWidth) {
 #pragma GCC unroll 16
     for (int i = 0; i < kWidth; ++i) out[i] = value.of(element_at(s + i * ld));
@@ -112,11 +113,13 @@ void pack(core_int lines, core_int depth, core_int padded, const T* source, core
 
 // By op: rows of A lie together unless A is transposed, columns of B the other way round.
 template <class T, int kWidth>
-inline constexpr gemm_pack_fn<T>* kPackRows[kGemmOps] = {
-    pack<T, kWidth, true, false>, pack<T, kWidth, false, false>, pack<T, kWidth, false, parts<T>::kCount == 2>};
+inline constexpr gemm_pack_fn<T>* kPackRows[kGemmOps] = {pack<T, kWidth, true, false>,
+                                                         pack<T, kWidth, false, false>,
+                                                         pack<T, kWidth, false, parts<T>::kCount == 2>};
 template <class T, int kWidth>
-inline constexpr gemm_pack_fn<T>* kPackColumns[kGemmOps] = {
-    pack<T, kWidth, false, false>, pack<T, kWidth, true, false>, pack<T, kWidth, true, parts<T>::kCount == 2>};
+inline constexpr gemm_pack_fn<T>* kPackColumns[kGemmOps] = {pack<T, kWidth, false, false>,
+                                                            pack<T, kWidth, true, false>,
+                                                            pack<T, kWidth, true, parts<T>::kCount == 2>};
 
 }  // namespace
 }  // namespace qel::QEL_LEVEL

@@ -47,8 +47,8 @@ inline void sort_columns(float*, const __m128 (&sum)[4], __m128 (&column)[4]) {
   column[3] = _mm_shuffle_ps(high23, high01, _MM_SHUFFLE(2, 3, 2, 3));
 }
 inline void sort_columns(complex16*, const __m128d (&sum)[2], __m128d (&column)[1]) {
-  column[0] = lane_set<double>::crosswise_sum(_mm_unpacklo_pd(sum[0], sum[1]),
-                                              _mm_unpackhi_pd(sum[0], sum[1]));
+  column[0] =
+      lane_set<double>::crosswise_sum(_mm_unpacklo_pd(sum[0], sum[1]), _mm_unpackhi_pd(sum[0], sum[1]));
 }
 inline void sort_columns(complex8*, const __m128 (&sum)[4], __m128 (&column)[2]) {
   const __m128 low01 = _mm_unpacklo_ps(sum[0], sum[1]), low23 = _mm_unpacklo_ps(sum[2], sum[3]);
@@ -140,10 +140,12 @@ struct column_numbers {
   const R* at[kReals / parts<T>::kCount];
   column_numbers(const T* b, core_int ldb, core_int columns) {
     // What lies beyond the last column repeats it: such sums are not stored.
-    for (core_int j = 0; j < kReals / parts<T>::kCount; ++j) at[j] = reals(b + (j < columns ? j : columns - 1) * ldb);
+    for (core_int j = 0; j < kReals / parts<T>::kCount; ++j)
+      at[j] = reals(b + (j < columns ? j : columns - 1) * ldb);
   }
   typename lane_set<R>::reg get(int l, int j) const {
-    return lane_set<R>::all(element_at(at[j / parts<T>::kCount] + l * parts<T>::kCount + j % parts<T>::kCount));
+    return lane_set<R>::all(
+        element_at(at[j / parts<T>::kCount] + l * parts<T>::kCount + j % parts<T>::kCount));
   }
   void advance(int steps) {
     for (auto& column : at) column += steps * parts<T>::kCount;
@@ -239,7 +241,8 @@ inline void put_rows(T* c, typename lane_set<typename parts<T>::real>::reg rows,
   }
 }
 template <bool kAligned, class T>
-inline void put_rows(T* c, typename lane_set<typename parts<T>::real>::reg rows, const add_to_multiple<T>& by) {
+inline void put_rows(T* c, typename lane_set<typename parts<T>::real>::reg rows,
+                     const add_to_multiple<T>& by) {
   using L = lane_set<typename parts<T>::real>;
   auto scaled = load_c<kAligned>(reals(c));
   if constexpr (parts<T>::kCount == 1) {
@@ -266,7 +269,8 @@ inline void put_element(T* c, T value, const add_to_multiple<T>& by) {
 
 /// The first rows of a register that is not whole.
 template <class T, class How>
-inline void put_part(T* c, core_int rows, typename lane_set<typename parts<T>::real>::reg values, const How& how) {
+inline void put_part(T* c, core_int rows, typename lane_set<typename parts<T>::real>::reg values,
+                     const How& how) {
   using L = lane_set<typename parts<T>::real>;
   T kept[L::kCount / parts<T>::kCount];
   L::storeu(reals(kept), values);
