@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Matrix-matrix operations in all four types beside the peers, and what the registers of the machine could do:
-// a loop of multiplications and additions on registers only, in 16-byte and 32-byte registers.
-// Restrict a peer to a level's instructions for a fair comparison, e.g. OPENBLAS_CORETYPE=Nehalem beside
+// Matrix-matrix operations in all four types beside the peers, and what the registers of the machine could
+// do: a loop of multiplications and additions on registers only, in 16-byte and 32-byte registers. Restrict a
+// peer to a level's instructions for a fair comparison, e.g. OPENBLAS_CORETYPE=Nehalem beside
 // QEL_DEBUG_CPU_TYPE=3.
 #include <immintrin.h>
 
@@ -86,36 +86,37 @@ std::string sizes(int m, int n, int k) {
 template <class T>
 void register_gemm(int m, int n, int k, char transa = 'N', char transb = 'N') {
   const double flops = 2 * named<T>::kFlops * m * static_cast<double>(n) * k;
-  compare<gemm_fn<T>>(
-      std::string(1, named<T>::kLetter) + "gemm/" + transa + transb + sizes(m, n, k),
-      symbol<T>("gemm").c_str(), {flops, 0}, [=](gemm_fn<T>* gemm, benchmark::State& state) {
-        const int lda = transa == 'N' ? m : k, ldb = transb == 'N' ? k : n;
-        const std::vector<T> a = random_numbers<T>(m, k), b = random_numbers<T>(k, n);
-        std::vector<T> c = random_numbers<T>(m, n);
-        const T alpha = 1, beta = 0;
-        for (auto _ : state) {
-          gemm(&transa, &transb, &m, &n, &k, &alpha, a.data(), &lda, b.data(), &ldb, &beta, c.data(), &m);
-          benchmark::ClobberMemory();
-        }
-      });
+  compare<gemm_fn<T>>(std::string(1, named<T>::kLetter) + "gemm/" + transa + transb + sizes(m, n, k),
+                      symbol<T>("gemm").c_str(), {flops, 0}, [=](gemm_fn<T>* gemm, benchmark::State& state) {
+                        const int lda = transa == 'N' ? m : k, ldb = transb == 'N' ? k : n;
+                        const std::vector<T> a = random_numbers<T>(m, k), b = random_numbers<T>(k, n);
+                        std::vector<T> c = random_numbers<T>(m, n);
+                        const T alpha = 1, beta = 0;
+                        for (auto _ : state) {
+                          gemm(&transa, &transb, &m, &n, &k, &alpha, a.data(), &lda, b.data(), &ldb, &beta,
+                               c.data(), &m);
+                          benchmark::ClobberMemory();
+                        }
+                      });
 }
 
 template <class T>
 void register_triangular(const char* name, char side, char uplo, char trans, int m, int n) {
   const double order = side == 'L' ? m : n;
-  compare<triangular_fn<T>>(named<T>::kLetter + std::string(name) + "/" + side + uplo + trans + sizes(m, n, 0),
-                            symbol<T>(name).c_str(), {named<T>::kFlops * m * n * order, 0},
-                            [=](triangular_fn<T>* routine, benchmark::State& state) {
-                              const int lda = side == 'L' ? m : n;
-                              const char diag = 'N';
-                              const std::vector<T> a = dominant_matrix<T>(lda);
-                              std::vector<T> b = random_numbers<T>(m, n);
-                              const T alpha = 1;
-                              for (auto _ : state) {
-                                routine(&side, &uplo, &trans, &diag, &m, &n, &alpha, a.data(), &lda, b.data(), &m);
-                                benchmark::ClobberMemory();
-                              }
-                            });
+  compare<triangular_fn<T>>(
+      named<T>::kLetter + std::string(name) + "/" + side + uplo + trans + sizes(m, n, 0),
+      symbol<T>(name).c_str(), {named<T>::kFlops * m * n * order, 0},
+      [=](triangular_fn<T>* routine, benchmark::State& state) {
+        const int lda = side == 'L' ? m : n;
+        const char diag = 'N';
+        const std::vector<T> a = dominant_matrix<T>(lda);
+        std::vector<T> b = random_numbers<T>(m, n);
+        const T alpha = 1;
+        for (auto _ : state) {
+          routine(&side, &uplo, &trans, &diag, &m, &n, &alpha, a.data(), &lda, b.data(), &m);
+          benchmark::ClobberMemory();
+        }
+      });
 }
 
 template <class T>
@@ -143,7 +144,8 @@ void register_symm(int n, char side, char uplo) {
                         std::vector<T> c(a.size());
                         const T alpha = 1, beta = 0;
                         for (auto _ : state) {
-                          routine(&side, &uplo, &n, &n, &alpha, a.data(), &n, b.data(), &n, &beta, c.data(), &n);
+                          routine(&side, &uplo, &n, &n, &alpha, a.data(), &n, b.data(), &n, &beta, c.data(),
+                                  &n);
                           benchmark::ClobberMemory();
                         }
                       });

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// When the other operations of level 3 use threads, how they cut their work, and the block sizes of triangular
-// solves. Pure functions; the drivers carry them out.
+// When the other operations of level 3 use threads, how they cut their work, and the block sizes of
+// triangular solves. Pure functions; the drivers carry them out.
 #pragma once
 
 #include "blas/level3/dense_facts.h"
@@ -32,8 +32,8 @@ struct syrk_facts {
   int threads;
   bool changes_nothing;  ///< beta is 1 and alpha or k is 0
 };
-/// slices: slabs of `chunk` columns. triangle_blocks: 2 threads blocks of `chunk` columns, the last takes what
-/// is left, in `items` pieces of work.
+/// slices: slabs of `chunk` columns. triangle_blocks: 2 threads blocks of `chunk` columns, the last takes
+/// what is left, in `items` pieces of work.
 struct syrk_choice {
   syrk_scheme scheme;
   core_int threads, chunk, items;

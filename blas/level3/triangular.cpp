@@ -6,18 +6,18 @@
 #include "blas/level3/triangular.h"
 
 #include <algorithm>
+#include <optional>
 
-#include "blas/level3/gemm_partition.h"
 #include "blas/level3/gemm_serial.h"
 #include "service/serv.h"
 
 namespace qel {
 namespace {
 
-#define QEL_TRIANGLE_ROWS(T, x)                                                        \
+#define QEL_TRIANGLE_ROWS(T, x)                                                                   \
   void triangle_rows(bool solve, const triangle_block<T>& t, core_int rows, T* b, core_int ldb) { \
-    const bool avx = this_processor().level == 4;                                      \
-    (avx ? l4_avx::x##triangle_rows : l0_generic::x##triangle_rows)(solve, t, rows, b, ldb); \
+    const bool avx = this_processor().level == 4;                                                 \
+    (avx ? l4_avx::x##triangle_rows : l0_generic::x##triangle_rows)(solve, t, rows, b, ldb);      \
   }
 QEL_TRIANGLE_ROWS(float, s)
 QEL_TRIANGLE_ROWS(double, d)
@@ -30,11 +30,10 @@ template <class T>
 class triangular_work {
  public:
   triangular_work(const triangular_call<T>& call, const triangle_plan& plan)
-      : call_(call),
-        plan_(plan),
-        path_(gemm_path_of(this_processor())),
-        blocks_(blocks_of(path_)),
-        memory_(path_, blocks_, uses_panels(path_), uses_panels(path_)) {}
+      : call_(call), plan_(plan), path_(gemm_path_of(this_processor())), blocks_(blocks_of(path_)) {
+    const bool has_products = (call.left ? call.m : call.n) > kInnerTriangle;
+    if (has_products && uses_panels(path_)) memory_.emplace(path_, blocks_, true, true);
+  }
 
   /// Columns (rows, from the right) first .. first + count - 1 of B.
   void run(core_int first, core_int count) {
@@ -88,24 +87,25 @@ class triangular_work {
   /// B[target] +-= op(A)[target, source] B[source], or B[source] op(A)[source, target].
   void update(core_int target, core_int target_size, core_int source, core_int source_size) {
     const core_int row = call_.left ? target : source, column = call_.left ? source : target;
-    const T* a = call_.op == kNoTranspose ? call_.a + row + column * call_.lda : call_.a + column + row * call_.lda;
+    const T* a =
+        call_.op == kNoTranspose ? call_.a + row + column * call_.lda : call_.a + column + row * call_.lda;
     const T factor = from_real<T>(call_.solve ? -1 : 1), one = from_real<T>(1);
     T* const into = rows_of_b(target);
     const T* const from = rows_of_b(source);
     if (call_.left) {
-      multiply({call_.op, kNoTranspose, target_size, count_, source_size, factor, a, call_.lda, from, call_.ldb, one,
-                into, call_.ldb});
+      multiply({call_.op, kNoTranspose, target_size, count_, source_size, factor, a, call_.lda, from,
+                call_.ldb, one, into, call_.ldb});
     } else {
-      multiply({kNoTranspose, call_.op, count_, target_size, source_size, factor, from, call_.ldb, a, call_.lda, one,
-                into, call_.ldb});
+      multiply({kNoTranspose, call_.op, count_, target_size, source_size, factor, from, call_.ldb, a,
+                call_.lda, one, into, call_.ldb});
     }
   }
   void multiply(const gemm_call<T>& product) {
     if (!uses_panels(path_)) return gemm_serial(product);
-    if (!memory_ || product.m < blocks_.mr || goes_to_small_kernel(path_, product.m, product.n, product.k)) {
+    if (!*memory_ || product.m < blocks_.mr || goes_to_small_kernel(path_, product.m, product.n, product.k)) {
       return gemm_small(product);
     }
-    gemm_packed(path_, product, blocks_, memory_);
+    gemm_packed(path_, product, blocks_, *memory_);
   }
 
   void smallest(core_int start, core_int order) {
@@ -115,7 +115,8 @@ class triangular_work {
     for (core_int j = 0; j < order; ++j) {
       for (core_int i = upper ? 0 : j; i < (upper ? j + 1 : order); ++i) {
         if (i == j && call_.unit) continue;
-        dense[i + j * kInnerTriangle] = call_.left ? element(start + j, start + i) : element(start + i, start + j);
+        dense[i + j * kInnerTriangle] =
+            call_.left ? element(start + j, start + i) : element(start + i, start + j);
       }
     }
     const triangle_block<T> block{dense, kInnerTriangle, order, upper, call_.unit};
@@ -140,7 +141,7 @@ class triangular_work {
   const triangle_plan plan_;
   const gemm_path path_;
   const gemm_blocks blocks_;
-  const gemm_memory<T> memory_;
+  std::optional<gemm_memory<T>> memory_;
   core_int first_ = 0, count_ = 0;
 };
 
@@ -165,7 +166,7 @@ void triangular_driver(const triangular_call<T>& call) {
   const side_facts facts = side_facts_now(call.left, call.m, call.n);
   const side_choice choice = call.solve ? choose_trsm(facts) : choose_trmm(facts);
   if (choice.threads < 2) return triangular_serial(call);
-#pragma omp parallel for num_threads(static_cast<int>(choice.threads)) schedule(static, 1)
+#pragma omp parallel for num_threads(static_cast <int>(choice.threads)) schedule(static, 1)
   for (core_int t = 0; t < choice.threads; ++t) {
     const core_int start = t * choice.chunk, all = call.left ? call.n : call.m;
     triangular_call<T> slab = call;
@@ -175,8 +176,8 @@ void triangular_driver(const triangular_call<T>& call) {
   }
 }
 
-#define QEL_INSTANTIATE(T)                                     \
-  template void triangular_serial(const triangular_call<T>&);  \
+#define QEL_INSTANTIATE(T)                                    \
+  template void triangular_serial(const triangular_call<T>&); \
   template void triangular_driver(const triangular_call<T>&);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -23,8 +23,18 @@ template <class T>
 triangular_call<T> make_triangular_call(bool solve, char side, char uplo, char transa, char diag, core_int m,
                                         core_int n, T alpha, const T* a, core_int lda, T* b, core_int ldb) {
   const bool stored_upper = blas::letter_is(uplo, 'U'), turned = !blas::letter_is(transa, 'N');
-  return {solve, blas::letter_is(side, 'L'), stored_upper != turned, blas::letter_is(diag, 'U'),
-          op_of<T>(transa), m, n, alpha, a, lda, b, ldb};
+  return {solve,
+          blas::letter_is(side, 'L'),
+          stored_upper != turned,
+          blas::letter_is(diag, 'U'),
+          op_of<T>(transa),
+          m,
+          n,
+          alpha,
+          a,
+          lda,
+          b,
+          ldb};
 }
 
 template <class T>

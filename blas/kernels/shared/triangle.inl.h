@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Diagonal blocks of triangular solves and products, from the right on rows of X: X T^-1 or X T in place.
-// T is dense, column-major, op and conjugation applied; its columns are finished in the order in which none is
-// needed after its change. Each element: the terms in order of k, then the pivot.
+// T is dense, column-major, op and conjugation applied; its columns are finished in the order in which none
+// is needed after its change. Each element: the terms in order of k, then the pivot.
 #pragma once
 
 #include "blas/kernels/gemm_kernels.h"
@@ -158,7 +158,8 @@ void dtriangle_rows(bool solve, const triangle_block<double>& t, core_int rows, 
 void ctriangle_rows(bool solve, const triangle_block<complex8>& t, core_int rows, complex8* x, core_int ldx) {
   triangle_rows(solve, t, rows, x, ldx);
 }
-void ztriangle_rows(bool solve, const triangle_block<complex16>& t, core_int rows, complex16* x, core_int ldx) {
+void ztriangle_rows(bool solve, const triangle_block<complex16>& t, core_int rows, complex16* x,
+                    core_int ldx) {
   triangle_rows(solve, t, rows, x, ldx);
 }
 
