@@ -14,8 +14,17 @@ namespace {
 
 template <class Work>
 void run_region(core_int threads, const Work& work) {
-#pragma omp parallel for num_threads(static_cast <int>(threads)) schedule(static, 1)
+  const auto team = static_cast<int>(threads);
+#pragma omp parallel for num_threads(team) schedule(static, 1)
   for (core_int t = 0; t < threads; ++t) work(t);
+}
+
+/// The same over the cells of a grid; threads that it has no cell for do nothing.
+template <class T, class Work>
+void run_cells(const gemm_plan<T>& plan, const Work& work) {
+  run_region(plan.threads, [&](core_int t) {
+    if (t < plan.grid_rows * plan.grid_cols) work(t);
+  });
 }
 
 template <gemm_blocking kBlocking, class T>
@@ -74,7 +83,7 @@ void run_split(const gemm_plan<T>& plan, const gemm_call<T>& call, bool by_rows)
 template <class T>
 void run_grid(const gemm_plan<T>& plan, const gemm_call<T>& call) {
   const core_int mr = blocks_of(plan, call).mr;
-  run_region(plan.threads, [&](core_int t) {
+  run_cells(plan, [&](core_int t) {
     const grid_cell cell = cell_of_grid(call.m, call.n, plan.grid_rows, plan.grid_cols, mr, t);
     plan.cell(call.rows(cell.rows.start, cell.rows.length).columns(cell.columns.start, cell.columns.length),
               {}, {});
@@ -84,7 +93,7 @@ void run_grid(const gemm_plan<T>& plan, const gemm_call<T>& call) {
 template <class T>
 void run_grid_blocked(const gemm_plan<T>& plan, const gemm_call<T>& call) {
   const core_int mr = blocks_of(plan, call).mr;
-  run_region(plan.threads, [&](core_int t) {
+  run_cells(plan, [&](core_int t) {
     const grid_cell cell = cell_of_grid(call.m, call.n, plan.grid_rows, plan.grid_cols, mr, t);
     const gemm_call<T> own = call.rows(cell.rows.start, cell.rows.length)
                                  .columns(cell.columns.start, cell.columns.length)
@@ -209,7 +218,7 @@ void pack_share(const gemm_plan<T>& plan, const gemm_call<T>& block, const gemm_
                             block.a_at(0, steps.start), block.lda, &block.alpha,
                             panels + steps.start * blocks.mr, stride);
   } else {
-    const index_range rows = part_of(block.m, plan.grid_cols, member, 4);
+    const index_range rows = part_of(block.m, plan.grid_cols, member, std::max<core_int>(4, blocks.mr));
     plan.pack_a(block.op_a)(rows.length, block.k, padded, block.a_at(rows.start, 0), block.lda, &block.alpha,
                             panels + rows.start * padded, stride);
   }
@@ -235,13 +244,13 @@ void run_shared_a(const gemm_plan<T>& plan, const gemm_call<T>& call) {
           const core_int from = std::min(i, rows.length);
           return part.rows(rows.start + from, std::min(blocks.mc, rows.length - from));
         };
-        run_region(plan.threads, [&](core_int t) {
+        run_cells(plan, [&](core_int t) {
           const core_int team = t % plan.grid_rows;
           gemm_call<T> block = block_of_team(team);
           block.m = rounded_down(block.m, blocks.mr);
           pack_share(plan, block, blocks, padded, t / plan.grid_rows, memory.at + team * team_elements);
         });
-        run_region(plan.threads, [&](core_int t) {
+        run_cells(plan, [&](core_int t) {
           const core_int team = t % plan.grid_rows;
           const index_range columns = part_of(part.n, plan.grid_cols, t / plan.grid_rows, 4);
           plan.cell(block_of_team(team).columns(columns.start, columns.length), blocks,

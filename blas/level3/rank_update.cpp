@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Updates of one triangle of C. On the calling thread: the triangle is halved until a diagonal block is small,
-// the rectangle between the halves is a general product, a small diagonal block is made in full beside C and
-// its triangle added. The other triangle is never touched; a Hermitian diagonal is taken and left real.
+// Updates of one triangle of C. On the calling thread: the triangle is halved until a diagonal block is
+// small, the rectangle between the halves is a general product, a small diagonal block is made in full beside
+// C and its triangle added. The other triangle is never touched; a Hermitian diagonal is taken and left real.
 // On threads: pieces of whole columns. Diagonal blocks and the rectangles beside them go out largest first.
 #include <algorithm>
 
@@ -28,11 +28,11 @@ void add_rectangle(const rank_update<T>& u, core_int i, core_int j, core_int row
   const bool two = u.b != nullptr;
   const T* right = two ? u.b : u.a;
   const core_int ld_right = two ? u.ldb : u.lda;
-  gemm_serial<T>({op_left, op_right, rows, columns, u.k, u.alpha, at(u.a, u.lda, i), u.lda, at(right, ld_right, j),
-                  ld_right, one, c, ldc});
+  gemm_serial<T>({op_left, op_right, rows, columns, u.k, u.alpha, at(u.a, u.lda, i), u.lda,
+                  at(right, ld_right, j), ld_right, one, c, ldc});
   if (!two) return;
-  gemm_serial<T>({op_left, op_right, rows, columns, u.k, u.hermitian ? conj(u.alpha) : u.alpha, at(u.b, u.ldb, i),
-                  u.ldb, at(u.a, u.lda, j), u.lda, one, c, ldc});
+  gemm_serial<T>({op_left, op_right, rows, columns, u.k, u.hermitian ? conj(u.alpha) : u.alpha,
+                  at(u.b, u.ldb, i), u.ldb, at(u.a, u.lda, j), u.lda, one, c, ldc});
 }
 
 template <class T>
@@ -51,7 +51,8 @@ void update_diagonal(const rank_update<T>& u, core_int start, core_int order) {
 
 /// The rectangle of the stored triangle between rows (columns) [start, start + half) and the rest.
 template <class T>
-void update_beside(const rank_update<T>& u, core_int start, core_int size, core_int other, core_int other_size) {
+void update_beside(const rank_update<T>& u, core_int start, core_int size, core_int other,
+                   core_int other_size) {
   const core_int row = u.upper ? start : other, column = u.upper ? other : start;
   add_rectangle(u, row, column, u.upper ? size : other_size, u.upper ? other_size : size,
                 u.c + row + column * u.ldc, u.ldc);
@@ -72,10 +73,16 @@ void scale_columns(const rank_update<T>& u, core_int first, core_int count) {
   if (u.beta == from_real<T>(1)) return;
   for (core_int j = first; j < first + count; ++j) {
     T* const column = u.c + j * u.ldc;
-    if (u.hermitian) column[j] = from_real<T>(real_part(column[j]));
-    const core_int top = u.upper ? 0 : j;
-    gemm_scale(u.upper ? j + 1 : u.n - j, 1, u.beta, column + top, u.ldc);
-    if (u.hermitian) column[j] = from_real<T>(real_part(column[j]));
+    const core_int top = u.upper ? 0 : j, rows = u.upper ? j + 1 : u.n - j;
+    if (u.hermitian) {
+      // A real factor, and an imaginary part of the diagonal that counts as zero.
+      using R = real_of<T>;
+      constexpr core_int kParts = is_complex<T> ? 2 : 1;
+      column[j] = from_real<T>(real_part(column[j]));
+      gemm_scale<R>(kParts * rows, 1, real_part(u.beta), reinterpret_cast<R*>(column + top), kParts * u.ldc);
+    } else {
+      gemm_scale(rows, 1, u.beta, column + top, u.ldc);
+    }
   }
 }
 
@@ -118,13 +125,14 @@ void update_by_blocks(const rank_update<T>& u, const syrk_choice& choice) {
     update_triangle(u, columns.start, columns.length);
   };
   const core_int at_point = u.upper ? 0 : blocks - 1;
-#pragma omp parallel for num_threads(static_cast<int>(choice.threads)) schedule(static, 1)
+  const auto team = static_cast<int>(choice.threads);
+#pragma omp parallel for num_threads(team) schedule(static, 1)
   for (core_int t = 0; t < blocks; ++t) {
     const index_range columns = block(t);
     scale_columns(u, columns.start, columns.length);
   }
   if (u.k == 0 || u.alpha == T{}) return;
-#pragma omp parallel for num_threads(static_cast<int>(choice.threads)) schedule(dynamic, 1)
+#pragma omp parallel for num_threads(team) schedule(dynamic, 1)
   for (core_int item = 0; item < choice.items; ++item) {
     if (item < rectangles) {
       rectangle(item);
@@ -143,17 +151,21 @@ void rank_update_driver(const rank_update<T>& u) {
   const bool one = u.beta == from_real<T>(1), changes_nothing = one && (u.k == 0 || u.alpha == T{});
   const syrk_choice choice = choose_syrk(syrk_facts_now(u.n, u.k, changes_nothing));
   switch (choice.scheme) {
-    case syrk_scheme::nothing: return;
+    case syrk_scheme::nothing:
+      return;
     case syrk_scheme::slices: {
-#pragma omp parallel for num_threads(static_cast<int>(choice.threads)) schedule(static, 1)
+      const auto team = static_cast<int>(choice.threads);
+#pragma omp parallel for num_threads(team) schedule(static, 1)
       for (core_int t = 0; t < choice.threads; ++t) {
         const core_int start = t * choice.chunk;
         update_columns(u, start, t < choice.threads - 1 ? choice.chunk : u.n - start);
       }
       return;
     }
-    case syrk_scheme::triangle_blocks: return update_by_blocks(u, choice);
-    default: return update_columns(u, 0, u.n);
+    case syrk_scheme::triangle_blocks:
+      return update_by_blocks(u, choice);
+    default:
+      return update_columns(u, 0, u.n);
   }
 }
 

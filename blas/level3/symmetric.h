@@ -25,8 +25,8 @@ struct symm_call {
 template <class T>
 void symm_driver(const symm_call<T>& call);
 
-/// One triangle of C = alpha op(A) op(A)' + beta C; with b: alpha op(A) op(B)' + alpha' op(B) op(A)' + beta C.
-/// The prime is a transpose, for a Hermitian C a conjugate one, and alpha' then conj(alpha).
+/// One triangle of C = alpha op(A) op(A)' + beta C; with b: alpha op(A) op(B)' + alpha' op(B) op(A)' + beta
+/// C. The prime is a transpose, for a Hermitian C a conjugate one, and alpha' then conj(alpha).
 template <class T>
 struct rank_update {
   bool hermitian, upper;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Products with a symmetric matrix: its order is halved until a diagonal block is small; the block between the
-// halves enters two general products, as it is and mirrored, and a small diagonal block is filled up first.
+// Products with a symmetric matrix: its order is halved until a diagonal block is small; the block between
+// the halves enters two general products, as it is and mirrored, and a small diagonal block is filled up
+// first.
 #include <algorithm>
 
 #include "blas/level3/gemm_serial.h"
@@ -41,7 +42,8 @@ void multiply_diagonal_block(const symm_call<T>& call, core_int start, core_int 
 template <class T>
 void multiply(const symm_call<T>& call, core_int start, core_int order) {
   if (order <= kDiagonalBlock) return multiply_diagonal_block(call, start, order);
-  const core_int half = (order / 2 + kDiagonalBlock - 1) / kDiagonalBlock * kDiagonalBlock, rest = order - half;
+  const core_int half = (order / 2 + kDiagonalBlock - 1) / kDiagonalBlock * kDiagonalBlock,
+                 rest = order - half;
   const core_int second = start + half;
   multiply(call, start, half);
   const int mirrored = call.hermitian ? op_of<T>('C') : kTranspose;
@@ -51,15 +53,15 @@ void multiply(const symm_call<T>& call, core_int start, core_int order) {
   const T* block = call.a + row + column * call.lda;
   const T one = from_real<T>(1);
   if (call.left) {
-    gemm_serial<T>({kNoTranspose, kNoTranspose, rows, call.n, columns, call.alpha, block, call.lda, call.b + column,
-                    call.ldb, one, call.c + row, call.ldc});
-    gemm_serial<T>({mirrored, kNoTranspose, columns, call.n, rows, call.alpha, block, call.lda, call.b + row, call.ldb,
-                    one, call.c + column, call.ldc});
+    gemm_serial<T>({kNoTranspose, kNoTranspose, rows, call.n, columns, call.alpha, block, call.lda,
+                    call.b + column, call.ldb, one, call.c + row, call.ldc});
+    gemm_serial<T>({mirrored, kNoTranspose, columns, call.n, rows, call.alpha, block, call.lda, call.b + row,
+                    call.ldb, one, call.c + column, call.ldc});
   } else {
-    gemm_serial<T>({kNoTranspose, kNoTranspose, call.m, columns, rows, call.alpha, call.b + row * call.ldb, call.ldb,
-                    block, call.lda, one, call.c + column * call.ldc, call.ldc});
-    gemm_serial<T>({kNoTranspose, mirrored, call.m, rows, columns, call.alpha, call.b + column * call.ldb, call.ldb,
-                    block, call.lda, one, call.c + row * call.ldc, call.ldc});
+    gemm_serial<T>({kNoTranspose, kNoTranspose, call.m, columns, rows, call.alpha, call.b + row * call.ldb,
+                    call.ldb, block, call.lda, one, call.c + column * call.ldc, call.ldc});
+    gemm_serial<T>({kNoTranspose, mirrored, call.m, rows, columns, call.alpha, call.b + column * call.ldb,
+                    call.ldb, block, call.lda, one, call.c + row * call.ldc, call.ldc});
   }
   multiply(call, second, rest);
 }
@@ -78,7 +80,8 @@ template <class T>
 void symm_driver(const symm_call<T>& call) {
   const side_choice choice = choose_trmm(side_facts_now(call.left, call.m, call.n));
   if (choice.threads < 2) return symm_serial(call);
-#pragma omp parallel for num_threads(static_cast<int>(choice.threads)) schedule(static, 1)
+  const auto team = static_cast<int>(choice.threads);
+#pragma omp parallel for num_threads(team) schedule(static, 1)
   for (core_int t = 0; t < choice.threads; ++t) {
     const core_int start = t * choice.chunk, all = call.left ? call.n : call.m;
     symm_call<T> slab = call;

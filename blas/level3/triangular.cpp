@@ -166,7 +166,8 @@ void triangular_driver(const triangular_call<T>& call) {
   const side_facts facts = side_facts_now(call.left, call.m, call.n);
   const side_choice choice = call.solve ? choose_trsm(facts) : choose_trmm(facts);
   if (choice.threads < 2) return triangular_serial(call);
-#pragma omp parallel for num_threads(static_cast <int>(choice.threads)) schedule(static, 1)
+  const auto team = static_cast<int>(choice.threads);
+#pragma omp parallel for num_threads(team) schedule(static, 1)
   for (core_int t = 0; t < choice.threads; ++t) {
     const core_int start = t * choice.chunk, all = call.left ? call.n : call.m;
     triangular_call<T> slab = call;
