@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The decisions of level 3 as tables: tuning classes, gates, thread schemes with their odd branches, blocking,
-// work memory, and the cuts among threads.
+// The decisions of level 3 as tables: tuning classes, gates, thread schemes with their odd branches,
+// blocking, work memory, and the cuts among threads.
 #include "blas/level3/gemm_rules.h"
 
 #include <gtest/gtest.h>
@@ -37,13 +37,20 @@ dense_processor processor_of(int level, bool sse41 = true, bool family_10h = fal
 /// A processor of each tuning class.
 dense_processor processor_of_class(int number) {
   switch (number) {
-    case kClassSsse3: return processor_of(2, false);
-    case kClassBigCache: return processor_of(2);
-    case kClassSse42: return processor_of(3);
-    case kClassSmallCache: return processor_of(2, true, false, 3 * kMiB);
-    case kClassAvx: return processor_of(4);
-    case kClassFamily10h: return processor_of(0, false, true);
-    default: return processor_of(1);
+    case kClassSsse3:
+      return processor_of(2, false);
+    case kClassBigCache:
+      return processor_of(2);
+    case kClassSse42:
+      return processor_of(3);
+    case kClassSmallCache:
+      return processor_of(2, true, false, 3 * kMiB);
+    case kClassAvx:
+      return processor_of(4);
+    case kClassFamily10h:
+      return processor_of(0, false, true);
+    default:
+      return processor_of(1);
   }
 }
 
@@ -70,7 +77,8 @@ TEST(GemmClass, FollowsLevelFeaturesAndSecondCache) {
 
 TEST(GemmClass, ReadsVendorAndFamilyFromCpuid) {
   const cpuid_answer amd{1, 0x68747541, 0x444d4163, 0x69746e65}, intel{1, 0x756e6547, 0x6c65746e, 0x49656e69};
-  const cpuid_answer family_10h{0x00100F42, 0, 0, 0}, family_17h{0x00800F12, 0, 0, 0}, family_f{0x00000F12, 0, 0, 0};
+  const cpuid_answer family_10h{0x00100F42, 0, 0, 0}, family_17h{0x00800F12, 0, 0, 0},
+      family_f{0x00000F12, 0, 0, 0};
   EXPECT_TRUE(processor_from(0, amd, family_10h).family_10h);
   EXPECT_FALSE(processor_from(0, intel, family_10h).family_10h);
   EXPECT_FALSE(processor_from(0, amd, family_17h).family_10h);
@@ -207,9 +215,9 @@ const scheme_case kSchemes[] = {
 TEST(GemmScheme, Table) {
   for (const scheme_case& c : kSchemes) {
     const gemm_choice got = choice_for(c);
-    const std::string what = "class " + std::to_string(c.class_number) + " T " + std::to_string(c.threads) + " " +
-                             std::to_string(c.m) + " " + std::to_string(c.n) + " " + std::to_string(c.k) + ": " +
-                             got.reason;
+    const std::string what = "class " + std::to_string(c.class_number) + " T " + std::to_string(c.threads) +
+                             " " + std::to_string(c.m) + " " + std::to_string(c.n) + " " +
+                             std::to_string(c.k) + ": " + got.reason;
     EXPECT_STREQ(name_of(c.scheme), name_of(got.scheme)) << what;
     EXPECT_EQ(c.used, got.threads) << what;
     EXPECT_EQ(c.grid_rows, got.grid_rows) << what;
@@ -233,7 +241,7 @@ TEST(GemmScheme, Family10hTakesItsSecondBlockingForNarrowParts) {
   const auto blocking = [](int threads, core_int m, core_int n) {
     return choose_gemm({element_type::d, processor_of_class(6), threads, false, m, n, 100}).blocking;
   };
-  EXPECT_EQ(gemm_blocking::family_10h_second, blocking(8, 768, 768));   // 768 / (8 / 4)
+  EXPECT_EQ(gemm_blocking::family_10h_second, blocking(8, 768, 768));  // 768 / (8 / 4)
   EXPECT_EQ(gemm_blocking::family_10h_first, blocking(8, 770, 770));
   EXPECT_EQ(gemm_blocking::family_10h_second, blocking(3, 5000, 384));  // slabs of rows see all of n
   EXPECT_EQ(gemm_blocking::family_10h_first, blocking(3, 5000, 385));
@@ -307,14 +315,16 @@ TEST(GemmPay, Table) {
 TEST(GemmBlocks, DepthOfABlock) {
   struct {
     core_int k, wanted, complex_sse42;
-  } const cases[] = {{5, 128, 128},   {127, 128, 128}, {130, 132, 132}, {255, 256, 256}, {256, 256, 128},
-                     {257, 128, 128}, {258, 132, 128}, {511, 256, 128}, {512, 256, 128}, {1024, 256, 128},
-                     {1025, 256, 256}, {4000, 256, 256}};
+  } const cases[] = {{5, 128, 128},   {127, 128, 128},  {130, 132, 132},  {255, 256, 256},
+                     {256, 256, 128}, {257, 128, 128},  {258, 132, 128},  {511, 256, 128},
+                     {512, 256, 128}, {1024, 256, 128}, {1025, 256, 256}, {4000, 256, 256}};
   for (const auto& c : cases) {
     for (const int number : {kClassSsse3, kClassBigCache, kClassSse42, kClassAvx}) {
       gemm_blocks d, z;
-      choose_gemm_blocks(gemm_blocking::of_level, element_type::d, processor_of_class(number), 100, 100, c.k, d);
-      choose_gemm_blocks(gemm_blocking::of_level, element_type::z, processor_of_class(number), 100, 100, c.k, z);
+      choose_gemm_blocks(gemm_blocking::of_level, element_type::d, processor_of_class(number), 100, 100, c.k,
+                         d);
+      choose_gemm_blocks(gemm_blocking::of_level, element_type::z, processor_of_class(number), 100, 100, c.k,
+                         z);
       EXPECT_EQ(c.wanted, d.kc) << c.k;
       EXPECT_EQ(number == kClassSse42 ? c.complex_sse42 : c.wanted, z.kc) << c.k;
       EXPECT_EQ(4, d.ku);
@@ -356,8 +366,9 @@ TEST(GemmBlocks, RowsAndColumns) {
   for (const block_case& c : cases) {
     gemm_blocks b;
     choose_gemm_blocks(c.blocking, c.type, c.processor, c.m, c.n, c.k, b);
-    const std::string what = std::to_string(c.processor.level) + " " + std::to_string(static_cast<int>(c.type)) +
-                             " " + std::to_string(c.m) + " " + std::to_string(c.n);
+    const std::string what = std::to_string(c.processor.level) + " " +
+                             std::to_string(static_cast<int>(c.type)) + " " + std::to_string(c.m) + " " +
+                             std::to_string(c.n);
     EXPECT_EQ(c.mc, b.mc) << what;
     EXPECT_EQ(c.nc, b.nc) << what;
     EXPECT_EQ(c.mr, b.mr) << what;
@@ -399,8 +410,8 @@ TEST(GemmBlocks, WidthsAreThoseOfTheKernels) {
     expect_all(path, l2_ssse3::sgemm_panels, l2_ssse3::dgemm_panels, l2_ssse3::cgemm_panels,
                l2_ssse3::zgemm_panels);
   }
-  expect_all(gemm_path::family_10h, l0_generic::sgemm_panels, l0_generic::dgemm_panels, l0_generic::cgemm_panels,
-             l0_generic::zgemm_panels);
+  expect_all(gemm_path::family_10h, l0_generic::sgemm_panels, l0_generic::dgemm_panels,
+             l0_generic::cgemm_panels, l0_generic::zgemm_panels);
   expect_all(gemm_path::sse3, l1_sse3::sgemm_panels, l1_sse3::dgemm_panels, l1_sse3::cgemm_panels,
              l1_sse3::zgemm_panels);
   EXPECT_EQ(2, l0_generic::dgemm_strips.mr);
@@ -409,11 +420,11 @@ TEST(GemmBlocks, WidthsAreThoseOfTheKernels) {
 TEST(GemmBlocks, Level1) {
   struct {
     core_int m, n, k, kc, mc, nc;
-  } const cases[] = {{100, 100, 112, 112, 480, 2000},   {100, 100, 113, 56, 480, 2000},
-                     {100, 100, 224, 112, 480, 2000},   {100, 100, 225, 112, 480, 2000},
-                     {5000, 5000, 16, 112, 1536, 5000}, {5000, 5000, 32, 112, 1024, 5000},
-                     {5000, 5000, 64, 112, 768, 5000},  {5000, 5000, 65, 112, 512, 5000},
-                     {5000, 4999, 16, 112, 480, 2000},  {5000, 5000, 225, 112, 480, 2000},
+  } const cases[] = {{100, 100, 112, 112, 480, 2000},    {100, 100, 113, 56, 480, 2000},
+                     {100, 100, 224, 112, 480, 2000},    {100, 100, 225, 112, 480, 2000},
+                     {5000, 5000, 16, 112, 1536, 5000},  {5000, 5000, 32, 112, 1024, 5000},
+                     {5000, 5000, 64, 112, 768, 5000},   {5000, 5000, 65, 112, 512, 5000},
+                     {5000, 4999, 16, 112, 480, 2000},   {5000, 5000, 225, 112, 480, 2000},
                      {4000, 7999, 4000, 112, 480, 2000}, {4000, 8000, 4000, 112, 512, 5000},
                      {3999, 9000, 4000, 112, 480, 2000}};
   for (const auto& c : cases) {
@@ -430,9 +441,12 @@ TEST(GemmBlocks, Level1) {
 TEST(GemmBlocks, Level0) {
   struct {
     core_int m, n, k, kc, mc, nc, rows, columns;
-  } const cases[] = {{101, 103, 128, 128, 512, 103, 100, 100},     {100, 5000, 129, 64, 512, 4992, 100, 5000},
-                     {100, 100, 256, 128, 512, 100, 100, 100},     {100, 100, 257, 128, 512, 100, 100, 100},
-                     {5000, 5000, 10, 128, 1536, 4992, 5000, 5000}, {5000, 5000, 200, 100, 512, 4992, 5000, 5000},
+  } const cases[] = {{101, 103, 128, 128, 512, 103, 100, 100},
+                     {100, 5000, 129, 64, 512, 4992, 100, 5000},
+                     {100, 100, 256, 128, 512, 100, 100, 100},
+                     {100, 100, 257, 128, 512, 100, 100, 100},
+                     {5000, 5000, 10, 128, 1536, 4992, 5000, 5000},
+                     {5000, 5000, 200, 100, 512, 4992, 5000, 5000},
                      {1, 3, 10, 128, 512, 3, 0, 0}};
   for (const auto& c : cases) {
     const gemm_strip_blocks b = choose_strip_blocks(element_type::d, 2, c.m, c.n, c.k);
@@ -448,8 +462,11 @@ TEST(GemmBlocks, SmallKernelGates) {
   struct {
     gemm_path path;
     core_int m, n, k;  // the least that is packed
-  } const cases[] = {{gemm_path::ssse3, 2, 2, 2}, {gemm_path::sse41, 5, 5, 5}, {gemm_path::sse42, 3, 5, 5},
-                     {gemm_path::avx, 3, 3, 3},   {gemm_path::sse3, 3, 3, 3}};
+  } const cases[] = {{gemm_path::ssse3, 2, 2, 2},
+                     {gemm_path::sse41, 5, 5, 5},
+                     {gemm_path::sse42, 3, 5, 5},
+                     {gemm_path::avx, 3, 3, 3},
+                     {gemm_path::sse3, 3, 3, 3}};
   for (const auto& c : cases) {
     EXPECT_FALSE(goes_to_small_kernel(c.path, c.m, c.n, c.k));
     EXPECT_TRUE(goes_to_small_kernel(c.path, c.m - 1, c.n, c.k));
@@ -598,48 +615,44 @@ struct side_case {
 };
 TEST(TriangularThreads, Solves) {
   const side_case cases[] = {
-      {true, 3, 100, 0, 8, 1, 0},
-      {true, 3, 1000, 1000, 1, 1, 0},
-      {true, 0, 16, 16, 4, 1, 0},
-      {true, 0, 17, 16, 4, 4, 4},
-      {false, 0, 1, 17, 4, 4, 0},
-      {true, 1, 16, 16, 4, 1, 0},
+      {true, 3, 100, 0, 8, 1, 0},         {true, 3, 1000, 1000, 1, 1, 0},
+      {true, 0, 16, 16, 4, 1, 0},         {true, 0, 17, 16, 4, 4, 4},
+      {false, 0, 1, 17, 4, 4, 0},         {true, 1, 16, 16, 4, 1, 0},
       {true, 1, 15, 192, 4, 1, 0},         // triangle 0.94, slab 5.6
       {true, 1, 15, 220, 4, 4, 55},        // slab 6.4
       {true, 1, 30, 36, 4, 1, 0},          // 3.6 + 2.1
       {true, 1, 30, 48, 4, 4, 12},         // 3.6 + 2.8
       {true, 1, 600, 8 * 4 - 1, 4, 1, 0},  // narrow slabs of a long system
-      {true, 1, 600, 8 * 4, 4, 4, 8},
-      {true, 1, 512, 8 * 4 - 1, 4, 4, 7},
+      {true, 1, 600, 8 * 4, 4, 4, 8},     {true, 1, 512, 8 * 4 - 1, 4, 4, 7},
       {true, 2, 600, 8 * 4 - 1, 4, 4, 4},  // whole fours instead
-      {true, 3, 512, 8 * 4 - 1, 4, 4, 7},
-      {true, 4, 600, 8 * 4 - 1, 4, 4, 4},
-      {false, 1, 1000, 15, 4, 1, 0},       // triangle 0.94
-      {false, 1, 16, 50, 4, 1, 0},         // slab 1.6
-      {false, 1, 64, 33, 4, 1, 0},         // 4.4 + 4.1
-      {false, 1, 64, 40, 4, 4, 16},        // 6.4 + 5
-      {false, 2, 67, 40, 4, 4, 16},
-      {false, 1, 67, 40, 4, 4, 16},
-      {false, 3, 63, 40, 4, 1, 0},         // 15 rows become 12: slab 3.75
+      {true, 3, 512, 8 * 4 - 1, 4, 4, 7}, {true, 4, 600, 8 * 4 - 1, 4, 4, 4},
+      {false, 1, 1000, 15, 4, 1, 0},  // triangle 0.94
+      {false, 1, 16, 50, 4, 1, 0},    // slab 1.6
+      {false, 1, 64, 33, 4, 1, 0},    // 4.4 + 4.1
+      {false, 1, 64, 40, 4, 4, 16},   // 6.4 + 5
+      {false, 2, 67, 40, 4, 4, 16},       {false, 1, 67, 40, 4, 4, 16},
+      {false, 3, 63, 40, 4, 1, 0},  // 15 rows become 12: slab 3.75
       {false, 1, 63, 40, 4, 4, 15},
   };
   for (const side_case& c : cases) {
     const side_choice got = choose_trsm({c.left, c.level, c.m, c.n, c.threads});
-    EXPECT_EQ(c.used, got.threads) << c.left << " level " << c.level << ' ' << c.m << ' ' << c.n << got.reason;
+    EXPECT_EQ(c.used, got.threads) << c.left << " level " << c.level << ' ' << c.m << ' ' << c.n
+                                   << got.reason;
     EXPECT_EQ(c.chunk, got.chunk) << c.left << " level " << c.level << ' ' << c.m << ' ' << c.n << got.reason;
   }
 }
 
 TEST(TriangularThreads, ProductsDifferBelowLevelTwo) {
   const side_case cases[] = {
-      {true, 0, 1000, 16, 4, 1, 0},   {true, 0, 1000, 17, 4, 4, 4},  {false, 0, 16, 16, 4, 1, 0},
-      {false, 0, 17, 16, 4, 4, 4},    {true, 1, 1000, 16, 4, 1, 0},  {true, 1, 1000, 100, 4, 4, 25},
-      {true, 3, 1000, 16, 4, 4, 4},   {false, 3, 63, 40, 4, 1, 0},   {true, 3, 10, 0, 4, 1, 0},
+      {true, 0, 1000, 16, 4, 1, 0},   {true, 0, 1000, 17, 4, 4, 4}, {false, 0, 16, 16, 4, 1, 0},
+      {false, 0, 17, 16, 4, 4, 4},    {true, 1, 1000, 16, 4, 1, 0}, {true, 1, 1000, 100, 4, 4, 25},
+      {true, 3, 1000, 16, 4, 4, 4},   {false, 3, 63, 40, 4, 1, 0},  {true, 3, 10, 0, 4, 1, 0},
       {true, 0, 1000, 1000, 1, 1, 0},
   };
   for (const side_case& c : cases) {
     const side_choice got = choose_trmm({c.left, c.level, c.m, c.n, c.threads});
-    EXPECT_EQ(c.used, got.threads) << c.left << " level " << c.level << ' ' << c.m << ' ' << c.n << got.reason;
+    EXPECT_EQ(c.used, got.threads) << c.left << " level " << c.level << ' ' << c.m << ' ' << c.n
+                                   << got.reason;
     EXPECT_EQ(c.chunk, got.chunk) << c.left << " level " << c.level << ' ' << c.m << ' ' << c.n << got.reason;
   }
 }

@@ -26,11 +26,20 @@ struct problem {
   T alpha, beta;
   std::vector<T> a, b, c;
 
-  problem(core_int rows, core_int columns, core_int depth, char transa, char transb, core_int pad, T factor_a, T factor_c)
-      : m(rows), n(columns), k(depth), op_a(op_of<T>(transa)), op_b(op_of<T>(transb)),
-        lda((transa == 'N' ? m : k) + pad), ldb((transb == 'N' ? k : n) + pad), ldc(m + pad), alpha(factor_a),
+  problem(core_int rows, core_int columns, core_int depth, char transa, char transb, core_int pad, T factor_a,
+          T factor_c)
+      : m(rows),
+        n(columns),
+        k(depth),
+        op_a(op_of<T>(transa)),
+        op_b(op_of<T>(transb)),
+        lda((transa == 'N' ? m : k) + pad),
+        ldb((transb == 'N' ? k : n) + pad),
+        ldc(m + pad),
+        alpha(factor_a),
         beta(factor_c),
-        a(random_cells(lda * (transa == 'N' ? k : m), 1)), b(random_cells(ldb * (transb == 'N' ? n : k), 2)),
+        a(random_cells(lda * (transa == 'N' ? k : m), 1)),
+        b(random_cells(ldb * (transb == 'N' ? n : k), 2)),
         c(random_cells(ldc * n, 3)) {}
 
   static std::vector<T> random_cells(core_int count, unsigned seed) {
@@ -131,7 +140,8 @@ TEST(GemmPanels, SumInTheDocumentedOrder) {
 }
 
 TEST(GemmPanels, AllOpsAndOddSizesOfEveryPath) {
-  constexpr core_int kSizes[][3] = {{1, 1, 1}, {3, 9, 5}, {8, 8, 8}, {17, 13, 6}, {33, 31, 130}, {40, 5, 257}};
+  constexpr core_int kSizes[][3] = {{1, 1, 1},   {3, 9, 5},     {8, 8, 8},
+                                    {17, 13, 6}, {33, 31, 130}, {40, 5, 257}};
   for (const gemm_path path : kPanelPaths) {
     if (!can_run(path)) continue;
     for_element_types([&]<class T>() {
@@ -169,7 +179,9 @@ TEST(GemmSerial, SizesAboutTilesAndBlocks) {
           const int index = turn / 4;
           const problem<T> p(m, n, k, kLetters[index % 3], kLetters[index / 3 % 3], index % 2,
                              index % 5 == 0 ? from_real<T>(1) : some_alpha<T>(),
-                             index % 4 == 0 ? T{} : index % 4 == 1 ? from_real<T>(1) : element<T>(0.5, -1));
+                             index % 4 == 0   ? T{}
+                             : index % 4 == 1 ? from_real<T>(1)
+                                              : element<T>(0.5, -1));
           std::vector<T> got = p.c;
           gemm_serial(p.call(got.data()));
           p.check(got, text(m, n, k) + kLetters[index % 3] + kLetters[index / 3 % 3]);
@@ -179,8 +191,9 @@ TEST(GemmSerial, SizesAboutTilesAndBlocks) {
   });
 }
 
-constexpr core_int kBeyondBlocks[][3] = {{1100, 9, 20}, {9, 2100, 12}, {12, 16, 600}, {70, 70, 258}, {64, 64, 512},
-                                    {200, 140, 511}, {60, 72, 257}, {129, 65, 224}, {48, 40, 336}};
+constexpr core_int kBeyondBlocks[][3] = {{1100, 9, 20}, {9, 2100, 12},  {12, 16, 600},
+                                         {70, 70, 258}, {64, 64, 512},  {200, 140, 511},
+                                         {60, 72, 257}, {129, 65, 224}, {48, 40, 336}};
 TEST(GemmSerial, BeyondBlocksInEveryDirection) {
   for_element_types([]<class T>() {
     for (const auto& [m, n, k] : kBeyondBlocks) {
@@ -222,7 +235,8 @@ TEST(GemmSerial, SameBitsAtEveryAlignmentAndNoAccessOutside) {
             call.c = c.place(trimmed(one->c, one->ldc, m, n), off);
             gemm_serial(call);
             const std::vector<T> got = c.values();
-            EXPECT_EQ(0, std::memcmp(wanted.data(), got.data(), got.size() * sizeof(T))) << text(m, n, k, off);
+            EXPECT_EQ(0, std::memcmp(wanted.data(), got.data(), got.size() * sizeof(T)))
+                << text(m, n, k, off);
             EXPECT_TRUE(a.intact() && b.intact() && c.intact());
           }
         }
@@ -240,10 +254,10 @@ struct special_case {
 TEST(GemmSerial, ZerosAndNan) {
   const double nan = std::nan("");
   const special_case cases[] = {
-      {"no depth, beta 0", 1, 0, 1, nan, 0, '0'},      {"no depth, beta 1", 1, 1, 1, 5, 0, 'c'},
-      {"alpha 0, beta 1", 0, 1, nan, 5, 30, 'c'},      {"alpha 0, beta 0", 0, 0, nan, nan, 30, '0'},
-      {"alpha NaN", nan, 1, 1, 5, 30, 'n'},            {"beta NaN", 1, nan, 1, 5, 30, 'n'},
-      {"beta NaN, alpha 0", 0, nan, 1, 5, 30, 'n'},    {"NaN in A", 1, 0, nan, 5, 30, 'n'},
+      {"no depth, beta 0", 1, 0, 1, nan, 0, '0'},   {"no depth, beta 1", 1, 1, 1, 5, 0, 'c'},
+      {"alpha 0, beta 1", 0, 1, nan, 5, 30, 'c'},   {"alpha 0, beta 0", 0, 0, nan, nan, 30, '0'},
+      {"alpha NaN", nan, 1, 1, 5, 30, 'n'},         {"beta NaN", 1, nan, 1, 5, 30, 'n'},
+      {"beta NaN, alpha 0", 0, nan, 1, 5, 30, 'n'}, {"NaN in A", 1, 0, nan, 5, 30, 'n'},
       {"NaN in C, beta 1", 1, 1, 1, nan, 30, 'n'},
   };
   for_element_types([&]<class T>() {
@@ -290,17 +304,20 @@ template <class T>
 void check_scheme(gemm_choice choice, core_int m, core_int n, core_int k, char transa, char transb) {
   for (const bool scale_first : {false, true}) {
     choice.scale_first = scale_first;
-    const bool needs_scaled = choice.scheme == gemm_scheme::grid_blocked || choice.scheme >= gemm_scheme::private_pack;
+    const bool needs_scaled =
+        choice.scheme == gemm_scheme::grid_blocked || choice.scheme >= gemm_scheme::private_pack;
     if (needs_scaled && !scale_first) continue;
     const problem<T> p(m, n, k, transa, transb, 1, some_alpha<T>(), element<T>(0.5, -1));
     std::vector<T> got = p.c;
     run_gemm(choice, p.call(got.data()));
-    p.check(got, std::string(name_of(choice.scheme)) + " " +
-                     text(choice.threads, choice.grid_rows, choice.grid_cols, m, n, k) + transa + transb, 5);
+    p.check(got,
+            std::string(name_of(choice.scheme)) + " " +
+                text(choice.threads, choice.grid_rows, choice.grid_cols, m, n, k) + transa + transb,
+            5);
   }
 }
-gemm_choice scheme_of(gemm_scheme scheme, core_int threads, core_int grid_rows, core_int block_m, core_int block_n,
-                      core_int block_k) {
+gemm_choice scheme_of(gemm_scheme scheme, core_int threads, core_int grid_rows, core_int block_m,
+                      core_int block_n, core_int block_k) {
   gemm_choice choice;
   choice.scheme = scheme;
   choice.threads = threads;
@@ -317,7 +334,8 @@ TEST(GemmSchemes, ComputeEveryCellOnce) {
   for_element_types([&]<class T>() {
     int turn = 0;
     for (const core_int threads : {2, 3, 4, 6, 8, 10, 24}) {
-      for (const auto& [m, n, k] : {std::tuple<core_int, core_int, core_int>{75, 53, 40}, {43, 210, 300}, {9, 3, 20}}) {
+      for (const auto& [m, n, k] :
+           {std::tuple<core_int, core_int, core_int>{75, 53, 40}, {43, 210, 300}, {9, 3, 20}}) {
         const char transa = kLetters[turn % 3], transb = kLetters[turn++ / 3 % 3];
         const auto check = [&](gemm_choice choice) { check_scheme<T>(choice, m, n, k, transa, transb); };
         check(scheme_of(gemm_scheme::split_cols, threads, 0, 0, 0, 0));
