@@ -48,13 +48,13 @@ void expect_sizes(const explain_options& options, size_t count, const char* usag
 }
 
 const char* path_name(gemm_path path) {
-  constexpr const char* kNames[] = {"SSE2, strips of B", "SSE3",   "SSSE3", "SSSE3 with SSE4.1",
-                                    "SSE4.2",            "AVX", "AMD family 10h"};
+  constexpr const char* kNames[] = {
+      "SSE2, strips of B", "SSE3", "SSSE3", "SSSE3 with SSE4.1", "SSE4.2", "AVX", "AMD family 10h"};
   return kNames[static_cast<int>(path)];
 }
 
-void add_serial_part(report& out, element_type type, const dense_processor& processor, const gemm_choice& choice,
-                     core_int m, core_int n, core_int k) {
+void add_serial_part(report& out, element_type type, const dense_processor& processor,
+                     const gemm_choice& choice, core_int m, core_int n, core_int k) {
   const gemm_path path = gemm_path_of(processor);
   out["kernels"] = path_name(path);
   gemm_blocks blocks;
@@ -87,7 +87,8 @@ void add_serial_part(report& out, element_type type, const dense_processor& proc
 report explain_gemm(const explain_options& options, element_type type) {
   constexpr const char* kUsage = "explain gemm takes three sizes: M N K";
   expect_sizes(options, 3, kUsage);
-  const core_int m = size_at(options, 0, kUsage), n = size_at(options, 1, kUsage), k = size_at(options, 2, kUsage);
+  const core_int m = size_at(options, 0, kUsage), n = size_at(options, 1, kUsage),
+                 k = size_at(options, 2, kUsage);
   gemm_facts facts{type, processor_of(options), 1, options.in_parallel, m, n, k};
   facts.threads = options.threads > 0 ? options.threads : serv_threads_for_domain(1);
   const gemm_choice choice = choose_gemm(facts);
@@ -134,7 +135,8 @@ report explain_side(const explain_options& options) {
 report explain_syrk(const explain_options& options) {
   constexpr const char* kUsage = "explain syrk takes two sizes: N K";
   expect_sizes(options, 2, kUsage);
-  const syrk_facts facts{processor_of(options).level, size_at(options, 0, kUsage), size_at(options, 1, kUsage),
+  const syrk_facts facts{processor_of(options).level, size_at(options, 0, kUsage),
+                         size_at(options, 1, kUsage),
                          options.threads > 0 ? options.threads : serv_threads_for_domain(1), false};
   const syrk_choice choice = choose_syrk(facts);
   constexpr const char* kNames[] = {"nothing", "order 4", "serial", "slices", "triangle_blocks"};
