@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace qel::cli {
 
@@ -16,6 +17,21 @@ struct info_options {
 };
 /// Version, build, processor, and the environment variables that the library reads.
 int run_info(const info_options& options);
+
+// explain.cpp
+struct explain_options {
+  std::string operation;   ///< gemm, trsm, trmm, symm or syrk
+  std::vector<int> sizes;  ///< M N K, M N, or N K
+  std::string type = "d";  ///< element type: s, d, c, z
+  std::string side = "L";
+  int threads = 0;          ///< 0: what this process may use
+  int level = -1;           ///< -1: this process's
+  std::vector<int> caches;  ///< bytes of the data and unified caches; empty: this processor's
+  bool in_parallel = false;
+  bool json = false;
+};
+/// What the library would do with an operation, and why.
+int run_explain(const explain_options& options);
 
 // solve.cpp
 struct solve_options {

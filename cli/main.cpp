@@ -23,6 +23,24 @@ int run(int argc, char** argv) {
   CLI::App* info_command = app.add_subcommand("info", "Version, build, processor and environment variables");
   info_command->add_flag("--json", info.json, "Print JSON");
 
+  explain_options explain;
+  CLI::App* explain_command =
+      app.add_subcommand("explain", "How an operation of given sizes would be done, and why");
+  explain_command->add_option("operation", explain.operation, "gemm, trsm, trmm, symm or syrk")
+      ->required()
+      ->check(CLI::IsMember({"gemm", "trsm", "trmm", "symm", "syrk"}));
+  explain_command->add_option("sizes", explain.sizes, "gemm: M N K; trsm, trmm, symm: M N; syrk: N K")
+      ->required();
+  explain_command->add_option("--type", explain.type, "Element type: s, d, c or z")->capture_default_str();
+  explain_command->add_option("--side", explain.side, "Side of the matrix: L or R")->capture_default_str();
+  explain_command->add_option("--threads", explain.threads, "Threads allowed, instead of this process's");
+  explain_command->add_option("--level", explain.level, "Processor level 0 to 6, instead of this process's")
+      ->check(CLI::Range(0, 6));
+  explain_command->add_option("--caches", explain.caches, "Bytes of the first, second, third cache")
+      ->delimiter(',');
+  explain_command->add_flag("--in-parallel", explain.in_parallel, "Called from inside a parallel region");
+  explain_command->add_flag("--json", explain.json, "Print JSON");
+
   solve_options solve;
   std::string right_hand_file;
   CLI::App* solve_command = app.add_subcommand("solve", "Solve A X = B for a Matrix Market file");
@@ -43,7 +61,8 @@ int run(int argc, char** argv) {
     return app.exit(error) == 0 ? kDone : kBadInput;
   }
   if (!right_hand_file.empty()) solve.right_hand_side = right_hand_file;
-  return *info_command ? run_info(info) : run_solve(solve);
+  if (*info_command) return run_info(info);
+  return *explain_command ? run_explain(explain) : run_solve(solve);
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ void* load(const std::string& path) { return dlopen(path.c_str(), RTLD_NOW | RTL
 
 std::vector<contender> load_all() {
   std::vector<contender> all;
-  void* subject = load(QEL_LIBRARY);
+  const char* library = std::getenv("QEL_BENCH_SUBJECT");
+  void* subject = load(library != nullptr ? library : QEL_LIBRARY);
   if (subject == nullptr) {
     std::fprintf(stderr, "%s\n", dlerror());
     std::exit(1);

@@ -27,8 +27,9 @@ class contender {
 /// Name of the contender that ratios are formed against.
 inline constexpr const char* kSubject = "QEL";
 
-/// QEL first, then the peers found. The list is made once. Peers: OpenBLAS, BLIS and the reference, where
-/// Debian's packages put them; QEL_BENCH_PEERS ("name=path:name=path") replaces that list.
+/// QEL first (QEL_BENCH_SUBJECT names another build of it, e.g. a drop-in), then the peers found. The list is
+/// made once. Peers: OpenBLAS, BLIS and the reference, where Debian's packages put them; QEL_BENCH_PEERS
+/// ("name=path:name=path") replaces that list.
 const std::vector<contender>& contenders();
 
 }  // namespace qel::bench

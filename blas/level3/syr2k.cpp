@@ -1,39 +1,60 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Core rank-2k updates of a symmetric or Hermitian matrix, on the portable templates. Arguments come by
+// Core rank-2k updates of a symmetric or Hermitian matrix. Arguments come by
 // reference in Fortran order and go on by value; the header says what is computed and who calls.
 #include "blas/level3/level3.h"
 #include "blas/level3/native/level3_native.h"
-#include "blas/plain/level3.h"
+#include "blas/level3/symmetric.h"
 
 namespace qel::core {
+namespace {
+
+template <class T>
+rank_update<T> syr2k_of(bool hermitian, char uplo, char trans, core_int n, core_int k, T alpha, const T* a,
+                        core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc) {
+  return {hermitian,
+          blas::letter_is(uplo, 'U'),
+          update_op<T>(hermitian, trans),
+          n,
+          k,
+          alpha,
+          a,
+          lda,
+          b,
+          ldb,
+          beta,
+          c,
+          ldc};
+}
+
+}  // namespace
 
 void ssyr2k(const char* uplo, const char* trans, const core_int* n, const core_int* k, const float* alpha,
             const float* a, const core_int* lda, const float* b, const core_int* ldb, const float* beta,
             float* c, const core_int* ldc) {
   if (native::native_level3())
     return native::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-  plain::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+  rank_update_driver(syr2k_of(false, *uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc));
 }
 void dsyr2k(const char* uplo, const char* trans, const core_int* n, const core_int* k, const double* alpha,
             const double* a, const core_int* lda, const double* b, const core_int* ldb, const double* beta,
             double* c, const core_int* ldc) {
   if (native::native_level3())
     return native::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-  plain::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+  rank_update_driver(syr2k_of(false, *uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc));
 }
 void csyr2k(const char* uplo, const char* trans, const core_int* n, const core_int* k, const complex8* alpha,
             const complex8* a, const core_int* lda, const complex8* b, const core_int* ldb,
             const complex8* beta, complex8* c, const core_int* ldc) {
   if (native::native_level3())
     return native::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-  plain::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+  rank_update_driver(syr2k_of(false, *uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc));
 }
 void zsyr2k(const char* uplo, const char* trans, const core_int* n, const core_int* k, const complex16* alpha,
             const complex16* a, const core_int* lda, const complex16* b, const core_int* ldb,
             const complex16* beta, complex16* c, const core_int* ldc) {
   if (native::native_level3())
     return native::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-  plain::syr2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+  rank_update_driver(syr2k_of(false, *uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc));
 }
 
 void cher2k(const char* uplo, const char* trans, const core_int* n, const core_int* k, const complex8* alpha,
@@ -41,14 +62,16 @@ void cher2k(const char* uplo, const char* trans, const core_int* n, const core_i
             complex8* c, const core_int* ldc) {
   if (native::native_level3())
     return native::her2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-  plain::her2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+  rank_update_driver(
+      syr2k_of(true, *uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, from_real<complex8>(*beta), c, *ldc));
 }
 void zher2k(const char* uplo, const char* trans, const core_int* n, const core_int* k, const complex16* alpha,
             const complex16* a, const core_int* lda, const complex16* b, const core_int* ldb,
             const double* beta, complex16* c, const core_int* ldc) {
   if (native::native_level3())
     return native::her2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
-  plain::her2k(*uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, *beta, c, *ldc);
+  rank_update_driver(
+      syr2k_of(true, *uplo, *trans, *n, *k, *alpha, a, *lda, b, *ldb, from_real<complex16>(*beta), c, *ldc));
 }
 
 }  // namespace qel::core

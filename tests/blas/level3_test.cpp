@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Level 3 of the core BLAS against straightforward sums in long double: all options, sizes about register
 // tiles and cache blocks, padded leading dimensions, and NaN in everything that may not be read.
+#include "service/serv.h"
 #include "tests/blas/by_type.h"
 #include "tests/blas/reference.h"
 
@@ -195,41 +196,43 @@ void check_update(random_source& random, bool hermitian, bool two, char uplo, ch
   }
 }
 
+/// All rank updates of one order, with every pair of factors from the given one on.
+template <class T>
+void check_all_updates(random_source& random, char uplo, char trans, core_int order, core_int inner,
+                       int pair) {
+  const T alpha = factor<T>(kFactorPairs[pair % std::size(kFactorPairs)][0]);
+  const T beta = factor<T>(kFactorPairs[pair % std::size(kFactorPairs)][1]);
+  if (!is_complex<T> || trans != 'C') {
+    check_update(random, false, false, uplo, trans, order, inner, alpha, beta, [&](auto& a, auto&, auto& c) {
+      call(core_of<T>::syrk, uplo, trans, order, inner, alpha, a.data(), a.ld(), beta, c.data(), c.ld());
+    });
+    check_update(random, false, true, uplo, trans, order, inner, alpha, beta, [&](auto& a, auto& b, auto& c) {
+      call(core_of<T>::syr2k, uplo, trans, order, inner, alpha, a.data(), a.ld(), b.data(), b.ld(), beta,
+           c.data(), c.ld());
+    });
+  }
+  if (!is_complex<T> || trans == 'T') return;
+  const real_of<T> real_alpha = real_part(alpha), real_beta = real_part(beta);
+  const T alpha_r = from_real<T>(real_alpha), beta_r = from_real<T>(real_beta);
+  check_update(random, true, false, uplo, trans, order, inner, alpha_r, beta_r, [&](auto& a, auto&, auto& c) {
+    call(core_of<T>::herk, uplo, trans, order, inner, real_alpha, a.data(), a.ld(), real_beta, c.data(),
+         c.ld());
+  });
+  check_update(random, true, true, uplo, trans, order, inner, alpha, beta_r, [&](auto& a, auto& b, auto& c) {
+    call(core_of<T>::her2k, uplo, trans, order, inner, alpha, a.data(), a.ld(), b.data(), b.ld(), real_beta,
+         c.data(), c.ld());
+  });
+}
+
 TYPED_TEST(Level3, RankUpdatesTouchOneTriangle) {
-  using T = TypeParam;
-  constexpr core_int kOrders[][2] = {{0, 3}, {1, 2}, {3, 0}, {5, 5}, {10, 33}, {33, 10}, {50, 1}, {70, 40}};
+  constexpr core_int kOrders[][2] = {{0, 3},   {1, 2},   {3, 0},  {4, 9},  {5, 5},
+                                     {10, 33}, {33, 10}, {50, 1}, {70, 40}};
   int pair = 0;
   for (const char uplo : {'U', 'L'}) {
     for (const char trans : {'N', 'T', 'C'}) {
       for (const auto& [n, k] : kOrders) {
-        for (int repeat = 0; repeat < 3; ++repeat, ++pair) {
-          const T alpha = factor<T>(kFactorPairs[pair % std::size(kFactorPairs)][0]);
-          const T beta = factor<T>(kFactorPairs[pair % std::size(kFactorPairs)][1]);
-          if (!is_complex<T> || trans != 'C') {
-            check_update(this->random_, false, false, uplo, trans, n, k, alpha, beta,
-                         [&, order = n, inner = k](auto& a, auto&, auto& c) {
-                           call(core_of<T>::syrk, uplo, trans, order, inner, alpha, a.data(), a.ld(), beta,
-                                c.data(), c.ld());
-                         });
-            check_update(this->random_, false, true, uplo, trans, n, k, alpha, beta,
-                         [&, order = n, inner = k](auto& a, auto& b, auto& c) {
-                           call(core_of<T>::syr2k, uplo, trans, order, inner, alpha, a.data(), a.ld(),
-                                b.data(), b.ld(), beta, c.data(), c.ld());
-                         });
-          }
-          if (!is_complex<T> || trans == 'T') continue;
-          const real_of<T> real_alpha = real_part(alpha), real_beta = real_part(beta);
-          const T alpha_r = from_real<T>(real_alpha), beta_r = from_real<T>(real_beta);
-          check_update(this->random_, true, false, uplo, trans, n, k, alpha_r, beta_r,
-                       [&, order = n, inner = k](auto& a, auto&, auto& c) {
-                         call(core_of<T>::herk, uplo, trans, order, inner, real_alpha, a.data(), a.ld(),
-                              real_beta, c.data(), c.ld());
-                       });
-          check_update(this->random_, true, true, uplo, trans, n, k, alpha, beta_r,
-                       [&, order = n, inner = k](auto& a, auto& b, auto& c) {
-                         call(core_of<T>::her2k, uplo, trans, order, inner, alpha, a.data(), a.ld(), b.data(),
-                              b.ld(), real_beta, c.data(), c.ld());
-                       });
+        for (int repeat = 0; repeat < 3; ++repeat) {
+          check_all_updates<TypeParam>(this->random_, uplo, trans, n, k, pair++);
         }
       }
     }
@@ -311,6 +314,46 @@ TYPED_TEST(Level3, TrmmAndTrsmAllOptions) {
     for (const bool solve : {false, true})
       check_triangular<TypeParam>(this->random_, solve, o, 4, 3, TypeParam{});
   }
+}
+
+// Beyond the diagonal blocks of every level, and beyond the columns or rows of B that are taken at a time.
+TYPED_TEST(Level3, TrmmAndTrsmBeyondBlocks) {
+  constexpr core_int kOrders[][2] = {{150, 5}, {290, 3}, {5, 540}, {40, 1030}, {1030, 40}};
+  int index = 0;
+  for (const triangle_options& o : all_triangle_options()) {
+    const auto& [m, n] = kOrders[index % static_cast<int>(std::size(kOrders))];
+    const core_int order = o.side == 'L' ? m : n;
+    const bool solve = index++ / 2 % 2 == 0;
+    if (order <= 600) check_triangular<TypeParam>(this->random_, solve, o, m, n, factor<TypeParam>(2));
+  }
+}
+
+// Counts of threads that divide the sizes and that do not, and more threads than there is work for.
+TYPED_TEST(Level3, OnThreads) {
+  using T = TypeParam;
+  serv_set_dynamic(0);
+  int index = 0;
+  for (const int threads : {2, 3, 4, 8}) {
+    serv_set_domain_threads(threads, 1);
+    for (const triangle_options& o : all_triangle_options()) {
+      ++index;
+      check_triangular<T>(this->random_, index % 2 == 0, o, index % 3 == 0 ? 90 : 53,
+                          index % 3 == 0 ? 41 : 97, factor<T>(2));
+    }
+    for (const char uplo : {'U', 'L'}) {
+      for (const char trans : {'N', 'T', 'C'})
+        check_all_updates<T>(this->random_, uplo, trans, 77, 21, index++);
+      for (const char side : {'L', 'R'}) {
+        check_symmetric(this->random_, core_of<T>::symm, shape::kSymmetric, side, uplo, {83, 85, 0},
+                        factor<T>(2), factor<T>(index % 3));
+        check_symmetric(this->random_, core_of<T>::hemm,
+                        is_complex<T> ? shape::kHermitian : shape::kSymmetric, side, uplo, {85, 83, 0},
+                        factor<T>(2), factor<T>(index++ % 3));
+      }
+    }
+    check_gemm<T>(this->random_, 'N', 'T', {90, 70, 50}, factor<T>(2), factor<T>(2));
+  }
+  serv_set_domain_threads(1, 1);
 }
 
 TYPED_TEST(Level3, TrsmKeepsSingularSystemsUntested) {

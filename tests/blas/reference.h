@@ -99,9 +99,18 @@ inline dense op(char trans, const dense& a) {
   return result;
 }
 
-/// Element (i, j) of alpha A B, added to what sum holds.
+/// Element (i, j) of alpha A B, added to what sum holds. In parts, and with |re| + |im| for a size: products
+/// and magnitudes of complex long doubles are slow.
 inline void add_product(bounded& sum, wide alpha, const dense& a, const dense& b, core_int i, core_int j) {
-  for (core_int l = 0; l < a.n; ++l) sum.add(alpha * a(i, l) * b(l, j));
+  long double re = 0, im = 0, size = 0;
+  for (core_int l = 0; l < a.n; ++l) {
+    const wide x = a(i, l), y = b(l, j);
+    re += x.real() * y.real() - x.imag() * y.imag();
+    im += x.real() * y.imag() + x.imag() * y.real();
+    size += (std::fabs(x.real()) + std::fabs(x.imag())) * (std::fabs(y.real()) + std::fabs(y.imag()));
+  }
+  sum.value += alpha * wide(re, im);
+  sum.size += std::abs(alpha) * size;
 }
 
 /// Cells in memory of which a routine may read and write some. The rest must stay as it is: NaN, which shows

@@ -120,5 +120,35 @@ TEST(Info, TellsWhichVariablesHaveAnEffect) {
   }
 }
 
+TEST(Explain, ShowsThePlanOfTheGivenFacts) {
+  struct {
+    const char* arguments;
+    std::vector<std::pair<const char*, nlohmann::json>> wanted;
+  } const cases[] = {
+      {"gemm 2000 2000 2000 --threads 8 --level 3 --caches 32768,262144,8388608",
+       {{"scheme", "shared_a"}, {"grid", "4 x 2"}, {"block_m", 1000}, {"class", 3}, {"tile", "2 x 8"}}},
+      {"gemm 5 1000 1000 --threads 8 --level 4", {{"scheme", "serial"}, {"threads", 1}, {"tile", "8 x 4"}}},
+      {"gemm 100 100 258 --threads 1 --level 0", {{"scheme", "serial"}, {"level", 0}}},
+      {"gemm 100 100 113 --threads 1 --level 1 --type z", {{"b_without_transpose", "read as it lies"}}},
+      {"trsm 600 31 --threads 4 --level 1", {{"threads", 1}, {"reason", "narrow slabs"}}},
+      {"trsm 600 40 --side R --threads 4 --level 3", {{"threads", 4}, {"rows_per_thread", 148}}},
+      {"syrk 1000 100 --threads 3 --level 4", {{"scheme", "triangle_blocks"}, {"pieces", 10}}},
+  };
+  for (const auto& c : cases) {
+    const command_result result = run(std::string("explain --json ") + c.arguments);
+    ASSERT_EQ(result.exit_code, 0) << result.output;
+    const nlohmann::json report = nlohmann::json::parse(result.output);
+    for (const auto& [key, value] : c.wanted) EXPECT_EQ(report[key], value) << c.arguments << ' ' << key;
+  }
+  EXPECT_TRUE(contains(run("explain gemm 9 9 9 --level 3").output, "too small for threads"));
+}
+
+TEST(Explain, RefusesWhatItCannotRead) {
+  for (const char* arguments : {"gemm 1 2", "trsm 1 2 3", "gemm 1 2 3 --type q", "trsm 1 2 --side X", "dot 5",
+                                "gemm 1 -2 3", "syrk 5 5 --level 9"}) {
+    EXPECT_EQ(run(std::string("explain ") + arguments).exit_code, 2) << arguments;
+  }
+}
+
 }  // namespace
 }  // namespace qel::cli
