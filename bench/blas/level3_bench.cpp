@@ -164,7 +164,7 @@ template <class V>
 #pragma GCC unroll 10
       for (V& s : sum) {
         V product = factor;
-        asm("" : "+x"(product));
+        asm volatile("" : "+x"(product));
         s += product * factor;
       }
     }

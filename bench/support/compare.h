@@ -39,8 +39,7 @@ void compare(const std::string& case_name, const char* symbol, work_per_call wor
   }
 }
 
-/// main of every benchmark: sets the defaults (9 repetitions, random interleaving, one thread
-/// unless OMP_NUM_THREADS is set, QEL's native levels unless QEL_NATIVE is), runs, prints the table of
+/// main of every benchmark: sets the defaults (9 repetitions, random interleaving), runs, prints the table of
 /// ratios. Usual Google Benchmark flags work.
 int run_comparison(int argc, char** argv);
 

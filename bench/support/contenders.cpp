@@ -18,6 +18,7 @@ constexpr const char* kDebianPeers =
 void* load(const std::string& path) { return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND); }
 
 std::vector<contender> load_all() {
+  set_environment_defaults();  // before any library is loaded: OpenMP run times read the environment then
   std::vector<contender> all;
   const char* library = std::getenv("QEL_BENCH_SUBJECT");
   void* subject = load(library != nullptr ? library : QEL_LIBRARY);
@@ -41,6 +42,11 @@ std::vector<contender> load_all() {
 }
 
 }  // namespace
+
+void set_environment_defaults() {
+  setenv("OMP_NUM_THREADS", "1", 0);
+  setenv("QEL_NATIVE", "1", 0);
+}
 
 void* contender::look_up(const char* symbol) const { return dlsym(handle_, symbol); }
 

@@ -24,6 +24,10 @@ class contender {
   void* handle_;
 };
 
+/// One thread unless OMP_NUM_THREADS is set, QEL's native levels unless QEL_NATIVE is. Loading contenders
+/// does it first.
+void set_environment_defaults();
+
 /// Name of the contender that ratios are formed against.
 inline constexpr const char* kSubject = "QEL";
 
