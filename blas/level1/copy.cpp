@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Core copies: on threads where they pay, else the kernel of the processor level, bound on first use.
-// Exchanges run on the portable template.
 #include "blas/level1/level1.h"
 #include "blas/level1/level1_rows.h"
 #include "blas/level1/slices.h"
-#include "blas/plain/level1.h"
 
 namespace qel {
 namespace {
@@ -34,16 +32,16 @@ void core::zcopy(const core_int* n, const complex16* x, const core_int* incx, co
 }
 
 void core::sswap(const core_int* n, float* x, const core_int* incx, float* y, const core_int* incy) {
-  plain::swap(*n, x, *incx, y, *incy);
+  call_kernel<kSswap>(n, x, incx, y, incy);
 }
 void core::dswap(const core_int* n, double* x, const core_int* incx, double* y, const core_int* incy) {
-  plain::swap(*n, x, *incx, y, *incy);
+  call_kernel<kDswap>(n, x, incx, y, incy);
 }
 void core::cswap(const core_int* n, complex8* x, const core_int* incx, complex8* y, const core_int* incy) {
-  plain::swap(*n, x, *incx, y, *incy);
+  call_kernel<kCswap>(n, x, incx, y, incy);
 }
 void core::zswap(const core_int* n, complex16* x, const core_int* incx, complex16* y, const core_int* incy) {
-  plain::swap(*n, x, *incx, y, *incy);
+  call_kernel<kZswap>(n, x, incx, y, incy);
 }
 
 }  // namespace qel

@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Native dot products. Real: eight accumulator registers, one product of registers to each per step. Complex:
+// four and four, `straight` for y times x as stored (yr xr, yi xi), `crossed` for y times x with its parts
+// exchanged (yr xi, yi xr); their sums by part give both products. Strided vectors fill the same registers,
+// in shorter steps.
+#include "blas/kernels/kernel_prelude.h"
+#include "blas/kernels/l5_avx2/wide.inl.h"
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+template <class R, class X, class Y>
+struct real_sum {
+  using W = wide<R>;
+  static constexpr int kSums = 8;
+  X x;
+  Y y;
+  typename W::reg sum[kSums];
+  real_sum(X from_x, Y from_y) : x(from_x), y(from_y) {
+    for (auto& s : sum) s = W::zero();
+  }
+  template <int kRegisters>
+  void registers() {
+#pragma GCC unroll 8
+    for (int k = 0; k < kRegisters; ++k) sum[k] = W::fused(x.get(k), y.get(k), sum[k]);
+    x.advance(kRegisters);
+    y.advance(kRegisters);
+  }
+  void part(core_int count) { sum[1] = W::fused(x.get_part(count), y.get_part(count), sum[1]); }
+  R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
+};
+
+template <class R>
+inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
+  if (n <= 0) return 0;
+  if (incx * incy == 1) {  // both strides 1 or both -1 pair the same elements
+    real_sum<R, contiguous<R>, contiguous<R>> dot(contiguous<R>{x}, contiguous<R>{y});
+    run_registers<R, 8, 4, 2, 1>(dot, n);
+    return dot.total();
+  }
+  real_sum<R, strided<R>, strided<R>> dot({first_element(x, n, incx), incx},
+                                          {first_element(y, n, incy), incy});
+  run_registers<R, 2, 1>(dot, n);
+  return dot.total();
+}
+
+template <class C, class X, class Y>
+struct complex_sum {
+  using R = typename parts<C>::real;
+  using W = wide<R>;
+  static constexpr int kSums = 4;
+  X x;
+  Y y;
+  typename W::reg straight[kSums], crossed[kSums];
+  complex_sum(X from_x, Y from_y) : x(from_x), y(from_y) {
+    for (int k = 0; k < kSums; ++k) straight[k] = crossed[k] = W::zero();
+  }
+  void add(int k, typename W::reg from_x, typename W::reg from_y) {
+    straight[k] = W::fused(from_y, from_x, straight[k]);
+    crossed[k] = W::fused(from_y, W::exchanged(from_x), crossed[k]);
+  }
+  template <int kRegisters>
+  void registers() {
+#pragma GCC unroll 4
+    for (int k = 0; k < kRegisters; ++k) add(k, x.get(k), y.get(k));
+    x.advance(kRegisters);
+    y.advance(kRegisters);
+  }
+  void part(core_int count) { add(1, x.get_part(count), y.get_part(count)); }
+  template <bool kConjugate>
+  C total() const {
+    R same[2], cross[2];
+    W::sums_by_part(sum_of_registers<W, kSums>(straight), same);
+    W::sums_by_part(sum_of_registers<W, kSums>(crossed), cross);
+    if (kConjugate) return {same[0] + same[1], cross[1] - cross[0]};
+    return {same[0] - same[1], cross[0] + cross[1]};
+  }
+};
+
+template <bool kConjugate, class C>
+inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int incy) {
+  if (n <= 0) return {0, 0};
+  if (incx * incy == 1) {
+    complex_sum<C, contiguous<C>, contiguous<C>> dot(contiguous<C>{x}, contiguous<C>{y});
+    run_registers<C, 4, 2, 1>(dot, n);
+    return dot.template total<kConjugate>();
+  }
+  complex_sum<C, strided<C>, strided<C>> dot({first_element(x, n, incx), incx},
+                                             {first_element(y, n, incy), incy});
+  run_registers<C, 2, 1>(dot, n);
+  return dot.template total<kConjugate>();
+}
+
+}  // namespace
+
+float sdot(const core_int* n, const float* x, const core_int* incx, const float* y, const core_int* incy) {
+  return dot_real(*n, x, *incx, y, *incy);
+}
+double ddot(const core_int* n, const double* x, const core_int* incx, const double* y, const core_int* incy) {
+  return dot_real(*n, x, *incx, y, *incy);
+}
+void cdotu(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
+           const core_int* incy) {
+  set_element(result, dot_complex<false>(*n, x, *incx, y, *incy));
+}
+void cdotc(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
+           const core_int* incy) {
+  set_element(result, dot_complex<true>(*n, x, *incx, y, *incy));
+}
+void zdotu(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
+           const core_int* incy) {
+  set_element(result, dot_complex<false>(*n, x, *incx, y, *incy));
+}
+void zdotc(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
+           const core_int* incy) {
+  set_element(result, dot_complex<true>(*n, x, *incx, y, *incy));
+}
+
+}  // namespace qel::QEL_LEVEL

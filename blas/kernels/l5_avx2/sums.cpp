@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Native sums of magnitudes and Euclidean norms. A complex vector is twice as many reals.
+//
+// Magnitudes go to eight accumulator registers in turn.
+//
+// A norm is the root of the sum of squares, in double, so single precision can neither overflow nor
+// underflow. In double the sum is good if it is finite and large enough that squares lost to underflow don't
+// show in it. Otherwise the squares are summed again over numbers scaled by a power of two, which changes
+// none of their bits: downwards if the sum is not finite, upwards if it is tiny. After scaling down only
+// infinities and NaN can still give such a sum, and it then is the result.
+#include "blas/kernels/kernel_prelude.h"
+#include "blas/kernels/l5_avx2/wide.inl.h"
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+template <class R, class X>
+struct magnitude_sum {
+  using W = wide<R>;
+  static constexpr int kSums = 8;
+  X x;
+  typename W::reg sum[kSums];
+  explicit magnitude_sum(X from_x) : x(from_x) {
+    for (auto& s : sum) s = W::zero();
+  }
+  template <int kRegisters>
+  void registers() {
+#pragma GCC unroll 8
+    for (int k = 0; k < kRegisters; ++k) sum[k] = W::add(sum[k], W::magnitude(x.get(k)));
+    x.advance(kRegisters);
+  }
+  void part(core_int count) { sum[1] = W::add(sum[1], W::magnitude(x.get_part(count))); }
+  R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
+};
+
+// The squares of a register, added to two accumulators of doubles.
+inline void add_squares(__m256d v, __m256d* sum) { sum[0] = _mm256_fmadd_pd(v, v, sum[0]); }
+inline void add_squares(__m256 v, __m256d* sum) {
+  const __m256d low = _mm256_cvtps_pd(_mm256_castps256_ps128(v));
+  const __m256d high = _mm256_cvtps_pd(_mm256_extractf128_ps(v, 1));
+  sum[0] = _mm256_fmadd_pd(low, low, sum[0]);
+  sum[1] = _mm256_fmadd_pd(high, high, sum[1]);
+}
+template <class R>
+inline constexpr int kSquareSums = 1;
+template <>
+inline constexpr int kSquareSums<float> = 2;
+
+template <class R, class X, bool kScaled>
+struct square_sum {
+  using W = wide<R>;
+  static constexpr int kSums = 8;
+  X x;
+  typename W::reg scale;
+  __m256d sum[kSums];
+  square_sum(X from_x, R factor) : x(from_x), scale(W::all(factor)) {
+    for (auto& s : sum) s = _mm256_setzero_pd();
+  }
+  void add(int k, typename W::reg v) {
+    if (kScaled) v = W::mul(scale, v);
+    add_squares(v, sum + k * kSquareSums<R>);
+  }
+  template <int kRegisters>
+  void registers() {
+#pragma GCC unroll 8
+    for (int k = 0; k < kRegisters; ++k) add(k, x.get(k));
+    x.advance(kRegisters);
+  }
+  void part(core_int count) { add(1, x.get_part(count)); }
+  double total() const { return wide<double>::sum(sum_of_registers<wide<double>, kSums>(sum)); }
+};
+
+/// Calls sum(stream, constants of the stream's elements) for the vector as what it is: contiguous reals, or
+/// strided elements.
+template <class T, class Sum>
+inline auto over_stream(core_int n, const T* x, core_int inc, Sum sum) {
+  using R = typename parts<T>::real;
+  if (inc == 1 || inc == -1) {
+    return sum(n * parts<T>::kCount, contiguous<R>(reinterpret_cast<const R*>(x)), R{});
+  }
+  return sum(n, strided<T>{first_element(x, n, inc), inc}, T{});
+}
+
+template <class R, class T>
+inline R asum(core_int n, const T* x, core_int inc) {
+  if (n <= 0) return 0;
+  return over_stream(n, x, inc, []<class S, class E>(core_int count, S stream, E) {
+    magnitude_sum<R, S> op(stream);
+    run_registers<E, 8, 4, 2, 1>(op, count);
+    return op.total();
+  });
+}
+
+template <bool kScaled, class T>
+inline double sum_of_squares(core_int n, const T* x, core_int inc, typename parts<T>::real scale) {
+  return over_stream(n, x, inc, [scale]<class S, class E>(core_int count, S stream, E) {
+    using R = typename parts<T>::real;
+    square_sum<R, S, kScaled> op(stream, scale);
+    if constexpr (kSquareSums<R> == 1) {
+      run_registers<E, 8, 4, 2, 1>(op, count);
+    } else {
+      run_registers<E, 4, 2, 1>(op, count);
+    }
+    return op.total();
+  });
+}
+
+inline double root(double v) {
+  const __m128d wide_v = _mm_set_sd(v);
+  return _mm_cvtsd_f64(_mm_sqrt_sd(wide_v, wide_v));
+}
+
+template <class T>
+inline float norm(core_int n, const T* x, core_int inc, float) {
+  return static_cast<float>(root(sum_of_squares<false>(n, x, inc, 1)));
+}
+
+// A square below the smallest normal number loses at most 2^-1075, of any number of them less than 2^-1012.
+constexpr double kSafelyLarge = 0x1p-950;
+constexpr double kLargest = 0x1.fffffffffffffp1023;
+
+template <class T>
+[[gnu::noinline]] double norm_out_of_range(core_int n, const T* x, core_int inc, double scale) {
+  return root(sum_of_squares<true>(n, x, inc, scale)) / scale;
+}
+template <class T>
+inline double norm(core_int n, const T* x, core_int inc, double) {
+  const double sum = sum_of_squares<false>(n, x, inc, 1);
+  if (sum >= kSafelyLarge && sum <= kLargest) [[likely]] {
+    return root(sum);
+  }
+  return norm_out_of_range(n, x, inc, sum < kSafelyLarge ? 0x1p600 : 0x1p-600);
+}
+
+template <class R, class T>
+inline R nrm2(core_int n, const T* x, core_int inc) {
+  if (n <= 0) return 0;
+  // The norm does not care for order: the walk goes up from the pointer either way.
+  return norm(n, x, inc < 0 ? -inc : inc, R{});
+}
+
+}  // namespace
+
+float sasum(const core_int* n, const float* x, const core_int* incx) { return asum<float>(*n, x, *incx); }
+double dasum(const core_int* n, const double* x, const core_int* incx) { return asum<double>(*n, x, *incx); }
+float scasum(const core_int* n, const complex8* x, const core_int* incx) { return asum<float>(*n, x, *incx); }
+double dzasum(const core_int* n, const complex16* x, const core_int* incx) {
+  return asum<double>(*n, x, *incx);
+}
+
+float snrm2(const core_int* n, const float* x, const core_int* incx) { return nrm2<float>(*n, x, *incx); }
+double dnrm2(const core_int* n, const double* x, const core_int* incx) { return nrm2<double>(*n, x, *incx); }
+float scnrm2(const core_int* n, const complex8* x, const core_int* incx) { return nrm2<float>(*n, x, *incx); }
+double dznrm2(const core_int* n, const complex16* x, const core_int* incx) {
+  return nrm2<double>(*n, x, *incx);
+}
+
+}  // namespace qel::QEL_LEVEL
