@@ -30,6 +30,14 @@ struct real_sum {
   R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
 };
 
+// The strided ways stand out of line, so that the contiguous ones save no registers.
+template <class R>
+[[gnu::noinline]] R dot_strided_real(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
+  real_sum<R, strided<R>, strided<R>> dot({first_element(x, n, incx), incx},
+                                          {first_element(y, n, incy), incy});
+  run_registers<R, 2, 1>(dot, n);
+  return dot.total();
+}
 template <class R>
 inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
   if (n <= 0) return 0;
@@ -38,10 +46,7 @@ inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int in
     run_registers<R, 8, 4, 2, 1>(dot, n);
     return dot.total();
   }
-  real_sum<R, strided<R>, strided<R>> dot({first_element(x, n, incx), incx},
-                                          {first_element(y, n, incy), incy});
-  run_registers<R, 2, 1>(dot, n);
-  return dot.total();
+  return dot_strided_real(n, x, incx, y, incy);
 }
 
 template <class C, class X, class Y>
@@ -62,7 +67,7 @@ struct complex_sum {
   template <int kRegisters>
   void registers() {
 #pragma GCC unroll 4
-    for (int k = 0; k < kRegisters; ++k) add(k, x.get(k), y.get(k));
+    for (int k = 0; k < kRegisters; ++k) add(k, in_register(x.get(k)), in_register(y.get(k)));
     x.advance(kRegisters);
     y.advance(kRegisters);
   }
@@ -78,6 +83,13 @@ struct complex_sum {
 };
 
 template <bool kConjugate, class C>
+[[gnu::noinline]] C dot_strided_complex(core_int n, const C* x, core_int incx, const C* y, core_int incy) {
+  complex_sum<C, strided<C>, strided<C>> dot({first_element(x, n, incx), incx},
+                                             {first_element(y, n, incy), incy});
+  run_registers<C, 2, 1>(dot, n);
+  return dot.template total<kConjugate>();
+}
+template <bool kConjugate, class C>
 inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int incy) {
   if (n <= 0) return {0, 0};
   if (incx * incy == 1) {
@@ -85,10 +97,7 @@ inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int
     run_registers<C, 4, 2, 1>(dot, n);
     return dot.template total<kConjugate>();
   }
-  complex_sum<C, strided<C>, strided<C>> dot({first_element(x, n, incx), incx},
-                                             {first_element(y, n, incy), incy});
-  run_registers<C, 2, 1>(dot, n);
-  return dot.template total<kConjugate>();
+  return dot_strided_complex<kConjugate>(n, x, incx, y, incy);
 }
 
 }  // namespace

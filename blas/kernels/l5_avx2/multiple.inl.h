@@ -29,9 +29,11 @@ struct fused_complex_multiple {
   C alpha;
   explicit fused_complex_multiple(C a) : real(W::all(a.real)), imag(W::opposite(a.imag)), alpha(a) {}
   typename W::reg of(typename W::reg x) const {
+    x = in_register(x);
     return W::fused(imag, W::exchanged(x), W::mul(real, x));
   }
   typename W::reg added(typename W::reg x, typename W::reg y) const {
+    x = in_register(x);
     return W::fused(imag, W::exchanged(x), W::fused(real, x, y));
   }
   C of_element(C x) const {
