@@ -17,7 +17,7 @@ struct magnitude_sum {
   four_sums<R> sum;
   Stream x;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; ++k) sum.add(k, lanes<R>::magnitude(x.get(k)));
     x.advance(kRegisters);

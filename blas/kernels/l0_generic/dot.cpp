@@ -18,7 +18,7 @@ struct contiguous_dot {
   four_sums<R> sum;
   Stream x, y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
     for (int k = 0; k < kRegisters; ++k) sum.add(k, lanes<R>::mul(x.get(k), y.get(k)));
     x.advance(kRegisters);
     y.advance(kRegisters);

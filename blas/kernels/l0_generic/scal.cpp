@@ -18,7 +18,7 @@ struct contiguous_scal {
   multiple<T> alpha_times;
   R* x;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; ++k) {
       R* at = x + k * L::kCount;

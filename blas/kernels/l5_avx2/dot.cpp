@@ -20,13 +20,13 @@ struct real_sum {
     for (auto& s : sum) s = W::zero();
   }
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) sum[k] = W::fused(x.get(k), y.get(k), sum[k]);
     x.advance(kRegisters);
     y.advance(kRegisters);
   }
-  void part(core_int count) { sum[1] = W::fused(x.get_part(count), y.get_part(count), sum[1]); }
+  [[gnu::always_inline]] void part(core_int count) { sum[1] = W::fused(x.get_part(count), y.get_part(count), sum[1]); }
   R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
 };
 
@@ -65,13 +65,13 @@ struct complex_sum {
     crossed[k] = W::fused(from_y, W::exchanged(from_x), crossed[k]);
   }
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 4
     for (int k = 0; k < kRegisters; ++k) add(k, in_register(x.get(k)), in_register(y.get(k)));
     x.advance(kRegisters);
     y.advance(kRegisters);
   }
-  void part(core_int count) { add(1, x.get_part(count), y.get_part(count)); }
+  [[gnu::always_inline]] void part(core_int count) { add(1, x.get_part(count), y.get_part(count)); }
   template <bool kConjugate>
   C total() const {
     R same[2], cross[2];

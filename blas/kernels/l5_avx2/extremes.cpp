@@ -21,6 +21,8 @@ using singles = __m256;
 
 inline bool any(reals mask) { return _mm256_movemask_pd(mask) != 0; }
 inline bool any(singles mask) { return _mm256_movemask_ps(mask) != 0; }
+inline double low_lane(reals v) { return _mm256_cvtsd_f64(v); }
+inline float low_lane(singles v) { return _mm256_cvtss_f32(v); }
 inline reals either(reals a, reals b) { return _mm256_or_pd(a, b); }
 inline singles either(singles a, singles b) { return _mm256_or_ps(a, b); }
 inline reals unordered(reals a, reals b) { return _mm256_cmp_pd(a, b, _CMP_UNORD_Q); }
@@ -64,19 +66,31 @@ inline auto magnitudes(const T* x) {
   }
 }
 
+// Halves, quarters, and for singles eighths of a register exchanged.
+template <int kDistance>
+inline reals exchanged_lanes(reals v) {
+  return kDistance == 2 ? _mm256_permute2f128_pd(v, v, 1) : _mm256_permute_pd(v, 5);
+}
+template <int kDistance>
+inline singles exchanged_lanes(singles v) {
+  if (kDistance == 4) return _mm256_permute2f128_ps(v, v, 1);
+  return kDistance == 2 ? _mm256_permute_ps(v, _MM_SHUFFLE(1, 0, 3, 2))
+                        : _mm256_permute_ps(v, _MM_SHUFFLE(2, 3, 0, 1));
+}
+
 template <class Rule, class T>
 struct search {
   using R = typename parts<T>::real;
   using W = wide<R>;
   using reg = typename W::reg;
   static constexpr core_int kWidth = W::kCount;
-  static constexpr int kSums = 4;
+  static constexpr int kExtremes = 4;
 
   const T* x;
   core_int inc;
   R best;
   core_int index = 0;
-  core_int block = 0;  // if above 0: the best stands in the block that ends there, at or behind index
+  bool in_block = false;  // the best is the first of its size in the block that starts at index
   bool nan_seen;
 
   search(const T* first, core_int stride)
@@ -88,7 +102,7 @@ struct search {
     nan_seen |= next != next;
     best = next;
     index = i;
-    block = 0;
+    in_block = false;
   }
   void walk(core_int first, core_int last) {
     for (core_int i = first; i < last; ++i) look_at(i);
@@ -97,9 +111,9 @@ struct search {
   /// Elements first .. first + kRegisters * kWidth - 1. False, with nothing changed, if there is a NaN.
   template <int kRegisters>
   bool take_block(core_int first) {
+    constexpr int kUsed = kRegisters < kExtremes ? kRegisters : kExtremes;
     const T* at = x + first;
-    reg extreme[kSums], nan = W::zero();
-    constexpr int kUsed = kRegisters < kSums ? kRegisters : kSums;
+    reg extreme[kUsed], nan = W::zero();
 #pragma GCC unroll 4
     for (int k = 0; k < kUsed; ++k) extreme[k] = magnitudes(at + k * kWidth);
 #pragma GCC unroll 4
@@ -107,45 +121,46 @@ struct search {
       nan = either(nan, unordered(extreme[k], extreme[k + 1 < kUsed ? k + 1 : k]));
     }
 #pragma GCC unroll 8
-    for (int r = kSums; r < kRegisters; r += kSums) {
-      reg v[kSums];
+    for (int r = kExtremes; r < kRegisters; r += kExtremes) {
+      reg v[kExtremes];
 #pragma GCC unroll 4
-      for (int k = 0; k < kSums; ++k) {
-        v[k] = magnitudes(at + (r + k) * kWidth);
-        extreme[k] = Rule::better(extreme[k], v[k]);
-      }
+      for (int k = 0; k < kExtremes; ++k) v[k] = magnitudes(at + (r + k) * kWidth);
       nan = either(nan, either(unordered(v[0], v[1]), unordered(v[2], v[3])));
+#pragma GCC unroll 4
+      for (int k = 0; k < kUsed; ++k) extreme[k] = Rule::better(extreme[k], v[k]);
     }
 #pragma GCC unroll 4
     for (int k = 1; k < kUsed; ++k) extreme[0] = Rule::better(extreme[0], extreme[k]);
     if (any(either(nan, Rule::beats(extreme[0], W::all(best))))) {
       if (any(nan)) return false;
-      R lane[kWidth];
-      W::store(lane, extreme[0]);
-      for (int l = 0; l < kWidth; ++l) {
-        if (!Rule::keeps(best, lane[l])) best = lane[l];
-      }
+      reg lanes_best = extreme[0];
+      if constexpr (kWidth == 8) lanes_best = Rule::better(lanes_best, exchanged_lanes<4>(lanes_best));
+      lanes_best = Rule::better(lanes_best, exchanged_lanes<2>(lanes_best));
+      lanes_best = Rule::better(lanes_best, exchanged_lanes<1>(lanes_best));
+      best = low_lane(lanes_best);
       index = first;
-      block = first + kRegisters * kWidth;
+      in_block = true;
     }
     return true;
   }
+  /// From element i on, as many whole blocks as there are up to n; returns where that ends.
   template <int kRegisters>
   core_int take_blocks(core_int i, core_int n) {
-    while (i + kRegisters * kWidth <= n) {
-      // Only the element after a NaN can replace it, whatever its size.
-      if (best != best) {
-        look_at(i++);
-        continue;
-      }
-      if (!take_block<kRegisters>(i)) walk(i, i + kRegisters * kWidth);
-      i += kRegisters * kWidth;
+    for (; i + kRegisters * kWidth <= n; i += kRegisters * kWidth) {
+      if (best != best) look_at(i);  // only the element after a NaN can replace it, whatever its size
+      if (best != best || !take_block<kRegisters>(i)) walk(i, i + kRegisters * kWidth);
     }
     return i;
   }
+  /// The last elements, fewer than a register has: its other lanes are filled with elements that were seen
+  /// before and can't be better than the best.
+  void take_rest(core_int i, core_int n) {
+    if (i >= n) return;
+    if (i < kWidth || best != best || !take_block<1>(n - kWidth)) walk(i, n);
+  }
   /// The best's place in its block.
   void settle() {
-    if (block == 0) return;
+    if (!in_block) return;
     const reg wanted = W::all(best);
     while (!any(equal(magnitudes(x + index), wanted))) index += kWidth;
     while (magnitude(element_at(x + index)) != best) ++index;
@@ -156,14 +171,16 @@ struct search {
 template <class Rule, class T>
 [[gnu::noinline]] core_int extreme_of_slice(core_int n, const T* x, core_int inc) {
   search<Rule, T> found{x, inc};
-  core_int i = 1;
   if (inc == 1) {
-    i = found.template take_blocks<32>(i, n);
+    core_int i = found.template take_blocks<32>(0, n);
     i = found.template take_blocks<8>(i, n);
     i = found.template take_blocks<2>(i, n);
+    i = found.template take_blocks<1>(i, n);
+    found.take_rest(i, n);
+    found.settle();
+  } else {
+    found.walk(1, n);
   }
-  found.walk(i, n);
-  found.settle();
   return found.nan_seen ? -found.index - 1 : found.index + 1;
 }
 template <class Rule, class T>

@@ -15,7 +15,7 @@ struct contiguous_copy {
   const R* x;
   R* y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
     typename W::reg v[kRegisters];
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) v[k] = W::load(x + k * W::kCount);
@@ -24,7 +24,7 @@ struct contiguous_copy {
     x += kRegisters * W::kCount;
     y += kRegisters * W::kCount;
   }
-  void part(core_int count) { W::store_part(y, W::load_part(x, count), count); }
+  [[gnu::always_inline]] void part(core_int count) { W::store_part(y, W::load_part(x, count), count); }
 };
 
 template <class R>
@@ -32,7 +32,7 @@ struct contiguous_swap {
   using W = wide<R>;
   R *x, *y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) {
       const auto from_x = W::load(x + k * W::kCount), from_y = W::load(y + k * W::kCount);
@@ -42,44 +42,49 @@ struct contiguous_swap {
     x += kRegisters * W::kCount;
     y += kRegisters * W::kCount;
   }
-  void part(core_int count) {
+  [[gnu::always_inline]] void part(core_int count) {
     const auto from_x = W::load_part(x, count), from_y = W::load_part(y, count);
     W::store_part(x, from_y, count);
     W::store_part(y, from_x, count);
   }
 };
 
-// Bits are moved, so float and double serve complex numbers as well.
+// Calls each(x_i, y_i) for every pair of addresses. Out of line, so that the contiguous ways save no
+// registers.
+template <class X, class Y, class Each>
+[[gnu::noinline]] void for_pairs(core_int n, X* x, core_int incx, Y* y, core_int incy, const Each& each) {
+  x = first_element(x, n, incx);
+  y = first_element(y, n, incy);
+#pragma GCC unroll 4
+  for (core_int i = 0; i < n; ++i, x += incx, y += incy) each(x, y);
+}
+
+// Bits are moved, so float and double serve complex numbers as well. Both strides 1 or both -1 pair the same
+// elements.
 template <class T>
 inline void copy(core_int n, const T* x, core_int incx, T* y, core_int incy) {
   using R = typename parts<T>::real;
   if (n <= 0) return;
-  if (incx * incy == 1) {  // both strides 1 or both -1 pair the same elements
-    contiguous_copy<R> op{reinterpret_cast<const R*>(x), reinterpret_cast<R*>(y)};
-    return run_registers<R, 8, 2, 1>(op, n * parts<T>::kCount);
+  if (incx * incy != 1) {
+    return for_pairs(n, x, incx, y, incy, [](const T* from, T* to) { set_element(to, element_at(from)); });
   }
-  x = first_element(x, n, incx);
-  y = first_element(y, n, incy);
-#pragma GCC unroll 4
-  for (core_int i = 0; i < n; ++i, x += incx, y += incy) set_element(y, element_at(x));
+  contiguous_copy<R> op{reinterpret_cast<const R*>(x), reinterpret_cast<R*>(y)};
+  run_registers<R, 8, 2, 1>(op, n * parts<T>::kCount);
 }
 
 template <class T>
 inline void swap(core_int n, T* x, core_int incx, T* y, core_int incy) {
   using R = typename parts<T>::real;
   if (n <= 0) return;
-  if (incx * incy == 1) {
-    contiguous_swap<R> op{reinterpret_cast<R*>(x), reinterpret_cast<R*>(y)};
-    return run_registers<R, 4, 1>(op, n * parts<T>::kCount);
+  if (incx * incy != 1) {
+    return for_pairs(n, x, incx, y, incy, [](T* at_x, T* at_y) {
+      const T from_x = element_at(at_x);
+      set_element(at_x, element_at(at_y));
+      set_element(at_y, from_x);
+    });
   }
-  x = first_element(x, n, incx);
-  y = first_element(y, n, incy);
-#pragma GCC unroll 4
-  for (core_int i = 0; i < n; ++i, x += incx, y += incy) {
-    const T from_x = element_at(x);
-    set_element(x, element_at(y));
-    set_element(y, from_x);
-  }
+  contiguous_swap<R> op{reinterpret_cast<R*>(x), reinterpret_cast<R*>(y)};
+  run_registers<R, 4, 1>(op, n * parts<T>::kCount);
 }
 
 /// x = h11 x + h12 y, y = h22 y + h21 x; the second product is rounded before the first is added to it.
@@ -110,7 +115,7 @@ struct contiguous_pairs {
   reg x_of(reg from_x, reg from_y) const { return W::fused(h11, from_x, W::mul(h12, from_y)); }
   reg y_of(reg from_x, reg from_y) const { return W::fused(h22, from_y, W::mul(h21, from_x)); }
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) {
       const reg from_x = W::load(x + k * W::kCount), from_y = W::load(y + k * W::kCount);
@@ -120,7 +125,7 @@ struct contiguous_pairs {
     x += kRegisters * W::kCount;
     y += kRegisters * W::kCount;
   }
-  void part(core_int count) {
+  [[gnu::always_inline]] void part(core_int count) {
     const reg from_x = W::load_part(x, count), from_y = W::load_part(y, count);
     W::store_part(x, x_of(from_x, from_y), count);
     W::store_part(y, y_of(from_x, from_y), count);
@@ -131,18 +136,15 @@ template <class T>
 inline void turn_pairs(core_int n, const pair_matrix<typename parts<T>::real>& h, T* x, core_int incx, T* y,
                        core_int incy) {
   using R = typename parts<T>::real;
-  if (incx * incy == 1) {
-    contiguous_pairs<R> op(h, reinterpret_cast<R*>(x), reinterpret_cast<R*>(y));
-    return run_registers<R, 4, 1>(op, n * parts<T>::kCount);
+  if (incx * incy != 1) {
+    return for_pairs(n, x, incx, y, incy, [h](T* at_x, T* at_y) {
+      const T from_x = element_at(at_x), from_y = element_at(at_y);
+      set_element(at_x, h.x_of(from_x, from_y));
+      set_element(at_y, h.y_of(from_x, from_y));
+    });
   }
-  x = first_element(x, n, incx);
-  y = first_element(y, n, incy);
-#pragma GCC unroll 4
-  for (core_int i = 0; i < n; ++i, x += incx, y += incy) {
-    const T from_x = element_at(x), from_y = element_at(y);
-    set_element(x, h.x_of(from_x, from_y));
-    set_element(y, h.y_of(from_x, from_y));
-  }
+  contiguous_pairs<R> op(h, reinterpret_cast<R*>(x), reinterpret_cast<R*>(y));
+  run_registers<R, 4, 1>(op, n * parts<T>::kCount);
 }
 
 template <class T, class R>

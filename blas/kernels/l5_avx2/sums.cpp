@@ -24,12 +24,12 @@ struct magnitude_sum {
     for (auto& s : sum) s = W::zero();
   }
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) sum[k] = W::add(sum[k], W::magnitude(x.get(k)));
     x.advance(kRegisters);
   }
-  void part(core_int count) { sum[1] = W::add(sum[1], W::magnitude(x.get_part(count))); }
+  [[gnu::always_inline]] void part(core_int count) { sum[1] = W::add(sum[1], W::magnitude(x.get_part(count))); }
   R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
 };
 
@@ -61,48 +61,53 @@ struct square_sum {
     add_squares(v, sum + k * kSquareSums<R>);
   }
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) add(k, x.get(k));
     x.advance(kRegisters);
   }
-  void part(core_int count) { add(1, x.get_part(count)); }
+  [[gnu::always_inline]] void part(core_int count) { add(1, x.get_part(count)); }
   double total() const { return wide<double>::sum(sum_of_registers<wide<double>, kSums>(sum)); }
 };
 
-/// Calls sum(stream, constants of the stream's elements) for the vector as what it is: contiguous reals, or
-/// strided elements.
-template <class T, class Sum>
-inline auto over_stream(core_int n, const T* x, core_int inc, Sum sum) {
-  using R = typename parts<T>::real;
-  if (inc == 1 || inc == -1) {
-    return sum(n * parts<T>::kCount, contiguous<R>(reinterpret_cast<const R*>(x)), R{});
-  }
-  return sum(n, strided<T>{first_element(x, n, inc), inc}, T{});
+template <class R, class E, class X>
+inline R sum_magnitudes(core_int n, X x) {
+  magnitude_sum<R, X> op(x);
+  run_registers<E, 8, 4, 2, 1>(op, n);
+  return op.total();
 }
-
+// Strided ways stand out of line, so that the contiguous ones save no registers.
+template <class R, class T>
+[[gnu::noinline]] R asum_strided(core_int n, const T* x, core_int inc) {
+  return sum_magnitudes<R, T>(n, strided<T>{first_element(x, n, inc), inc});
+}
 template <class R, class T>
 inline R asum(core_int n, const T* x, core_int inc) {
   if (n <= 0) return 0;
-  return over_stream(n, x, inc, []<class S, class E>(core_int count, S stream, E) {
-    magnitude_sum<R, S> op(stream);
-    run_registers<E, 8, 4, 2, 1>(op, count);
-    return op.total();
-  });
+  if (inc != 1 && inc != -1) return asum_strided<R>(n, x, inc);
+  return sum_magnitudes<R, R>(n * parts<T>::kCount, contiguous<R>(reinterpret_cast<const R*>(x)));
 }
 
-template <bool kScaled, class T>
-inline double sum_of_squares(core_int n, const T* x, core_int inc, typename parts<T>::real scale) {
-  return over_stream(n, x, inc, [scale]<class S, class E>(core_int count, S stream, E) {
-    using R = typename parts<T>::real;
-    square_sum<R, S, kScaled> op(stream, scale);
-    if constexpr (kSquareSums<R> == 1) {
-      run_registers<E, 8, 4, 2, 1>(op, count);
-    } else {
-      run_registers<E, 4, 2, 1>(op, count);
-    }
-    return op.total();
-  });
+template <bool kScaled, class E, class R, class X>
+inline double sum_squares(core_int n, X x, R scale) {
+  square_sum<R, X, kScaled> op(x, scale);
+  if constexpr (kSquareSums<R> == 1) {
+    run_registers<E, 8, 4, 2, 1>(op, n);
+  } else {
+    run_registers<E, 4, 2, 1>(op, n);
+  }
+  return op.total();
+}
+template <bool kScaled, class T, class R>
+[[gnu::noinline]] double sum_squares_strided(core_int n, const T* x, core_int inc, R scale) {
+  return sum_squares<kScaled, T>(n, strided<T>{x, inc}, scale);
+}
+/// The norm does not care for order: the walk goes up from the pointer, whatever the sign of the stride.
+template <bool kScaled, class T, class R>
+inline double sum_of_squares(core_int n, const T* x, core_int inc, R scale) {
+  if (inc < 0) inc = -inc;
+  if (inc != 1) return sum_squares_strided<kScaled>(n, x, inc, scale);
+  return sum_squares<kScaled, R>(n * parts<T>::kCount, contiguous<R>(reinterpret_cast<const R*>(x)), scale);
 }
 
 inline double root(double v) {
@@ -112,7 +117,7 @@ inline double root(double v) {
 
 template <class T>
 inline float norm(core_int n, const T* x, core_int inc, float) {
-  return static_cast<float>(root(sum_of_squares<false>(n, x, inc, 1)));
+  return static_cast<float>(root(sum_of_squares<false>(n, x, inc, 1.0F)));
 }
 
 // A square below the smallest normal number loses at most 2^-1075, of any number of them less than 2^-1012.
@@ -125,7 +130,7 @@ template <class T>
 }
 template <class T>
 inline double norm(core_int n, const T* x, core_int inc, double) {
-  const double sum = sum_of_squares<false>(n, x, inc, 1);
+  const double sum = sum_of_squares<false>(n, x, inc, 1.0);
   if (sum >= kSafelyLarge && sum <= kLargest) [[likely]] {
     return root(sum);
   }
@@ -134,9 +139,7 @@ inline double norm(core_int n, const T* x, core_int inc, double) {
 
 template <class R, class T>
 inline R nrm2(core_int n, const T* x, core_int inc) {
-  if (n <= 0) return 0;
-  // The norm does not care for order: the walk goes up from the pointer either way.
-  return norm(n, x, inc < 0 ? -inc : inc, R{});
+  return n <= 0 ? 0 : norm(n, x, inc, R{});
 }
 
 }  // namespace

@@ -23,7 +23,7 @@ struct contiguous_axpy {
   const R* x;
   R* y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) {
       R* at = y + k * W::kCount;
@@ -32,27 +32,32 @@ struct contiguous_axpy {
     x += kRegisters * W::kCount;
     y += kRegisters * W::kCount;
   }
-  void part(core_int count) {
+  [[gnu::always_inline]] void part(core_int count) {
     const core_int reals = count * parts<T>::kCount;
     W::store_part(y, alpha_times.added(W::load_part(x, reals), W::load_part(y, reals)), reals);
   }
 };
 
+// Strided ways stand out of line, so that the contiguous ones save no registers.
 template <class T>
-inline void axpy(core_int n, T alpha, const T* x, core_int incx, T* y, core_int incy) {
-  if (n <= 0 || equals(alpha, 0)) return;
+[[gnu::noinline]] void axpy_strided(core_int n, T alpha, const T* x, core_int incx, T* y, core_int incy) {
   const fused_multiple<T> alpha_times(alpha);
-  if (incx * incy == 1) {  // both strides 1 or both -1 pair the same elements
-    using R = typename parts<T>::real;
-    contiguous_axpy<T> op{alpha_times, reinterpret_cast<const R*>(x), reinterpret_cast<R*>(y)};
-    return run_registers<T, 8, 2, 1>(op, n);
-  }
   x = first_element(x, n, incx);
   y = first_element(y, n, incy);
 #pragma GCC unroll 4
   for (core_int i = 0; i < n; ++i, x += incx, y += incy) {
     set_element(y, alpha_times.added_element(element_at(x), element_at(y)));
   }
+}
+template <class T>
+inline void axpy(core_int n, T alpha, const T* x, core_int incx, T* y, core_int incy) {
+  if (n <= 0 || equals(alpha, 0)) return;
+  // Both strides 1 or both -1 pair the same elements.
+  if (incx * incy != 1) return axpy_strided(n, alpha, x, incx, y, incy);
+  using R = typename parts<T>::real;
+  const fused_multiple<T> alpha_times(alpha);
+  contiguous_axpy<T> op{alpha_times, reinterpret_cast<const R*>(x), reinterpret_cast<R*>(y)};
+  run_registers<T, 8, 2, 1>(op, n);
 }
 
 template <class T>
@@ -62,7 +67,7 @@ struct contiguous_scal {
   const fused_multiple<T>& alpha_times;
   R* x;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) {
       R* at = x + k * W::kCount;
@@ -70,7 +75,7 @@ struct contiguous_scal {
     }
     x += kRegisters * W::kCount;
   }
-  void part(core_int count) {
+  [[gnu::always_inline]] void part(core_int count) {
     const core_int reals = count * parts<T>::kCount;
     W::store_part(x, alpha_times.of(W::load_part(x, reals)), reals);
   }
@@ -83,7 +88,7 @@ inline void scal_contiguous(core_int n, T alpha, T* x) {
   run_registers<T, 8, 2, 1>(op, n);
 }
 template <class T, class Product>
-inline void scal_strided(core_int n, T* x, core_int inc, Product product) {
+[[gnu::noinline]] void scal_strided(core_int n, T* x, core_int inc, Product product) {
   x = first_element(x, n, inc);
 #pragma GCC unroll 4
   for (core_int i = 0; i < n; ++i, x += inc) set_element(x, product(element_at(x)));

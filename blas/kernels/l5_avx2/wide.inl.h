@@ -172,7 +172,7 @@ inline typename W::reg sum_of_registers(const typename W::reg* v) {
 
 /// Runs op over n elements of T: op.registers<k>() for the tiers, then op.part(count) for what fills none.
 template <class T, int... kTiers, class Op>
-inline void run_registers(Op& op, core_int n) {
+[[gnu::always_inline]] inline void run_registers(Op& op, core_int n) {
   const core_int left = run_tiers<kTiers...>(op, n, kElementsOf<T>, 0);
   if (left > 0) op.part(left);
 }

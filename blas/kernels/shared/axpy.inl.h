@@ -28,7 +28,7 @@ struct contiguous_axpy {
   X x;
   R* y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) {
       R* at = y + k * L::kCount;

@@ -65,7 +65,7 @@ struct complex_dot {
   typename lanes<R>::reg straight[2], crossed[2];
   int next = 0;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; ++k) add(k % 2, x.get(k), y.get(k));
     next = kRegisters % 2;

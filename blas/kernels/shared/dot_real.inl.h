@@ -24,7 +24,7 @@ struct contiguous_dot {
   typename lanes<R>::reg a, b;
   bool next_is_b = false;  // only a tier of one register leaves the turn with b
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; k += 2) {
       a = lanes<R>::add(a, lanes<R>::mul(x.get(k), y.get(k)));
