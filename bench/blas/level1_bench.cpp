@@ -48,7 +48,8 @@ class vector_on_line {
     std::mt19937_64 generator(1);
     std::uniform_real_distribution<R> uniform(-1, 1);
     auto* number = reinterpret_cast<R*>(data_.get());
-    for (size_t i = 0; i < static_cast<size_t>(n) * sizeof(T) / sizeof(R); ++i) number[i] = uniform(generator);
+    for (size_t i = 0; i < static_cast<size_t>(n) * sizeof(T) / sizeof(R); ++i)
+      number[i] = uniform(generator);
   }
   T* data() { return data_.get(); }
 

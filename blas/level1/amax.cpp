@@ -41,7 +41,9 @@ core_int index_of_slices(core_int n, const T* x, core_int incx, const core_int* 
 
 template <class Rule, level1_member kMember, const auto& kRow, const auto& kSliceRow, class T>
 core_int extreme(const core_int* n, const T* x, const core_int* incx) {
-  const auto serial = [=](const core_int* length, const T* xs) { return call_kernel<kRow>(length, xs, incx); };
+  const auto serial = [=](const core_int* length, const T* xs) {
+    return call_kernel<kRow>(length, xs, incx);
+  };
   if (*incx <= 0) return 0;
   return reduction_driver<core_int>(
       kMember, n, x, incx, serial,

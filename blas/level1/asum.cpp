@@ -11,7 +11,9 @@ namespace {
 
 template <level1_member kMember, const auto& kRow, class T>
 real_of<T> asum(const core_int* n, const T* x, const core_int* incx) {
-  const auto serial = [=](const core_int* length, const T* xs) { return call_kernel<kRow>(length, xs, incx); };
+  const auto serial = [=](const core_int* length, const T* xs) {
+    return call_kernel<kRow>(length, xs, incx);
+  };
   return reduction_driver<real_of<T>>(kMember, n, x, incx, serial, serial, sum_of_partials<real_of<T>>);
 }
 

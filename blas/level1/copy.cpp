@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Core copies and exchanges: on threads where they pay, else the kernel of the processor level, bound on first use.
+// Core copies and exchanges: on threads where they pay, else the kernel of the processor level, bound on
+// first use.
 #include "blas/level1/level1.h"
 #include "blas/level1/level1_rows.h"
 #include "blas/level1/slices.h"
@@ -16,9 +17,9 @@ void copy(const core_int* n, const T* x, const core_int* incx, T* y, const core_
 
 template <level1_member kMember, const auto& kRow, class T>
 void swap(const core_int* n, T* x, const core_int* incx, T* y, const core_int* incy) {
-  update_driver<kShortestNativeFork>(
-      kMember, n, x, incx, y, incy,
-      [=](const core_int* length, T* xs, T* ys) { call_kernel<kRow>(length, xs, incx, ys, incy); });
+  update_driver<kShortestNativeFork>(kMember, n, x, incx, y, incy, [=](const core_int* length, T* xs, T* ys) {
+    call_kernel<kRow>(length, xs, incx, ys, incy);
+  });
 }
 
 }  // namespace

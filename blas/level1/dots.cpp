@@ -28,20 +28,20 @@ float core::sdot(const core_int* n, const float* x, const core_int* incx, const 
                       return call_kernel<kSdot>(length, xs, incx, ys, incy);
                     });
 }
-void core::cdotu(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
-                 const core_int* incy) {
+void core::cdotu(complex8* result, const core_int* n, const complex8* x, const core_int* incx,
+                 const complex8* y, const core_int* incy) {
   complex_dot<level1_member::cdotu, kCdotu>(result, n, x, incx, y, incy);
 }
-void core::cdotc(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
-                 const core_int* incy) {
+void core::cdotc(complex8* result, const core_int* n, const complex8* x, const core_int* incx,
+                 const complex8* y, const core_int* incy) {
   complex_dot<level1_member::cdotc, kCdotc>(result, n, x, incx, y, incy);
 }
-void core::zdotu(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
-                 const core_int* incy) {
+void core::zdotu(complex16* result, const core_int* n, const complex16* x, const core_int* incx,
+                 const complex16* y, const core_int* incy) {
   complex_dot<level1_member::zdotu, kZdotu>(result, n, x, incx, y, incy);
 }
-void core::zdotc(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
-                 const core_int* incy) {
+void core::zdotc(complex16* result, const core_int* n, const complex16* x, const core_int* incx,
+                 const complex16* y, const core_int* incy) {
   complex_dot<level1_member::zdotc, kZdotc>(result, n, x, incx, y, incy);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The thread rules of level 1 on native levels. A region costs 2 to 3 microseconds while its threads are awake,
-// much more while they sleep, so a vector is cut only from a length on whose serial time is 5 to 8
+// The thread rules of level 1 on native levels. A region costs 2 to 3 microseconds while its threads are
+// awake, much more while they sleep, so a vector is cut only from a length on whose serial time is 5 to 8
 // microseconds: measured with two threads of an AVX2 processor, vectors in the second cache. Since all types
 // move about as many bytes in that time, the rules are in bytes of one vector.
 #include <algorithm>
@@ -24,52 +24,22 @@ struct native_rule {
 };
 // In the order of level1_member.
 constexpr native_rule kRules[] = {
-  {"sdot", kPairs, 4},
-  {"ddot", kPairs, 8},
-  {"cdotc", kPairs, 8},
-  {"saxpy", kPairs, 4},
-  {"daxpy", kPairs, 8},
-  {"caxpy", kPairs, 8},
-  {"scopy", kPairs, 4},
-  {"dcopy", kPairs, 8},
-  {"ccopy", kPairs, 8},
-  {"zaxpy", kPairs, 16},
-  {"zcopy", kPairs, 16},
-  {"cdotu", kPairs, 8},
-  {"zdotu", kPairs, 16},
-  {"zdotc", kPairs, 16},
-  {"sscal", kOne, 4},
-  {"dscal", kOne, 8},
-  {"cscal", kOne, 8},
-  {"zscal", kOne, 16},
-  {"csscal", kOne, 8},
-  {"zdscal", kOne, 16},
-  {"sswap", kTwoChanged, 4},
-  {"dswap", kTwoChanged, 8},
-  {"cswap", kTwoChanged, 8},
-  {"zswap", kTwoChanged, 16},
-  {"sasum", kOne, 4},
-  {"dasum", kOne, 8},
-  {"scasum", kOne, 8},
-  {"dzasum", kOne, 16},
-  {"snrm2", kOne, 4},
-  {"dnrm2", kOne, 8},
-  {"scnrm2", kOne, 8},
-  {"dznrm2", kOne, 16},
-  {"isamax", kSearch, 4},
-  {"idamax", kSearch, 8},
-  {"icamax", kSearch, 8},
-  {"izamax", kSearch, 16},
-  {"isamin", kSearch, 4},
-  {"idamin", kSearch, 8},
-  {"icamin", kSearch, 8},
-  {"izamin", kSearch, 16},
-  {"srot", kTwoChanged, 4},
-  {"drot", kTwoChanged, 8},
-  {"csrot", kTwoChanged, 8},
-  {"zdrot", kTwoChanged, 16},
-  {"srotm", kTwoChanged, 4},
-  {"drotm", kTwoChanged, 8},
+    {"sdot", kPairs, 4},       {"ddot", kPairs, 8},        {"cdotc", kPairs, 8},
+    {"saxpy", kPairs, 4},      {"daxpy", kPairs, 8},       {"caxpy", kPairs, 8},
+    {"scopy", kPairs, 4},      {"dcopy", kPairs, 8},       {"ccopy", kPairs, 8},
+    {"zaxpy", kPairs, 16},     {"zcopy", kPairs, 16},      {"cdotu", kPairs, 8},
+    {"zdotu", kPairs, 16},     {"zdotc", kPairs, 16},      {"sscal", kOne, 4},
+    {"dscal", kOne, 8},        {"cscal", kOne, 8},         {"zscal", kOne, 16},
+    {"csscal", kOne, 8},       {"zdscal", kOne, 16},       {"sswap", kTwoChanged, 4},
+    {"dswap", kTwoChanged, 8}, {"cswap", kTwoChanged, 8},  {"zswap", kTwoChanged, 16},
+    {"sasum", kOne, 4},        {"dasum", kOne, 8},         {"scasum", kOne, 8},
+    {"dzasum", kOne, 16},      {"snrm2", kOne, 4},         {"dnrm2", kOne, 8},
+    {"scnrm2", kOne, 8},       {"dznrm2", kOne, 16},       {"isamax", kSearch, 4},
+    {"idamax", kSearch, 8},    {"icamax", kSearch, 8},     {"izamax", kSearch, 16},
+    {"isamin", kSearch, 4},    {"idamin", kSearch, 8},     {"icamin", kSearch, 8},
+    {"izamin", kSearch, 16},   {"srot", kTwoChanged, 4},   {"drot", kTwoChanged, 8},
+    {"csrot", kTwoChanged, 8}, {"zdrot", kTwoChanged, 16}, {"srotm", kTwoChanged, 4},
+    {"drotm", kTwoChanged, 8},
 };
 static_assert(std::size(kRules) == kLevel1Members);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Core Euclidean norms: on threads where they pay, else the kernel of the processor level, bound on first use.
-// The norms of the threads' slices are a vector whose norm is the whole one's.
+// Core Euclidean norms: on threads where they pay, else the kernel of the processor level, bound on first
+// use. The norms of the threads' slices are a vector whose norm is the whole one's.
 #include "blas/level1/level1.h"
 #include "blas/level1/level1_rows.h"
 #include "blas/level1/slices.h"
@@ -11,7 +11,9 @@ namespace {
 
 template <level1_member kMember, const auto& kRow, const auto& kRealRow, class T>
 real_of<T> nrm2(const core_int* n, const T* x, const core_int* incx) {
-  const auto serial = [=](const core_int* length, const T* xs) { return call_kernel<kRow>(length, xs, incx); };
+  const auto serial = [=](const core_int* length, const T* xs) {
+    return call_kernel<kRow>(length, xs, incx);
+  };
   return reduction_driver<real_of<T>>(kMember, n, x, incx, serial, serial,
                                       [](const real_of<T>* norms, int threads) {
                                         const core_int count = threads, one = 1;

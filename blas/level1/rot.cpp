@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Core plane rotations: applied on threads where they pay, else by the kernel of the processor level, bound on
-// first use; made by the portable templates.
+// Core plane rotations: applied on threads where they pay, else by the kernel of the processor level, bound
+// on first use; made by the portable templates.
 #include "blas/level1/level1.h"
 #include "blas/level1/level1_rows.h"
 #include "blas/level1/slices.h"
@@ -12,9 +12,9 @@ namespace {
 /// The rest of the arguments, c and s or the parameters, goes on as it is.
 template <level1_member kMember, const auto& kRow, class T, class... Rest>
 void turn(const core_int* n, T* x, const core_int* incx, T* y, const core_int* incy, Rest... rest) {
-  update_driver<kShortestNativeFork>(
-      kMember, n, x, incx, y, incy,
-      [=](const core_int* length, T* xs, T* ys) { call_kernel<kRow>(length, xs, incx, ys, incy, rest...); });
+  update_driver<kShortestNativeFork>(kMember, n, x, incx, y, incy, [=](const core_int* length, T* xs, T* ys) {
+    call_kernel<kRow>(length, xs, incx, ys, incy, rest...);
+  });
 }
 
 }  // namespace

@@ -10,9 +10,9 @@ namespace {
 
 template <level1_member kMember, const auto& kRow, class F, class T>
 void scal(const core_int* n, const F* alpha, T* x, const core_int* incx) {
-  update_driver<kShortestNativeFork>(
-      kMember, n, x, incx, x, incx,
-      [=](const core_int* length, T* xs, T*) { call_kernel<kRow>(length, alpha, xs, incx); });
+  update_driver<kShortestNativeFork>(kMember, n, x, incx, x, incx, [=](const core_int* length, T* xs, T*) {
+    call_kernel<kRow>(length, alpha, xs, incx);
+  });
 }
 
 }  // namespace

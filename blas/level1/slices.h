@@ -59,8 +59,10 @@ S sum_of_partials(const S* partial, int threads) {
       }
     }
     for (int l = 0; l < kLanes; ++l) first[l] = first[l] + second[l];
-    for (int l = 0; l < kLanes; l += 2) first[l / 2] = first[l] + first[l + 1];
-    sum = kLanes == 4 ? first[0] + first[1] : first[0];
+    for (int left = kLanes; left > 1; left /= 2) {
+      for (int l = 0; l < left; l += 2) first[l / 2] = first[l] + first[l + 1];
+    }
+    sum = first[0];
   }
   for (; t < threads; ++t) sum = sum + partial[t];
   return sum;
@@ -82,9 +84,9 @@ bool reduce_slices(S& result, int threads, core_int n, const Part& part, const C
   return true;
 }
 
-// The drivers. serial(n, x, y) or serial(n, x) does its operands, strides included, on the calling thread. The
-// question for threads stands out of line, so that a short vector's way to its kernel is a comparison and a
-// jump.
+// The drivers. serial(n, x, y) or serial(n, x) does its operands, strides included, on the calling thread.
+// The question for threads stands out of line, so that a short vector's way to its kernel is a comparison and
+// a jump.
 
 template <class S, class Serial>
 [[gnu::noinline]] S long_dot(level1_member member, const core_int* n, const S* x, const core_int* incx,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// When a level-1 routine uses threads, and how many: tables of vector lengths and one pure function over them.
-// Native levels have a table of their own (native_thread_rules.cpp). Called by the drivers (slices.h).
+// When a level-1 routine uses threads, and how many: tables of vector lengths and one pure function over
+// them. Native levels have a table of their own (native_thread_rules.cpp). Called by the drivers (slices.h).
 #pragma once
 
 #include "service/core_types.h"

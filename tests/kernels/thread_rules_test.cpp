@@ -87,10 +87,18 @@ struct native_lengths {
   std::vector<level1_member> fours, eights, sixteens;
 };
 const native_lengths kNativeMembers[] = {
-    {81920, 40960, 20480, {sdot, saxpy, scopy}, {ddot, cdotc, cdotu, daxpy, caxpy, dcopy, ccopy},
+    {81920,
+     40960,
+     20480,
+     {sdot, saxpy, scopy},
+     {ddot, cdotc, cdotu, daxpy, caxpy, dcopy, ccopy},
      {zdotu, zdotc, zaxpy, zcopy}},
     {57344, 28672, 14336, {sswap, srot, srotm}, {dswap, cswap, drot, csrot, drotm}, {zswap, zdrot}},
-    {147456, 73728, 36864, {sscal, sasum, snrm2}, {dscal, cscal, csscal, dasum, scasum, dnrm2, scnrm2},
+    {147456,
+     73728,
+     36864,
+     {sscal, sasum, snrm2},
+     {dscal, cscal, csscal, dasum, scasum, dnrm2, scnrm2},
      {zscal, zdscal, dzasum, dznrm2}},
     {131072, 65536, 32768, {isamax, isamin}, {idamax, idamin, icamax, icamin}, {izamax, izamin}},
 };
@@ -174,9 +182,9 @@ TEST(Level1Threads, EveryThreadWithoutDynamicAdjustment) {
   for (const member_lengths& m : kMembers) {
     for (const int level : {2, 3, 5, 6}) {
       for (const int threads : kCounts) {
-        const core_int fork = level > 4                                ? native_fork_length(m.member)
+        const core_int fork = level > 4                           ? native_fork_length(m.member)
                               : level == 2 && m.fork_ssse3 != kNo ? m.fork_ssse3
-                                                                       : m.fork;
+                                                                  : m.fork;
         level1_facts facts = facts_of(m.member, fork, level, threads, cache::kSmall);
         facts.dynamic = false;
         EXPECT_EQ(threads, choose_level1_threads(facts).threads) << m.name << ' ' << level;

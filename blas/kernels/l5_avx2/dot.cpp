@@ -26,7 +26,9 @@ struct real_sum {
     x.advance(kRegisters);
     y.advance(kRegisters);
   }
-  [[gnu::always_inline]] void part(core_int count) { sum[1] = W::fused(x.get_part(count), y.get_part(count), sum[1]); }
+  [[gnu::always_inline]] void part(core_int count) {
+    sum[1] = W::fused(x.get_part(count), y.get_part(count), sum[1]);
+  }
   R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
 };
 

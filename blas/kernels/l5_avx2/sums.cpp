@@ -29,7 +29,9 @@ struct magnitude_sum {
     for (int k = 0; k < kRegisters; ++k) sum[k] = W::add(sum[k], W::magnitude(x.get(k)));
     x.advance(kRegisters);
   }
-  [[gnu::always_inline]] void part(core_int count) { sum[1] = W::add(sum[1], W::magnitude(x.get_part(count))); }
+  [[gnu::always_inline]] void part(core_int count) {
+    sum[1] = W::add(sum[1], W::magnitude(x.get_part(count)));
+  }
   R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
 };
 

@@ -106,9 +106,7 @@ template <class R, class C>
 inline void real_scal(core_int n, R alpha, C* x, core_int inc) {
   if (n <= 0 || alpha == 1) return;
   if (inc == 1 || inc == -1) return scal_contiguous(2 * n, alpha, reinterpret_cast<R*>(x));
-  scal_strided(n, x, inc, [=](C v) {
-    return C{alpha * v.real, alpha * v.imag};
-  });
+  scal_strided(n, x, inc, [=](C v) { return C{alpha * v.real, alpha * v.imag}; });
 }
 
 }  // namespace
