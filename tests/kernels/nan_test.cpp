@@ -112,7 +112,8 @@ TEST_P(NanLevel, SumsCarryIt) {
         row.kernel[level()](&result, &c.n, c.x.data(), &kOne, c.y.data(), &kOne);
         EXPECT_EQ(in_either, std::isnan(result.real) && std::isnan(result.imag)) << c.n;
       } else {
-        EXPECT_EQ(in_either, std::isnan(row.kernel[level()](&c.n, c.x.data(), &kOne, c.y.data(), &kOne))) << c.n;
+        EXPECT_EQ(in_either, std::isnan(row.kernel[level()](&c.n, c.x.data(), &kOne, c.y.data(), &kOne)))
+            << c.n;
       }
     };
     if constexpr (is_complex<T>) {

@@ -10,15 +10,12 @@ namespace qel::QEL_LEVEL {
 namespace {
 
 template <class R, class X, class Y>
-struct real_sum {
+struct real_sum : eight_sums<wide<R>> {
   using W = wide<R>;
-  static constexpr int kSums = 8;
+  using eight_sums<W>::sum;
   X x;
   Y y;
-  typename W::reg sum[kSums];
-  real_sum(X from_x, Y from_y) : x(from_x), y(from_y) {
-    for (auto& s : sum) s = W::zero();
-  }
+  real_sum(X from_x, Y from_y) : x(from_x), y(from_y) {}
   template <int kRegisters>
   [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
@@ -29,7 +26,7 @@ struct real_sum {
   [[gnu::always_inline]] void part(core_int count) {
     sum[1] = W::fused(x.get_part(count), y.get_part(count), sum[1]);
   }
-  R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
+  R result() const { return W::sum(this->total()); }
 };
 
 // The strided ways stand out of line, so that the contiguous ones save no registers.
@@ -38,7 +35,7 @@ template <class R>
   real_sum<R, strided<R>, strided<R>> dot({first_element(x, n, incx), incx},
                                           {first_element(y, n, incy), incy});
   run_registers<R, 2, 1>(dot, n);
-  return dot.total();
+  return dot.result();
 }
 template <class R>
 inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
@@ -46,7 +43,7 @@ inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int in
   if (incx * incy == 1) {  // both strides 1 or both -1 pair the same elements
     real_sum<R, contiguous<R>, contiguous<R>> dot(contiguous<R>{x}, contiguous<R>{y});
     run_registers<R, 8, 4, 2, 1>(dot, n);
-    return dot.total();
+    return dot.result();
   }
   return dot_strided_real(n, x, incx, y, incy);
 }
@@ -55,16 +52,13 @@ template <class C, class X, class Y>
 struct complex_sum {
   using R = typename parts<C>::real;
   using W = wide<R>;
-  static constexpr int kSums = 4;
   X x;
   Y y;
-  typename W::reg straight[kSums], crossed[kSums];
-  complex_sum(X from_x, Y from_y) : x(from_x), y(from_y) {
-    for (int k = 0; k < kSums; ++k) straight[k] = crossed[k] = W::zero();
-  }
+  four_wide_sums<W> straight, crossed;
+  complex_sum(X from_x, Y from_y) : x(from_x), y(from_y) {}
   void add(int k, typename W::reg from_x, typename W::reg from_y) {
-    straight[k] = W::fused(from_y, from_x, straight[k]);
-    crossed[k] = W::fused(from_y, W::exchanged(from_x), crossed[k]);
+    straight.sum[k] = W::fused(from_y, from_x, straight.sum[k]);
+    crossed.sum[k] = W::fused(from_y, W::exchanged(from_x), crossed.sum[k]);
   }
   template <int kRegisters>
   [[gnu::always_inline]] void registers() {
@@ -75,10 +69,10 @@ struct complex_sum {
   }
   [[gnu::always_inline]] void part(core_int count) { add(1, x.get_part(count), y.get_part(count)); }
   template <bool kConjugate>
-  C total() const {
+  C result() const {
     R same[2], cross[2];
-    W::sums_by_part(sum_of_registers<W, kSums>(straight), same);
-    W::sums_by_part(sum_of_registers<W, kSums>(crossed), cross);
+    W::sums_by_part(straight.total(), same);
+    W::sums_by_part(crossed.total(), cross);
     if (kConjugate) return {same[0] + same[1], cross[1] - cross[0]};
     return {same[0] - same[1], cross[0] + cross[1]};
   }
@@ -89,7 +83,7 @@ template <bool kConjugate, class C>
   complex_sum<C, strided<C>, strided<C>> dot({first_element(x, n, incx), incx},
                                              {first_element(y, n, incy), incy});
   run_registers<C, 2, 1>(dot, n);
-  return dot.template total<kConjugate>();
+  return dot.template result<kConjugate>();
 }
 template <bool kConjugate, class C>
 inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int incy) {
@@ -97,7 +91,7 @@ inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int
   if (incx * incy == 1) {
     complex_sum<C, contiguous<C>, contiguous<C>> dot(contiguous<C>{x}, contiguous<C>{y});
     run_registers<C, 4, 2, 1>(dot, n);
-    return dot.template total<kConjugate>();
+    return dot.template result<kConjugate>();
   }
   return dot_strided_complex<kConjugate>(n, x, incx, y, incy);
 }

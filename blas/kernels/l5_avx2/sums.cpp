@@ -15,14 +15,11 @@ namespace qel::QEL_LEVEL {
 namespace {
 
 template <class R, class X>
-struct magnitude_sum {
+struct magnitude_sum : eight_sums<wide<R>> {
   using W = wide<R>;
-  static constexpr int kSums = 8;
+  using eight_sums<W>::sum;
   X x;
-  typename W::reg sum[kSums];
-  explicit magnitude_sum(X from_x) : x(from_x) {
-    for (auto& s : sum) s = W::zero();
-  }
+  explicit magnitude_sum(X from_x) : x(from_x) {}
   template <int kRegisters>
   [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
@@ -32,7 +29,7 @@ struct magnitude_sum {
   [[gnu::always_inline]] void part(core_int count) {
     sum[1] = W::add(sum[1], W::magnitude(x.get_part(count)));
   }
-  R total() const { return W::sum(sum_of_registers<W, kSums>(sum)); }
+  R result() const { return W::sum(this->total()); }
 };
 
 // The squares of a register, added to two accumulators of doubles.
@@ -49,15 +46,11 @@ template <>
 inline constexpr int kSquareSums<float> = 2;
 
 template <class R, class X, bool kScaled>
-struct square_sum {
+struct square_sum : eight_sums<wide<double>> {
   using W = wide<R>;
-  static constexpr int kSums = 8;
   X x;
   typename W::reg scale;
-  __m256d sum[kSums];
-  square_sum(X from_x, R factor) : x(from_x), scale(W::all(factor)) {
-    for (auto& s : sum) s = _mm256_setzero_pd();
-  }
+  square_sum(X from_x, R factor) : x(from_x), scale(W::all(factor)) {}
   void add(int k, typename W::reg v) {
     if (kScaled) v = W::mul(scale, v);
     add_squares(v, sum + k * kSquareSums<R>);
@@ -69,14 +62,14 @@ struct square_sum {
     x.advance(kRegisters);
   }
   [[gnu::always_inline]] void part(core_int count) { add(1, x.get_part(count)); }
-  double total() const { return wide<double>::sum(sum_of_registers<wide<double>, kSums>(sum)); }
+  double result() const { return wide<double>::sum(total()); }
 };
 
 template <class R, class E, class X>
 inline R sum_magnitudes(core_int n, X x) {
   magnitude_sum<R, X> op(x);
   run_registers<E, 8, 4, 2, 1>(op, n);
-  return op.total();
+  return op.result();
 }
 // Strided ways stand out of line, so that the contiguous ones save no registers.
 template <class R, class T>
@@ -98,7 +91,7 @@ inline double sum_squares(core_int n, X x, R scale) {
   } else {
     run_registers<E, 4, 2, 1>(op, n);
   }
-  return op.total();
+  return op.result();
 }
 template <bool kScaled, class T, class R>
 [[gnu::noinline]] double sum_squares_strided(core_int n, const T* x, core_int inc, R scale) {

@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What the native level-1 kernels share: 32-byte registers of real numbers, of which a complex number takes
 // two, and the streams that fill them, contiguous or strided.
-// No path looks at alignment: loads are unaligned, what fills no register is loaded under a mask and stored
-// piece by piece. So results don't depend on where the vectors lie.
+// No path looks at alignment: loads are unaligned, and what fills no register is loaded and stored piece by
+// piece. So results don't depend on where the vectors lie. (Masked loads are no faster here; where they would
+// read past a page, processors take hundreds of cycles and emulators fault.)
 #pragma once
 
 #include "blas/kernels/shared/streams.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
-
-// Read from 32 - k bytes on, the first k bytes of a register are set.
-alignas(32) constexpr int32_t kMaskSource[16] = {-1, -1, -1, -1, -1, -1, -1, -1};
-inline __m256i mask_of_bytes(core_int bytes) {
-  const char* ones_end = reinterpret_cast<const char*>(kMaskSource) + 32;
-  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(ones_end - bytes));
-}
 
 template <class R>
 struct wide;
@@ -28,10 +22,11 @@ struct wide<double> {
   static reg all(double v) { return _mm256_set1_pd(v); }
   static reg load(const double* p) { return _mm256_loadu_pd(p); }
   static void store(double* p, reg v) { _mm256_storeu_pd(p, v); }
-  static reg mask_of(core_int count) { return _mm256_castsi256_pd(mask_of_bytes(8 * count)); }
-  /// The first `count` < kCount numbers, zeros above.
+  /// The first `count` of 1 .. kCount - 1 numbers, zeros above.
   static reg load_part(const double* p, core_int count) {
-    return _mm256_maskload_pd(p, mask_of_bytes(8 * count));
+    if (count == 1) return _mm256_zextpd128_pd256(_mm_load_sd(p));
+    const reg low = _mm256_zextpd128_pd256(_mm_loadu_pd(p));
+    return count == 2 ? low : _mm256_insertf128_pd(low, _mm_load_sd(p + 2), 1);
   }
   static void store_part(double* p, reg v, core_int count) {
     __m128d rest = _mm256_castpd256_pd128(v);
@@ -69,9 +64,15 @@ struct wide<float> {
   static reg all(float v) { return _mm256_set1_ps(v); }
   static reg load(const float* p) { return _mm256_loadu_ps(p); }
   static void store(float* p, reg v) { _mm256_storeu_ps(p, v); }
-  static reg mask_of(core_int count) { return _mm256_castsi256_ps(mask_of_bytes(4 * count)); }
+  static __m128 load_part_of_half(const float* p, core_int count) {
+    if (count == 1) return _mm_load_ss(p);
+    const __m128 low = _mm_loadl_pi(_mm_setzero_ps(), reinterpret_cast<const __m64*>(p));
+    return count == 2 ? low : _mm_movelh_ps(low, _mm_load_ss(p + 2));
+  }
   static reg load_part(const float* p, core_int count) {
-    return _mm256_maskload_ps(p, mask_of_bytes(4 * count));
+    if (count < 4) return _mm256_zextps128_ps256(load_part_of_half(p, count));
+    const reg low = _mm256_zextps128_ps256(_mm_loadu_ps(p));
+    return count == 4 ? low : _mm256_insertf128_ps(low, load_part_of_half(p + 4, count - 4), 1);
   }
   static void store_part(float* p, reg v, core_int count) {
     __m128 rest = _mm256_castps256_ps128(v);
@@ -160,15 +161,21 @@ struct strided {
   void advance(core_int registers) { at += registers * kElementsOf<T> * inc; }
 };
 
-/// The sum of count registers, a power of two, halves first.
-template <class W, int kCount>
-inline typename W::reg sum_of_registers(const typename W::reg* v) {
-  if constexpr (kCount == 1) {
-    return v[0];
-  } else {
-    return W::add(sum_of_registers<W, kCount / 2>(v), sum_of_registers<W, kCount / 2>(v + kCount / 2));
+/// Accumulators. Zeros are spelled out: from a loop over them g++ makes a call to clear memory.
+template <class W>
+struct eight_sums {
+  typename W::reg sum[8] = {W::zero(), W::zero(), W::zero(), W::zero(),
+                            W::zero(), W::zero(), W::zero(), W::zero()};
+  typename W::reg total() const {
+    return W::add(W::add(W::add(sum[0], sum[1]), W::add(sum[2], sum[3])),
+                  W::add(W::add(sum[4], sum[5]), W::add(sum[6], sum[7])));
   }
-}
+};
+template <class W>
+struct four_wide_sums {
+  typename W::reg sum[4] = {W::zero(), W::zero(), W::zero(), W::zero()};
+  typename W::reg total() const { return W::add(W::add(sum[0], sum[1]), W::add(sum[2], sum[3])); }
+};
 
 /// Runs op over n elements of T: op.registers<k>() for the tiers, then op.part(count) for what fills none.
 template <class T, int... kTiers, class Op>
