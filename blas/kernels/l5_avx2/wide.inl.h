@@ -108,14 +108,6 @@ struct wide<float> {
 inline float fused(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
 inline double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
 
-/// v in a register: where a loaded value is used twice g++ would rather load it twice, which costs more than
-/// any arithmetic.
-template <class V>
-inline V in_register(V v) {
-  __asm__("" : "+x"(v));
-  return v;
-}
-
 /// Elements that fill a register.
 template <class T>
 inline constexpr core_int kElementsOf = wide<typename parts<T>::real>::kCount / parts<T>::kCount;

@@ -49,7 +49,8 @@ inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int
   y = first_element(y, n, incy);
   auto straight = L::zero(), crossed = L::zero();
   for (core_int i = 0; i < n; ++i) {
-    const auto from_x = one_element(x + i * incx), from_y = one_element(y + i * incy);
+    const auto from_x = in_register(one_element(x + i * incx)),
+               from_y = in_register(one_element(y + i * incy));
     straight = L::add(straight, L::mul(from_y, from_x));
     crossed = L::add(crossed, L::mul(from_y, L::exchanged(from_x)));
   }
@@ -67,7 +68,7 @@ struct complex_dot {
   template <int kRegisters>
   [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
-    for (int k = 0; k < kRegisters; ++k) add(k % 2, x.get(k), y.get(k));
+    for (int k = 0; k < kRegisters; ++k) add(k % 2, in_register(x.get(k)), in_register(y.get(k)));
     next = kRegisters % 2;
     x.advance(kRegisters);
     y.advance(kRegisters);
