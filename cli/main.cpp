@@ -37,12 +37,27 @@ int run(int argc, char** argv) {
   solve_command->add_option("-o,--output", solve.output, "Write the solution there, Matrix Market array");
   solve_command->add_flag("--json", solve.json, "Print JSON");
 
+  CLI::App* explain_command = app.add_subcommand("explain", "What a call would do, and why");
+  explain_command->require_subcommand(1);
+  explain_level1_options level1;
+  CLI::App* level1_command = explain_command->add_subcommand("level1", "Threads of a vector operation");
+  level1_command->add_option("routine", level1.routine, "Name, e.g. ddot")->required();
+  level1_command->add_option("n", level1.n, "Elements")->required();
+  level1_command->add_option("--incx", level1.incx, "Stride of x")->capture_default_str();
+  level1_command->add_option("--incy", level1.incy, "Stride of y")->capture_default_str();
+  level1_command->add_option("--level", level1.level, "Processor level; default: this machine's")
+      ->check(CLI::Range(0, 6));
+  level1_command->add_option("--threads", level1.threads, "Threads allowed; default: this machine's")
+      ->check(CLI::PositiveNumber);
+  level1_command->add_flag("--fixed-threads", level1.fixed_threads, "As with QEL_DYNAMIC=FALSE");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kDone : kBadInput;
   }
   if (!right_hand_file.empty()) solve.right_hand_side = right_hand_file;
+  if (*level1_command) return run_explain_level1(level1);
   return *info_command ? run_info(info) : run_solve(solve);
 }
 

@@ -20,7 +20,7 @@ ALLOWED = {
     "lapack": {"lapack", "blas", "service"},
     "sparse": {"sparse", "blas", "lapack", "service"},
     "dropin": {"dropin", "blas", "service"} | PUBLIC,
-    "cli": {"cli", "service"} | PUBLIC,
+    "cli": {"cli", "blas", "service"} | PUBLIC,
     "bench": {"bench", "blas", "blas/kernels", "service"} | PUBLIC,
 }
 # What every kernel translation unit may pull in beside its own folder.

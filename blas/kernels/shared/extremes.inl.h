@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Index from 1 of the element of largest (amax) or smallest (amin) magnitude, |re| + |im| if complex; 0 if n or
-// incx is not above 0. The text of all levels; the registers are those of the file that includes it.
-// The best so far is replaced when the comparison that would keep it fails. So the first of equal elements
-// wins, a NaN always replaces the best, and the element after a NaN always replaces the NaN.
-// Stride 1: blocks of registers. A block that has no NaN and nothing better than the best is passed over; one
-// with something better only hands on its extreme, and where that stands is looked for at the end, in the
-// last such block. A block with a NaN is walked element by element, as are vectors of other strides.
+// Index from 1 of the element of largest (amax) or smallest (amin) magnitude, |re| + |im| if complex; 0 if n
+// or incx is not above 0. The text of all levels; the registers are those of the file that includes it. The
+// best so far is replaced when the comparison that would keep it fails. So the first of equal elements wins,
+// a NaN always replaces the best, and the element after a NaN always replaces the NaN. Stride 1: blocks of
+// registers. A block that has no NaN and nothing better than the best is passed over; one with something
+// better only hands on its extreme, and where that stands is looked for at the end, in the last such block. A
+// block with a NaN is walked element by element, as are vectors of other strides.
 #pragma once
 
 #include "blas/kernels/shared/lanes.inl.h"
