@@ -37,8 +37,8 @@ int run_explain_level1(const explain_level1_options& options) {
   facts.dynamic = !options.fixed_threads && serv_threads_dynamic() == 1;
   serv_cache_sizes(facts.caches);
   const level1_choice choice = choose_level1_threads(facts);
-  fmt::print("{} of {} elements, strides {} and {}, level {}, {} threads allowed{}\n", options.routine, facts.n,
-             facts.incx, facts.incy, facts.level, facts.threads,
+  fmt::print("{} of {} elements, strides {} and {}, level {}, {} threads allowed{}\n", options.routine,
+             facts.n, facts.incx, facts.incy, facts.level, facts.threads,
              facts.dynamic ? "" : ", no dynamic adjustment");
   fmt::print("threads  {} ({})\n", choice.threads, choice.reason);
   return kDone;

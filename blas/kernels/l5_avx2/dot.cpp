@@ -97,28 +97,7 @@ inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int
 }
 
 }  // namespace
-
-float sdot(const core_int* n, const float* x, const core_int* incx, const float* y, const core_int* incy) {
-  return dot_real(*n, x, *incx, y, *incy);
-}
-double ddot(const core_int* n, const double* x, const core_int* incx, const double* y, const core_int* incy) {
-  return dot_real(*n, x, *incx, y, *incy);
-}
-void cdotu(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<false>(*n, x, *incx, y, *incy));
-}
-void cdotc(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<true>(*n, x, *incx, y, *incy));
-}
-void zdotu(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<false>(*n, x, *incx, y, *incy));
-}
-void zdotc(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<true>(*n, x, *incx, y, *incy));
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/dot_complex_exports.inl.h"
+#include "blas/kernels/shared/dot_real_exports.inl.h"

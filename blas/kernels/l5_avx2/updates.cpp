@@ -110,41 +110,7 @@ inline void real_scal(core_int n, R alpha, C* x, core_int inc) {
 }
 
 }  // namespace
-
-void saxpy(const core_int* n, const float* alpha, const float* x, const core_int* incx, float* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-void daxpy(const core_int* n, const double* alpha, const double* x, const core_int* incx, double* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-void caxpy(const core_int* n, const complex8* alpha, const complex8* x, const core_int* incx, complex8* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-void zaxpy(const core_int* n, const complex16* alpha, const complex16* x, const core_int* incx, complex16* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-
-void sscal(const core_int* n, const float* alpha, float* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void dscal(const core_int* n, const double* alpha, double* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void cscal(const core_int* n, const complex8* alpha, complex8* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void zscal(const core_int* n, const complex16* alpha, complex16* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void csscal(const core_int* n, const float* alpha, complex8* x, const core_int* incx) {
-  real_scal(*n, *alpha, x, *incx);
-}
-void zdscal(const core_int* n, const double* alpha, complex16* x, const core_int* incx) {
-  real_scal(*n, *alpha, x, *incx);
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/axpy_exports.inl.h"
+#include "blas/kernels/shared/scal_exports.inl.h"
