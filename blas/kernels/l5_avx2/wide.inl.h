@@ -105,8 +105,9 @@ struct wide<float> {
   }
 };
 
-inline float fused(float a, float b, float c) { return __builtin_fmaf(a, b, c); }
-inline double fused(double a, double b, double c) { return __builtin_fma(a, b, c); }
+// b and c are taken from registers: emulators read 16 bytes for an operand in memory, past the end of a page.
+inline float fused(float a, float b, float c) { return __builtin_fmaf(a, in_register(b), in_register(c)); }
+inline double fused(double a, double b, double c) { return __builtin_fma(a, in_register(b), in_register(c)); }
 
 /// Elements that fill a register.
 template <class T>
