@@ -280,11 +280,12 @@ TEST_F(Slices, UpdatesOfAnyThreadCountAreTheSerialOnes) {
     };
     for (const int dynamic : {0, 1}) {  // with it zaxpy and zcopy fork below native levels
       serv_set_dynamic(dynamic);
-      for (const auto& [incx, incy] : kStrides) {
-        const auto pairs = [&, pair_x = incx, pair_y = incy](const auto& routine, const auto& row) {
+      for (const auto& strides : kStrides) {
+        const core_int incx = strides[0], incy = strides[1];
+        const auto pairs = [&](const auto& routine, const auto& row) {
           compare(
-              pair_x, pair_y, [&](T* x, T* y) { routine(&n, x, &pair_x, y, &pair_y); },
-              [&](T* x, T* y) { row.kernel[level](&n, x, &pair_x, y, &pair_y); });
+              incx, incy, [&](T* x, T* y) { routine(&n, x, &incx, y, &incy); },
+              [&](T* x, T* y) { row.kernel[level](&n, x, &incx, y, &incy); });
         };
         pairs(threaded<T>::copy, rows<T>::copy);
         pairs(threaded<T>::swap, rows<T>::swap);
