@@ -226,6 +226,17 @@ TEST_F(Slices, DotOfEveryThreadCountHasItsOwnBits) {
       }
     }
     EXPECT_EQ(forks, unlike_serial > 40);
+    if constexpr (is_complex<S>) {
+      if (!native()) return;  // elsewhere the plain product never forks
+      const core_int n = long_length(5001), one = 1;
+      const auto x = order_sensitive<S>(static_cast<std::size_t>(n), 1);
+      auto conjugated = x;
+      for (S& v : conjugated) v.imag = -v.imag;
+      serv_set_domain_threads(3, 1);
+      S result;
+      threaded<S>::dotu(&result, &n, conjugated.data(), &one, x.data(), &one);
+      EXPECT_TRUE(core_dot(n, x.data(), one, x.data(), one) == result);
+    }
   });
 }
 
