@@ -4,7 +4,6 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <map>
 #include <vector>
 
@@ -79,8 +78,6 @@ class ratio_reporter : public benchmark::ConsoleReporter {
 void remember_case(const std::string& case_name) { case_order().push_back(case_name); }
 
 int run_comparison(int argc, char** argv) {
-  setenv("OMP_NUM_THREADS", "1", 0);
-  setenv("QEL_NATIVE", "1", 0);
   // Before the caller's flags, so that those win.
   std::vector<std::string> arguments{argv[0], "--benchmark_repetitions=9",
                                      "--benchmark_enable_random_interleaving=true",

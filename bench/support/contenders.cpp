@@ -18,6 +18,9 @@ constexpr const char* kDebianPeers =
 void* load(const std::string& path) { return dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_DEEPBIND); }
 
 std::vector<contender> load_all() {
+  // Before any library is loaded: OpenMP's run time reads its variables then.
+  setenv("OMP_NUM_THREADS", "1", 0);
+  setenv("QEL_NATIVE", "1", 0);
   std::vector<contender> all;
   void* subject = load(QEL_LIBRARY);
   if (subject == nullptr) {
