@@ -43,4 +43,15 @@ struct solve_options {
 /// Solves A X = B and reports sizes, times and the normwise backward error.
 int run_solve(const solve_options& options);
 
+// explain_level1.cpp
+struct explain_level1_options {
+  std::string routine;  ///< "ddot", "idamax" ...
+  long n = 0, incx = 1, incy = 1;
+  int level = -1;              ///< processor level; below 0: this process's
+  int threads = 0;             ///< what the BLAS domain allows; 0: this process's
+  bool fixed_threads = false;  ///< as with QEL_DYNAMIC=FALSE
+};
+/// On how many threads a level-1 routine would run, and why.
+int run_explain_level1(const explain_level1_options& options);
+
 }  // namespace qel::cli

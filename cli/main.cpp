@@ -23,23 +23,27 @@ int run(int argc, char** argv) {
   CLI::App* info_command = app.add_subcommand("info", "Version, build, processor and environment variables");
   info_command->add_flag("--json", info.json, "Print JSON");
 
-  explain_options explain;
   CLI::App* explain_command =
       app.add_subcommand("explain", "How an operation of given sizes would be done, and why");
-  explain_command->add_option("operation", explain.operation, "gemm, trsm, trmm, symm or syrk")
-      ->required()
-      ->check(CLI::IsMember({"gemm", "trsm", "trmm", "symm", "syrk"}));
-  explain_command->add_option("sizes", explain.sizes, "gemm: M N K; trsm, trmm, symm: M N; syrk: N K")
-      ->required();
-  explain_command->add_option("--type", explain.type, "Element type: s, d, c or z")->capture_default_str();
-  explain_command->add_option("--side", explain.side, "Side of the matrix: L or R")->capture_default_str();
-  explain_command->add_option("--threads", explain.threads, "Threads allowed, instead of this process's");
-  explain_command->add_option("--level", explain.level, "Processor level 0 to 6, instead of this process's")
-      ->check(CLI::Range(0, 6));
-  explain_command->add_option("--caches", explain.caches, "Bytes of the first, second, third cache")
-      ->delimiter(',');
-  explain_command->add_flag("--in-parallel", explain.in_parallel, "Called from inside a parallel region");
-  explain_command->add_flag("--json", explain.json, "Print JSON");
+  explain_command->require_subcommand(1);
+  explain_options explain;
+  const auto add_level3 = [&](const char* operation, const char* sizes) {
+    CLI::App* command = explain_command->add_subcommand(operation, std::string("Sizes: ") + sizes);
+    command->add_option("sizes", explain.sizes, sizes)->required();
+    command->add_option("--type", explain.type, "Element type: s, d, c or z")->capture_default_str();
+    command->add_option("--side", explain.side, "Side of the matrix: L or R")->capture_default_str();
+    command->add_option("--threads", explain.threads, "Threads allowed, instead of this process's");
+    command->add_option("--level", explain.level, "Processor level 0 to 6, instead of this process's")
+        ->check(CLI::Range(0, 6));
+    command->add_option("--caches", explain.caches, "Bytes of the first, second, third cache")
+        ->delimiter(',');
+    command->add_flag("--in-parallel", explain.in_parallel, "Called from inside a parallel region");
+    command->add_flag("--json", explain.json, "Print JSON");
+    command->callback([&explain, operation] { explain.operation = operation; });
+  };
+  add_level3("gemm", "M N K");
+  for (const char* operation : {"trsm", "trmm", "symm"}) add_level3(operation, "M N");
+  add_level3("syrk", "N K");
 
   solve_options solve;
   std::string right_hand_file;
@@ -55,6 +59,18 @@ int run(int argc, char** argv) {
   solve_command->add_option("-o,--output", solve.output, "Write the solution there, Matrix Market array");
   solve_command->add_flag("--json", solve.json, "Print JSON");
 
+  explain_level1_options level1;
+  CLI::App* level1_command = explain_command->add_subcommand("level1", "Threads of a vector operation");
+  level1_command->add_option("routine", level1.routine, "Name, e.g. ddot")->required();
+  level1_command->add_option("n", level1.n, "Elements")->required();
+  level1_command->add_option("--incx", level1.incx, "Stride of x")->capture_default_str();
+  level1_command->add_option("--incy", level1.incy, "Stride of y")->capture_default_str();
+  level1_command->add_option("--level", level1.level, "Processor level; default: this machine's")
+      ->check(CLI::Range(0, 6));
+  level1_command->add_option("--threads", level1.threads, "Threads allowed; default: this machine's")
+      ->check(CLI::PositiveNumber);
+  level1_command->add_flag("--fixed-threads", level1.fixed_threads, "As with QEL_DYNAMIC=FALSE");
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -62,6 +78,7 @@ int run(int argc, char** argv) {
   }
   if (!right_hand_file.empty()) solve.right_hand_side = right_hand_file;
   if (*info_command) return run_info(info);
+  if (*level1_command) return run_explain_level1(level1);
   return *explain_command ? run_explain(explain) : run_solve(solve);
 }
 

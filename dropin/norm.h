@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Euclidean norm for the exported BLAS names. The core's own norm takes two infinities for NaN and divides
-// for every element; callers from outside expect what the reference gives: infinity unless there is a NaN,
-// no overflow or underflow on the way. x has n elements, |incx| apart.
+// Euclidean norm for the exported BLAS names. Below the native levels the core's own norm takes two
+// infinities for NaN and divides for every element; callers from outside expect what the reference gives:
+// infinity unless there is a NaN, no overflow or underflow on the way. x has n elements, |incx| apart.
 #pragma once
 
 #include "service/complex_arithmetic.h"

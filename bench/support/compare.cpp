@@ -78,7 +78,6 @@ class ratio_reporter : public benchmark::ConsoleReporter {
 void remember_case(const std::string& case_name) { case_order().push_back(case_name); }
 
 int run_comparison(int argc, char** argv) {
-  set_environment_defaults();
   // Before the caller's flags, so that those win.
   std::vector<std::string> arguments{argv[0], "--benchmark_repetitions=9",
                                      "--benchmark_enable_random_interleaving=true",

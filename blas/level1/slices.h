@@ -59,38 +59,44 @@ S sum_of_partials(const S* partial, int threads) {
       }
     }
     for (int l = 0; l < kLanes; ++l) first[l] = first[l] + second[l];
-    for (int l = 0; l < kLanes; l += 2) first[l / 2] = first[l] + first[l + 1];
-    sum = kLanes == 4 ? first[0] + first[1] : first[0];
+    for (int left = kLanes; left > 1; left /= 2) {
+      for (int l = 0; l < left; l += 2) first[l / 2] = first[l] + first[l + 1];
+    }
+    sum = first[0];
   }
   for (; t < threads; ++t) sum = sum + partial[t];
   return sum;
 }
 
-/// Dot product on slices. False, with nothing done, if there is no memory for the partial sums.
-template <class S, class Serial>
-bool dot_parallel(S& result, int threads, core_int n, const S* x, core_int incx, const S* y, core_int incy,
-                  const Serial& serial) {
+/// One result per slice, then combine(results, threads). False, with nothing done, if there is no memory for
+/// the results.
+template <class S, class Part, class Combine>
+bool reduce_slices(S& result, int threads, core_int n, const Part& part, const Combine& combine) {
   constexpr int kOnStack = 128;
+  constexpr size_t kSlot = sizeof(S) < 8 ? 8 : sizeof(S);
   alignas(16) S on_stack[kOnStack];
   S* partial = on_stack;
-  if (threads > kOnStack) partial = static_cast<S*>(serv_malloc(8 * static_cast<size_t>(threads), 0));
+  if (threads > kOnStack) partial = static_cast<S*>(serv_malloc(kSlot * static_cast<size_t>(threads), 0));
   if (partial == nullptr) return false;
-  run_slices(n, threads, [&](int t, slice part) {
-    partial[t] = serial(&part.length, slice_base(x, n, incx, part), slice_base(y, n, incy, part));
-  });
-  result = sum_of_partials(partial, threads);
+  run_slices(n, threads, [&](int t, slice one) { partial[t] = part(one); });
+  result = combine(partial, threads);
   if (partial != on_stack) serv_free(partial);
   return true;
 }
 
-/// The drivers. serial(n, x, y) does its operands, strides included, on the calling thread. The question for
-/// threads stands out of line, so that a short vector's way to its kernel is a comparison and a jump.
+// The drivers. serial(n, x, y) or serial(n, x) does its operands, strides included, on the calling thread.
+// The question for threads stands out of line, so that a short vector's way to its kernel is a comparison and
+// a jump.
+
 template <class S, class Serial>
 [[gnu::noinline]] S long_dot(level1_member member, const core_int* n, const S* x, const core_int* incx,
                              const S* y, const core_int* incy, Serial serial) {
   const int threads = explain_level1_threads(member, *n, *incx, *incy).threads;
   S result;
-  if (threads > 1 && dot_parallel(result, threads, *n, x, *incx, y, *incy, serial)) return result;
+  const auto part = [&](slice one) {
+    return serial(&one.length, slice_base(x, *n, *incx, one), slice_base(y, *n, *incy, one));
+  };
+  if (threads > 1 && reduce_slices(result, threads, *n, part, sum_of_partials<S>)) return result;
   return serial(n, x, y);
 }
 template <class S, class Serial>
@@ -102,19 +108,39 @@ inline S dot_driver(level1_member member, const core_int* n, const S* x, const c
   return long_dot(member, n, x, incx, y, incy, serial);
 }
 
-template <class T, class Serial>
-[[gnu::noinline]] void long_update(level1_member member, const core_int* n, const T* x, const core_int* incx,
-                                   T* y, const core_int* incy, Serial serial) {
+/// A result of type S from one vector.
+template <class S, class T, class Serial, class Part, class Combine>
+[[gnu::noinline]] S long_reduction(level1_member member, const core_int* n, const T* x, const core_int* incx,
+                                   Serial serial, Part part, Combine combine) {
+  const int threads = explain_level1_threads(member, *n, *incx, *incx).threads;
+  S result;
+  const auto on_slice = [&](slice one) { return part(&one.length, slice_base(x, *n, *incx, one)); };
+  if (threads > 1 && reduce_slices(result, threads, *n, on_slice, combine)) return result;
+  return serial(n, x);
+}
+/// part(n, x) does a slice, combine(results, threads) makes one of theirs.
+template <class S, class T, class Serial, class Part, class Combine>
+inline S reduction_driver(level1_member member, const core_int* n, const T* x, const core_int* incx,
+                          Serial serial, Part part, Combine combine) {
+  if (*n < kShortestNativeFork) [[likely]] {
+    return serial(n, x);
+  }
+  return long_reduction<S>(member, n, x, incx, serial, part, combine);
+}
+
+template <class X, class Y, class Serial>
+[[gnu::noinline]] void long_update(level1_member member, const core_int* n, X* x, const core_int* incx, Y* y,
+                                   const core_int* incy, Serial serial) {
   const int threads = explain_level1_threads(member, *n, *incx, *incy).threads;
   if (threads <= 1) return serial(n, x, y);
   run_slices(*n, threads, [&](int, slice part) {
     serial(&part.length, slice_base(x, *n, *incx, part), slice_base(y, *n, *incy, part));
   });
 }
-template <class T, class Serial>
-inline void update_driver(level1_member member, const core_int* n, const T* x, const core_int* incx, T* y,
+template <core_int kShortest = kShortestFork, class X, class Y, class Serial>
+inline void update_driver(level1_member member, const core_int* n, X* x, const core_int* incx, Y* y,
                           const core_int* incy, Serial serial) {
-  if (*n < kShortestFork) [[likely]] {
+  if (*n < kShortest) [[likely]] {
     return serial(n, x, y);
   }
   long_update(member, n, x, incx, y, incy, serial);

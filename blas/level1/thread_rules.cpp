@@ -47,7 +47,10 @@ constexpr core_int shortest_fork() {
 }
 static_assert(shortest_fork() == kShortestFork);
 
-bool forks_to_two_only(level1_member member) { return member >= level1_member::zaxpy; }
+bool forks_natively_only(level1_member member) { return member > level1_member::zcopy; }
+bool forks_to_two_only(level1_member member) {
+  return member == level1_member::zaxpy || member == level1_member::zcopy;
+}
 const thread_rule& rule_of(level1_member member) { return kRules[static_cast<int>(member)]; }
 core_int fork_length(level1_member member) {
   if (member == level1_member::zaxpy) return kZaxpyForkFrom;
@@ -80,13 +83,15 @@ level1_choice limited_on_ssse3(const thread_rule& rule, core_int n, int threads,
 }  // namespace
 
 level1_choice choose_level1_threads(const level1_facts& facts) {
+  if (facts.level > 4) return choose_native_level1_threads(facts);
   const core_int n = facts.n;
+  if (forks_natively_only(facts.member)) return {1, "no threads on this processor level"};
   if (n < fork_length(facts.member)) return {1, "short vector"};
-  // Level 4 is asked for rather than found, and was never tuned; native levels follow level 3.
-  const bool like_sse42 = facts.level == 3 || facts.level > 4;
-  if (!like_sse42 && facts.level != 2) return {1, "no threads on this processor level"};
+  // Level 4 is asked for rather than found, and was never tuned.
+  const bool is_sse42 = facts.level == 3;
+  if (!is_sse42 && facts.level != 2) return {1, "no threads on this processor level"};
   const bool two_only = forks_to_two_only(facts.member);
-  if (!two_only && !like_sse42 && n < rule_of(facts.member).fork_from_ssse3) return {1, "short vector"};
+  if (!two_only && !is_sse42 && n < rule_of(facts.member).fork_from_ssse3) return {1, "short vector"};
   if (facts.incx == 0 || facts.incy == 0) return {1, "stride 0"};
   if (facts.threads <= 1) return {1, "one thread in the domain"};
   if (two_only) {
@@ -95,14 +100,17 @@ level1_choice choose_level1_threads(const level1_facts& facts) {
     return {2, "two threads"};
   }
   if (!facts.dynamic) return {facts.threads, "all threads, no dynamic adjustment"};
-  if (like_sse42) return limited_on_sse42(rule_of(facts.member), n, facts.threads);
+  if (is_sse42) return limited_on_sse42(rule_of(facts.member), n, facts.threads);
   return limited_on_ssse3(rule_of(facts.member), n, facts.threads, facts.caches);
 }
 
 level1_choice explain_level1_threads(level1_member member, core_int n, core_int incx, core_int incy) {
   level1_facts facts{member, n, incx, incy, serv_cpu_level(), 1, false, {}};
   // What is not needed is not asked for: levels without threads stay without thread and cache queries.
-  if (n >= fork_length(member) && facts.level >= 2 && facts.level != 4) {
+  const bool native = facts.level > 4;
+  const bool forks = native || facts.level == 2 || facts.level == 3;
+  if (forks && (native || !forks_natively_only(member)) &&
+      n >= (native ? native_fork_length(member) : fork_length(member))) {
     facts.threads = serv_threads_for_domain(1);
     facts.dynamic = serv_threads_dynamic() == 1;
     if (facts.level == 2 && facts.dynamic) serv_cache_sizes(facts.caches);

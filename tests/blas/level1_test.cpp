@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Level 1 of the core BLAS against straightforward sums in long double, over lengths about the lanes of the
-// contiguous loops and strides of both signs and zero; and the oddities that callers rely on.
+// contiguous loops and strides of both signs and zero. Special values: tests/kernels.
 #include "tests/blas/by_type.h"
 #include "tests/blas/reference.h"
 
@@ -139,79 +139,6 @@ TYPED_TEST(Level1, ScaleAndSums) {
   }
 }
 
-TYPED_TEST(Level1, KeepsNanWhenScaledByZero) {
-  using T = TypeParam;
-  const core_int n = 9, one = 1;
-  strided<T> x(9, 1, this->random_);
-  x.set(3, nan_element<T>());
-  call(core_of<T>::scal, n, T{}, x.data(), one);
-  EXPECT_TRUE(is_nan(widen(x[3])));
-  EXPECT_EQ(wide{}, widen(x[2]));
-}
-
-TYPED_TEST(Level1, KeepsYWhenAlphaIsZeroButNotWhenNan) {
-  using T = TypeParam;
-  const core_int n = 3, one = 1;
-  strided<T> x(3, 1, this->random_), y(3, 1, this->random_);
-  x.fill(nan_element<T>());
-  const dense before = y.column();
-  call(core_of<T>::axpy, n, T{}, x.data(), one, y.data(), one);
-  EXPECT_EQ(before.cells, y.column().cells);
-  x.fill(T{});
-  call(core_of<T>::axpy, n, nan_element<T>(), x.data(), one, y.data(), one);
-  EXPECT_TRUE(is_nan(widen(y[2])));
-}
-
-struct extreme_case {
-  const char* name;
-  std::vector<double> values;
-  core_int largest, smallest;
-};
-const double kNan = std::numeric_limits<double>::quiet_NaN();
-const extreme_case kExtremeCases[] = {
-    {"One", {-4}, 1, 1},
-    {"OneNan", {kNan}, 1, 1},
-    {"FirstOfEqualWins", {1, -3, 3, 1, -1}, 2, 1},
-    {"SignIsIgnored", {2, -5, 4, -1}, 2, 4},
-    {"ElementAfterNanReplacesIt", {1, kNan, 0.5}, 3, 3},
-    {"NanReplacesBest", {1, 2, kNan}, 3, 3},
-    {"SearchGoesOnAfterNan", {9, kNan, 1, 2, 1.5, 0.5}, 4, 6},
-};
-
-TYPED_TEST(Level1, KeepsNanReplacesBest) {
-  using T = TypeParam;
-  for (const extreme_case& c : kExtremeCases) {
-    // In front: neutral elements, so that the case straddles and fills the blocks of the contiguous search.
-    for (const core_int padding : {0, 1, 13, 14, 15, 16, 17, 31, 40}) {
-      if (padding > 0 && std::isnan(c.values[0])) continue;
-      for (const core_int inc : {1, 2}) {
-        const core_int n = padding + static_cast<core_int>(c.values.size());
-        strided<T> x(n, inc, this->random_);
-        for (core_int i = 0; i < n; ++i) {
-          const double v = c.values[static_cast<std::size_t>(std::max<core_int>(0, i - padding))];
-          x.set(i, is_complex<T> ? element<T>(0.25 * v, -0.75 * v) : element<T>(v, 0));
-        }
-        const auto wanted = [&](core_int index) { return index == 1 ? 1 : padding + index; };
-        EXPECT_EQ(wanted(c.largest), call(core_of<T>::amax, n, x.data(), inc))
-            << c.name << ' ' << padding << ' ' << inc;
-        EXPECT_EQ(wanted(c.smallest), call(core_of<T>::amin, n, x.data(), inc))
-            << c.name << ' ' << padding << ' ' << inc;
-      }
-    }
-  }
-}
-
-TYPED_TEST(Level1, ExtremesOfNothingAreZero) {
-  using T = TypeParam;
-  const T x = element<T>(1, 1);
-  const core_int n = 1, none = 0, one = 1, back = -1;
-  for (const auto routine : {core_of<T>::amax, core_of<T>::amin}) {
-    EXPECT_EQ(0, call(routine, none, &x, one));
-    EXPECT_EQ(0, call(routine, n, &x, none));
-    EXPECT_EQ(0, call(routine, n, &x, back));
-  }
-}
-
 TYPED_TEST(Level1, NormNeitherOverflowsNorUnderflows) {
   using T = TypeParam;
   using R = real_of<T>;
@@ -226,16 +153,6 @@ TYPED_TEST(Level1, NormNeitherOverflowsNorUnderflows) {
   strided<T> x(n, 1, this->random_);
   x.set(5, nan_element<T>());
   EXPECT_TRUE(std::isnan(call(core_of<T>::nrm2, n, x.data(), core_int{1})));
-}
-
-TYPED_TEST(Level1, KeepsNanAsNormOfTwoInfinities) {
-  using T = TypeParam;
-  const core_int n = 6, one = 1;
-  strided<T> x(n, 1, this->random_);
-  x.set(1, element<T>(std::numeric_limits<double>::infinity(), 0));
-  EXPECT_TRUE(std::isinf(call(core_of<T>::nrm2, n, x.data(), one)));
-  x.set(4, x[1]);
-  EXPECT_TRUE(std::isnan(call(core_of<T>::nrm2, n, x.data(), one)));
 }
 
 TYPED_TEST(Level1, RotationsTurnPairs) {

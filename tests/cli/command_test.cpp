@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "cli/commands.h"
 #include "cli/matrix_market.h"
 #include "tests/cli/temporary_file.h"
 
@@ -96,6 +97,24 @@ TEST(Solve, TellsBadInputFromASingularMatrix) {
     EXPECT_EQ(result.exit_code, c.exit_code) << c.arguments << '\n' << result.output;
     EXPECT_TRUE(contains(result.output, c.says)) << c.arguments << '\n' << result.output;
   }
+}
+
+TEST(Explain, TellsThreadsOfVectorOperationsAndWhy) {
+  struct explain_case {
+    const char *arguments, *want;
+  };
+  for (const explain_case& c :
+       {explain_case{"ddot 2500 --level 3 --threads 8", "threads  1 (short vector)"},
+        {"ddot 2501 --level 3 --threads 8", "threads  4 (at most 4 threads"},
+        {"ddot 2501 --level 3 --threads 8 --fixed-threads", "threads  8 (all threads"},
+        {"idamax 200000 --level 4 --threads 8", "threads  1 (no threads on this"},
+        {"idamax 200000 --level 5 --threads 2", "threads  2 (all threads"},
+        {"dcopy 200000 --level 5 --incx 0 --threads 2", "threads  1 (stride 0)"}}) {
+    const command_result result = run(std::string("explain level1 ") + c.arguments);
+    EXPECT_EQ(0, result.exit_code) << result.output;
+    EXPECT_TRUE(contains(result.output, c.want)) << result.output;
+  }
+  EXPECT_EQ(kBadInput, run("explain level1 nothing 5").exit_code);
 }
 
 TEST(Info, TellsWhichVariablesHaveAnEffect) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The kernels that find the largest and the smallest element: ties, NaN, strides, and the blocks that the
 // contiguous search passes over.
+#include <algorithm>
 #include <limits>
 
 #include "tests/kernels/support.h"
@@ -48,6 +49,15 @@ class ExtremesLevel : public ByLevel {
               << what << " stride " << inc;
           ASSERT_EQ(index_by_rule(sizes, false), rows<T>::amin.kernel[level()](&n, at, &inc))
               << what << " stride " << inc;
+          if (!native()) continue;
+          // The forms for slices mark with a sign that there was a NaN.
+          const bool nan = std::any_of(sizes.begin(), sizes.end(), [](double v) { return std::isnan(v); });
+          ASSERT_EQ(index_by_rule(sizes, true) * (nan ? -1 : 1),
+                    rows<T>::amax_slice.kernel[level()](&n, at, &inc))
+              << what;
+          ASSERT_EQ(index_by_rule(sizes, false) * (nan ? -1 : 1),
+                    rows<T>::amin_slice.kernel[level()](&n, at, &inc))
+              << what;
         }
       }
     });

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Threaded level 1: the cut into slices, the order in which partial sums are added, and core routines on 1 to
 // 20 and more threads, to the bit. Threads are used on the levels that allow them; with a forced level of 2
-// or 3 this runs everywhere.
+// or 3 this runs everywhere, and natively it runs with all routines.
 #include "blas/level1/slices.h"
 
 #include "blas/level1/level1.h"
@@ -25,7 +25,10 @@ class Slices : public testing::Test {
     serv_set_dynamic(0);
     refuse_memory = false;
   }
+  static bool native() { return serv_cpu_level() >= kFirstNative; }
   static bool level_forks() { return serv_cpu_level() >= 2 && serv_cpu_level() != 4; }
+  /// A length for which routines fork, of which native levels want a longer one.
+  static core_int long_length(core_int elsewhere) { return native() ? 150'001 + elsewhere % 100 : elsewhere; }
 };
 
 TEST_F(Slices, AreMultiplesOfEightAndCoverTheVector) {
@@ -85,7 +88,7 @@ S combined(const std::vector<S>& partial, std::size_t ahead) {
 }
 
 TEST_F(Slices, PartialSumsAddInTheDocumentedOrder) {
-  for_types<float, double, complex8>([]<class S>() {
+  for_element_types([]<class S>() {
     alignas(16) unsigned char memory[80 * sizeof(S)];
     for (int threads = 1; threads <= 70; ++threads) {
       const auto partial = order_sensitive<S>(static_cast<std::size_t>(threads), 9);
@@ -114,29 +117,65 @@ struct threaded<float> {
   static constexpr auto dot = core::sdot;
   static constexpr auto axpy = core::saxpy;
   static constexpr auto copy = core::scopy;
+  static constexpr auto swap = core::sswap;
+  static constexpr auto scal = core::sscal;
+  static constexpr auto real_scal = core::sscal;
+  static constexpr auto rot = core::srot;
+  static constexpr auto asum = core::sasum;
+  static constexpr auto nrm2 = core::snrm2;
+  static constexpr auto amax = core::isamax;
+  static constexpr auto amin = core::isamin;
 };
 template <>
 struct threaded<double> {
   static constexpr auto dot = core::ddot;
   static constexpr auto axpy = core::daxpy;
   static constexpr auto copy = core::dcopy;
+  static constexpr auto swap = core::dswap;
+  static constexpr auto scal = core::dscal;
+  static constexpr auto real_scal = core::dscal;
+  static constexpr auto rot = core::drot;
+  static constexpr auto asum = core::dasum;
+  static constexpr auto nrm2 = core::dnrm2;
+  static constexpr auto amax = core::idamax;
+  static constexpr auto amin = core::idamin;
 };
 template <>
 struct threaded<complex8> {
   static constexpr auto axpy = core::caxpy;
   static constexpr auto copy = core::ccopy;
+  static constexpr auto dot = core::cdotc;
+  static constexpr auto dotu = core::cdotu;
+  static constexpr auto swap = core::cswap;
+  static constexpr auto scal = core::cscal;
+  static constexpr auto real_scal = core::csscal;
+  static constexpr auto rot = core::csrot;
+  static constexpr auto asum = core::scasum;
+  static constexpr auto nrm2 = core::scnrm2;
+  static constexpr auto amax = core::icamax;
+  static constexpr auto amin = core::icamin;
 };
 template <>
 struct threaded<complex16> {
   static constexpr auto axpy = core::zaxpy;
   static constexpr auto copy = core::zcopy;
+  static constexpr auto dot = core::zdotc;
+  static constexpr auto dotu = core::zdotu;
+  static constexpr auto swap = core::zswap;
+  static constexpr auto scal = core::zscal;
+  static constexpr auto real_scal = core::zdscal;
+  static constexpr auto rot = core::zdrot;
+  static constexpr auto asum = core::dzasum;
+  static constexpr auto nrm2 = core::dznrm2;
+  static constexpr auto amax = core::izamax;
+  static constexpr auto amin = core::izamin;
 };
 
 template <class S>
 S core_dot(core_int n, const S* x, core_int incx, const S* y, core_int incy) {
   if constexpr (is_complex<S>) {
     S result;
-    core::cdotc(&result, &n, x, &incx, y, &incy);
+    threaded<S>::dot(&result, &n, x, &incx, y, &incy);
     return result;
   } else {
     return threaded<S>::dot(&n, x, &incx, y, &incy);
@@ -167,31 +206,44 @@ S sliced_dot(int threads, core_int n, const S* x, core_int incx, const S* y, cor
 }
 
 TEST_F(Slices, DotOfEveryThreadCountHasItsOwnBits) {
-  for_types<float, double, complex8>([]<class S>() {
+  for_element_types([]<class S>() {
     constexpr core_int kStrides[][2] = {{1, 1}, {-1, -1}, {2, -1}, {-3, 1}};
+    const bool forks = level_forks() && (native() || !std::is_same_v<S, complex16>);
     int unlike_serial = 0;
     for (const auto& [incx, incy] : kStrides) {
-      for (const core_int n : {5001, 6017}) {
+      for (const core_int n : {long_length(5001), long_length(6017)}) {
         const auto x = order_sensitive<S>(span_of(n, incx), 1), y = order_sensitive<S>(span_of(n, incy), 2);
         const S serial = kernel_dot(n, x.data(), incx, y.data(), incy);
         for (const int threads :
              {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 130}) {
           serv_set_domain_threads(threads, 1);
           const S want =
-              threads > 1 && level_forks() ? sliced_dot(threads, n, x.data(), incx, y.data(), incy) : serial;
+              threads > 1 && forks ? sliced_dot(threads, n, x.data(), incx, y.data(), incy) : serial;
           EXPECT_TRUE(want == core_dot(n, x.data(), incx, y.data(), incy))
               << threads << " strides " << incx << ' ' << incy;
           unlike_serial += want == serial ? 0 : 1;
         }
       }
     }
-    EXPECT_EQ(level_forks(), unlike_serial > 40);
+    EXPECT_EQ(forks, unlike_serial > 40);
+    if constexpr (is_complex<S>) {
+      if (!native()) return;  // elsewhere the plain product never forks
+      const core_int n = long_length(5001), one = 1;
+      const auto x = order_sensitive<S>(static_cast<std::size_t>(n), 1);
+      auto conjugated = x;
+      for (S& v : conjugated) v.imag = -v.imag;
+      serv_set_domain_threads(3, 1);
+      S result;
+      threaded<S>::dotu(&result, &n, conjugated.data(), &one, x.data(), &one);
+      EXPECT_TRUE(core_dot(n, x.data(), one, x.data(), one) == result);
+    }
   });
 }
 
 TEST_F(Slices, DotRunsSeriallyWithoutMemoryForManyPartialSums) {
-  const core_int n = 5001, one = 1;
-  const auto x = order_sensitive<double>(5001, 1), y = order_sensitive<double>(5001, 2);
+  const core_int n = long_length(5001), one = 1;
+  const auto x = order_sensitive<double>(static_cast<std::size_t>(n), 1),
+             y = order_sensitive<double>(static_cast<std::size_t>(n), 2);
   serv_set_domain_threads(200, 1);
   serv_free_buffers();
   refuse_memory = true;
@@ -204,41 +256,129 @@ TEST_F(Slices, DotRunsSeriallyWithoutMemoryForManyPartialSums) {
 }
 
 TEST_F(Slices, ShortVectorsAndZeroStridesRunSerially) {
-  const auto x = order_sensitive<double>(9000, 1), y = order_sensitive<double>(9000, 2);
-  const core_int zero = 0, one = 1;
+  const core_int zero = 0, one = 1, short_length = native() ? 40959 : 2500, whole = long_length(9000);
+  const auto x = order_sensitive<double>(static_cast<std::size_t>(whole), 1),
+             y = order_sensitive<double>(static_cast<std::size_t>(whole), 2);
   serv_set_domain_threads(3, 1);
-  const core_int short_length = 2500, long_length = 9000;
   const double short_dot = core::ddot(&short_length, x.data(), &one, y.data(), &one);
   EXPECT_EQ(kernel_dot(short_length, x.data(), one, y.data(), one), short_dot);
   EXPECT_NE(sliced_dot(3, short_length, x.data(), one, y.data(), one), short_dot);
-  EXPECT_EQ(kernel_dot(long_length, x.data(), zero, y.data(), one),
-            core::ddot(&long_length, x.data(), &zero, y.data(), &one));
+  EXPECT_EQ(kernel_dot(whole, x.data(), zero, y.data(), one),
+            core::ddot(&whole, x.data(), &zero, y.data(), &one));
 }
 
 TEST_F(Slices, UpdatesOfAnyThreadCountAreTheSerialOnes) {
   for_element_types([]<class T>() {
-    const core_int n = 6100;
+    using R = real_of<T>;
+    const core_int n = long_length(6100);
     constexpr core_int kStrides[][2] = {{1, 1}, {-1, -1}, {2, -1}, {-1, 3}};
     T alpha{};
-    reinterpret_cast<real_of<T>*>(&alpha)[0] = real_of<T>{0.7F};
-    for (const int dynamic : {0, 1}) {  // with it zaxpy and zcopy fork
+    reinterpret_cast<R*>(&alpha)[0] = R{0.7F};
+    const R c = R{0.6F}, s = R{0.8F};
+    const int level = serv_cpu_level();
+    // Each takes x and y; the core's routine and the kernel of the whole vectors.
+    const auto compare = [&](core_int incx, core_int incy, const auto& core_routine, const auto& kernel) {
+      const auto x0 = order_sensitive<T>(span_of(n, incx), 1), y0 = order_sensitive<T>(span_of(n, incy), 2);
+      auto want_x = x0, want_y = y0;
+      kernel(want_x.data(), want_y.data());
+      for (const int threads : {1, 2, 3, 7, 16}) {
+        serv_set_domain_threads(threads, 1);
+        auto x = x0, y = y0;
+        core_routine(x.data(), y.data());
+        EXPECT_EQ(0, std::memcmp(want_x.data(), x.data(), x.size() * sizeof(T))) << threads << ' ' << incx;
+        EXPECT_EQ(0, std::memcmp(want_y.data(), y.data(), y.size() * sizeof(T))) << threads << ' ' << incy;
+      }
+    };
+    for (const int dynamic : {0, 1}) {  // with it zaxpy and zcopy fork below native levels
       serv_set_dynamic(dynamic);
-      for (const auto& [incx, incy] : kStrides) {
-        const auto x = order_sensitive<T>(span_of(n, incx), 1),
-                   before = order_sensitive<T>(span_of(n, incy), 2);
-        auto updated = before, copied = before;
-        rows<T>::axpy.kernel[0](&n, &alpha, x.data(), &incx, updated.data(), &incy);
-        rows<T>::copy.kernel[0](&n, x.data(), &incx, copied.data(), &incy);
-        for (const int threads : {1, 2, 3, 7, 16}) {
+      for (const auto& strides : kStrides) {
+        const core_int incx = strides[0], incy = strides[1];
+        const auto pairs = [&](const auto& routine, const auto& row) {
+          compare(
+              incx, incy, [&](T* x, T* y) { routine(&n, x, &incx, y, &incy); },
+              [&](T* x, T* y) { row.kernel[level](&n, x, &incx, y, &incy); });
+        };
+        pairs(threaded<T>::copy, rows<T>::copy);
+        pairs(threaded<T>::swap, rows<T>::swap);
+        compare(
+            incx, incy, [&](T* x, T* y) { threaded<T>::axpy(&n, &alpha, x, &incx, y, &incy); },
+            [&](T* x, T* y) { rows<T>::axpy.kernel[level](&n, &alpha, x, &incx, y, &incy); });
+        compare(
+            incx, incy, [&](T* x, T* y) { threaded<T>::rot(&n, x, &incx, y, &incy, &c, &s); },
+            [&](T* x, T* y) { rows<T>::rot.kernel[level](&n, x, &incx, y, &incy, &c, &s); });
+        compare(
+            incx, incy,
+            [&](T* x, T* y) {
+              threaded<T>::scal(&n, &alpha, x, &incx);
+              threaded<T>::real_scal(&n, &c, y, &incy);
+            },
+            [&](T* x, T* y) {
+              rows<T>::scal.kernel[level](&n, &alpha, x, &incx);
+              rows<T>::real_scal.kernel[level](&n, &c, y, &incy);
+            });
+      }
+    }
+  });
+}
+
+TEST_F(Slices, SumsOfMagnitudesAddUpBySlicesNatively) {
+  for_element_types([]<class T>() {
+    using R = real_of<T>;
+    const core_int n = long_length(9000);
+    for (const core_int inc : {1, -2}) {
+      const auto x = order_sensitive<T>(span_of(n, inc), 3);
+      const auto serial = [&](slice part, const auto& row) {
+        return row.kernel[serv_cpu_level()](&part.length, slice_base(x.data(), n, inc, part), &inc);
+      };
+      const R norm = serial({0, n}, rows<T>::nrm2);
+      for (const int threads : {1, 2, 5, 11}) {
+        serv_set_domain_threads(threads, 1);
+        std::vector<R> sums;
+        const int slices = native() ? threads : 1;
+        for (int t = 0; t < slices; ++t) sums.push_back(serial(slice_of(n, slices, t), rows<T>::asum));
+        EXPECT_EQ(combined(sums, 0), threaded<T>::asum(&n, x.data(), &inc)) << threads;
+        EXPECT_TRUE(near_sum(norm, norm, 30, threaded<T>::nrm2(&n, x.data(), &inc))) << threads;
+      }
+    }
+  });
+}
+
+// Slices meet with the extreme in any of them, ties between them, and NaN on their borders.
+TEST_F(Slices, SearchesFindWhatOneThreadFinds) {
+  const core_int n = long_length(4000);
+  const auto length = static_cast<std::size_t>(n);
+  const auto cut = static_cast<std::size_t>(slice_of(n, 3, 1).start);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  struct event {
+    std::size_t at;
+    double value;
+  };
+  const std::vector<std::vector<event>> cases = {{{5, 9}},
+                                                 {{cut + 5, 9}},
+                                                 {{length - 1, 9}},
+                                                 {{5, 9}, {cut + 5, 9}},
+                                                 {{5, 0}, {cut + 5, 0}},
+                                                 {{5, 9}, {cut + 100, nan}},
+                                                 {{cut - 1, nan}, {5, 9}},
+                                                 {{cut, nan}, {5, 9}, {5, 0}},
+                                                 {{0, nan}},
+                                                 {{length - 1, nan}},
+                                                 {{cut - 1, nan}, {cut, 9}}};
+  for_element_types([&]<class T>() {
+    for (const core_int inc : {1, 2}) {
+      for (std::size_t k = 0; k < cases.size(); ++k) {
+        std::vector<T> x(span_of(n, inc));
+        for (T& v : x) reinterpret_cast<real_of<T>*>(&v)[0] = 2;
+        for (const event& e : cases[k]) {
+          reinterpret_cast<real_of<T>*>(&x[e.at * static_cast<std::size_t>(inc)])[0] =
+              static_cast<real_of<T>>(e.value);
+        }
+        const core_int largest = rows<T>::amax.kernel[0](&n, x.data(), &inc),
+                       smallest = rows<T>::amin.kernel[0](&n, x.data(), &inc);
+        for (const int threads : {1, 2, 3, 7}) {
           serv_set_domain_threads(threads, 1);
-          auto y = before;
-          threaded<T>::axpy(&n, &alpha, x.data(), &incx, y.data(), &incy);
-          EXPECT_EQ(0, std::memcmp(updated.data(), y.data(), y.size() * sizeof(T)))
-              << threads << ' ' << incx << ' ' << incy;
-          y = before;
-          threaded<T>::copy(&n, x.data(), &incx, y.data(), &incy);
-          EXPECT_EQ(0, std::memcmp(copied.data(), y.data(), y.size() * sizeof(T)))
-              << threads << ' ' << incx << ' ' << incy;
+          EXPECT_EQ(largest, threaded<T>::amax(&n, x.data(), &inc)) << k << " threads " << threads;
+          EXPECT_EQ(smallest, threaded<T>::amin(&n, x.data(), &inc)) << k << " threads " << threads;
         }
       }
     }

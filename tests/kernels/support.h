@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 #include <random>
 #include <vector>
@@ -20,10 +21,19 @@
 
 namespace qel::test {
 
+/// From here on the order of summation is free, products are fused, and the processor must be new enough.
+inline constexpr int kFirstNative = 5;
+
 /// Tests of one level's kernels; instantiated for all levels, so that one can be picked by the name's end.
 class ByLevel : public testing::TestWithParam<int> {
  protected:
   int level() const { return GetParam(); }
+  bool native() const { return level() >= kFirstNative; }
+  void SetUp() override {
+    if (native() && !(__builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma"))) {
+      GTEST_SKIP() << "needs AVX2 and FMA";
+    }
+  }
 };
 /// Calls body.operator()<T>() for each type.
 template <class... T, class Body>
@@ -122,6 +132,15 @@ std::vector<T> elements(const std::vector<T>& cells, core_int n, core_int inc) {
   return result;
 }
 
+/// Whether got is sum up to the rounding of n additions of terms whose magnitudes add up to size.
+template <class R>
+testing::AssertionResult near_sum(long double sum, long double size, core_int n, R got) {
+  const auto bound = static_cast<long double>(n + 4) * std::numeric_limits<R>::epsilon() * size +
+                     std::numeric_limits<R>::denorm_min();
+  if (std::fabs(static_cast<long double>(got) - sum) <= bound) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << got << " is not near " << sum << ", n " << n;
+}
+
 /// Lanes of a register, and neighbours added first.
 template <class R>
 inline constexpr std::size_t kLanes = 16 / sizeof(R);
@@ -173,6 +192,11 @@ struct rows<float> {
   static constexpr const auto& nrm2 = kSnrm2;
   static constexpr const auto& amax = kIsamax;
   static constexpr const auto& amin = kIsamin;
+  static constexpr const auto& swap = kSswap;
+  static constexpr const auto& rot = kSrot;
+  static constexpr const auto& rotm = kSrotm;
+  static constexpr const auto& amax_slice = kIsamaxSlice;
+  static constexpr const auto& amin_slice = kIsaminSlice;
 };
 template <>
 struct rows<double> {
@@ -185,6 +209,11 @@ struct rows<double> {
   static constexpr const auto& nrm2 = kDnrm2;
   static constexpr const auto& amax = kIdamax;
   static constexpr const auto& amin = kIdamin;
+  static constexpr const auto& swap = kDswap;
+  static constexpr const auto& rot = kDrot;
+  static constexpr const auto& rotm = kDrotm;
+  static constexpr const auto& amax_slice = kIdamaxSlice;
+  static constexpr const auto& amin_slice = kIdaminSlice;
 };
 template <>
 struct rows<complex8> {
@@ -198,6 +227,10 @@ struct rows<complex8> {
   static constexpr const auto& nrm2 = kScnrm2;
   static constexpr const auto& amax = kIcamax;
   static constexpr const auto& amin = kIcamin;
+  static constexpr const auto& swap = kCswap;
+  static constexpr const auto& rot = kCsrot;
+  static constexpr const auto& amax_slice = kIcamaxSlice;
+  static constexpr const auto& amin_slice = kIcaminSlice;
 };
 template <>
 struct rows<complex16> {
@@ -211,6 +244,10 @@ struct rows<complex16> {
   static constexpr const auto& nrm2 = kDznrm2;
   static constexpr const auto& amax = kIzamax;
   static constexpr const auto& amin = kIzamin;
+  static constexpr const auto& swap = kZswap;
+  static constexpr const auto& rot = kZdrot;
+  static constexpr const auto& amax_slice = kIzamaxSlice;
+  static constexpr const auto& amin_slice = kIzaminSlice;
 };
 
 }  // namespace qel::test

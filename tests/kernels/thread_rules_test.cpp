@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 namespace qel {
 namespace {
@@ -61,24 +63,71 @@ void expect_limits(const std::string& what, level1_member member, core_int n, in
   }
 }
 
-TEST(Level1Threads, LengthsOfSse42AndNativeLevels) {
+TEST(Level1Threads, LengthsOfSse42) {
   for (const member_lengths& m : kMembers) {
-    for (const int level : {3, 5, 6}) {
-      const auto at = [&](core_int n, std::initializer_list<limit_case> cases) {
-        expect_limits(m.name, m.member, n, level, cache::kUnknown, cases);
-      };
-      at(m.fork - 1, {{2, 1}, {3, 1}, {40, 1}});
-      at(m.fork, {{1, 1}, {3, 3}, {4, 4}, {5, 4}, {16, 4}, {40, 4}});
-      at(m.four - 1, {{4, 4}, {5, 4}, {17, 4}});
-      at(m.four, {{2, 2}, {5, 5}, {17, 17}, {40, 40}});
-      if (m.two != kNo) {
-        at(m.two - 1, {{2, 1}, {3, 3}});
-        at(m.two, {{2, 2}});
-      } else {
-        at(m.fork, {{2, 2}});
-      }
+    const auto at = [&](core_int n, std::initializer_list<limit_case> cases) {
+      expect_limits(m.name, m.member, n, 3, cache::kUnknown, cases);
+    };
+    at(m.fork - 1, {{2, 1}, {3, 1}, {40, 1}});
+    at(m.fork, {{1, 1}, {3, 3}, {4, 4}, {5, 4}, {16, 4}, {40, 4}});
+    at(m.four - 1, {{4, 4}, {5, 4}, {17, 4}});
+    at(m.four, {{2, 2}, {5, 5}, {17, 17}, {40, 40}});
+    if (m.two != kNo) {
+      at(m.two - 1, {{2, 1}, {3, 3}});
+      at(m.two, {{2, 2}});
+    } else {
+      at(m.fork, {{2, 2}});
     }
   }
+}
+
+/// Lengths from which members of one kind fork natively, by size of their elements.
+struct native_lengths {
+  core_int four_bytes, eight_bytes, sixteen_bytes;
+  std::vector<level1_member> fours, eights, sixteens;
+};
+const native_lengths kNativeMembers[] = {
+    {81920,
+     40960,
+     20480,
+     {sdot, saxpy, scopy},
+     {ddot, cdotc, cdotu, daxpy, caxpy, dcopy, ccopy},
+     {zdotu, zdotc, zaxpy, zcopy}},
+    {57344, 28672, 14336, {sswap, srot, srotm}, {dswap, cswap, drot, csrot, drotm}, {zswap, zdrot}},
+    {147456,
+     73728,
+     36864,
+     {sscal, sasum, snrm2},
+     {dscal, cscal, csscal, dasum, scasum, dnrm2, scnrm2},
+     {zscal, zdscal, dzasum, dznrm2}},
+    {131072, 65536, 32768, {isamax, isamin}, {idamax, idamin, icamax, icamin}, {izamax, izamin}},
+};
+
+TEST(Level1Threads, LengthsOfNativeLevels) {
+  int seen = 0;
+  const auto check = [&](core_int fork, const std::vector<level1_member>& members) {
+    for (const level1_member member : members) {
+      ++seen;
+      for (const int level : {5, 6}) {
+        const auto at = [&](core_int n, std::initializer_list<limit_case> cases) {
+          expect_limits(name_of(member), member, n, level, cache::kUnknown, cases);
+        };
+        at(4096, {{2, 1}, {40, 1}});
+        at(fork - 1, {{2, 1}, {40, 1}});
+        at(fork, {{1, 1}, {2, 2}, {3, 2}, {40, 2}});
+        at(fork / 2 * 3 - 1, {{3, 2}});
+        at(fork / 2 * 3, {{2, 2}, {3, 3}, {40, 3}});
+        at(20 * fork, {{17, 17}, {40, 40}, {41, 40}});
+      }
+      EXPECT_EQ(fork, native_fork_length(member)) << name_of(member);
+    }
+  };
+  for (const native_lengths& kind : kNativeMembers) {
+    check(kind.four_bytes, kind.fours);
+    check(kind.eight_bytes, kind.eights);
+    check(kind.sixteen_bytes, kind.sixteens);
+  }
+  EXPECT_EQ(kLevel1Members, seen);
 }
 
 TEST(Level1Threads, LengthsOfSsse3WithSmallSecondCache) {
@@ -133,7 +182,9 @@ TEST(Level1Threads, EveryThreadWithoutDynamicAdjustment) {
   for (const member_lengths& m : kMembers) {
     for (const int level : {2, 3, 5, 6}) {
       for (const int threads : kCounts) {
-        const core_int fork = level == 2 && m.fork_ssse3 != kNo ? m.fork_ssse3 : m.fork;
+        const core_int fork = level > 4                           ? native_fork_length(m.member)
+                              : level == 2 && m.fork_ssse3 != kNo ? m.fork_ssse3
+                                                                  : m.fork;
         level1_facts facts = facts_of(m.member, fork, level, threads, cache::kSmall);
         facts.dynamic = false;
         EXPECT_EQ(threads, choose_level1_threads(facts).threads) << m.name << ' ' << level;
@@ -152,10 +203,14 @@ TEST(Level1Threads, OtherLevelsAndZeroStridesNeverFork) {
           << static_cast<int>(facts.member) << ' ' << facts.level;
     }
   };
-  for (int member = 0; member <= static_cast<int>(zcopy); ++member) {
+  for (int member = 0; member < kLevel1Members; ++member) {
     const auto each = static_cast<level1_member>(member);
     for (const int level : {0, 1, 4}) serial(facts_of(each, kFar, level, 8, cache::kSmall));
     for (const int level : {2, 3, 5}) {
+      if (each > zcopy && level < 5) {
+        serial(facts_of(each, kFar, level, 8, cache::kSmall));
+        continue;
+      }
       level1_facts facts = facts_of(each, kFar, level, 8, cache::kSmall);
       facts.incx = 0;
       serial(facts);
@@ -172,7 +227,7 @@ TEST(Level1Threads, OtherLevelsAndZeroStridesNeverFork) {
 TEST(Level1Threads, KeepsSerialZaxpyAndZcopyWithoutDynamicAdjustment) {
   for (const level1_member member : kPairMembers) {
     const core_int fork = member == zaxpy ? 2001 : 1601;
-    for (const int level : {2, 3, 5, 6}) {
+    for (const int level : {2, 3}) {
       for (const int threads : kCounts) {
         level1_facts facts = facts_of(member, fork, level, threads, cache::kUnknown);
         EXPECT_EQ(threads < 2 ? 1 : 2, choose_level1_threads(facts).threads);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The kernels that change a vector: axpy, copy, scal. Every element's result is fixed to the bit whatever the
-// path that computed it, and nothing outside the operand is written.
+// The kernels that change vectors: axpy, copy, scal, swap, rot, rotm. Every element's result is fixed to the
+// bit whatever the path that computed it, and nothing outside the operand is written.
 #include <limits>
 
 #include "tests/kernels/support.h"
@@ -25,6 +25,31 @@ T scalar(double real, double imag) {
   }
 }
 
+/// a + b c as a level rounds it: native ones once.
+template <class R>
+R plus_product(bool fused, R a, R b, R c) {
+  return fused ? std::fma(b, c, a) : a + b * c;
+}
+template <class R>
+R multiple(bool, R alpha, R x) {
+  return alpha * x;
+}
+template <complex_pair C>
+C multiple(bool fused, C alpha, C x) {
+  return {plus_product(fused, alpha.real * x.real, -alpha.imag, x.imag),
+          plus_product(fused, alpha.real * x.imag, alpha.imag, x.real)};
+}
+template <class R>
+R plus_multiple(bool fused, R y, R alpha, R x) {
+  return plus_product(fused, y, alpha, x);
+}
+template <complex_pair C>
+C plus_multiple(bool fused, C y, C alpha, C x) {
+  if (!fused) return y + alpha * x;
+  return {std::fma(-alpha.imag, x.imag, std::fma(alpha.real, x.real, y.real)),
+          std::fma(alpha.imag, x.real, std::fma(alpha.real, x.imag, y.imag))};
+}
+
 /// Runs body(n, x offset, y offset) over all small lengths with some alignments, and some lengths with all.
 template <class R, class Body>
 void for_alignments(const Body& body) {
@@ -39,6 +64,19 @@ void for_alignments(const Body& body) {
       for (std::size_t y_off = 0; y_off < 64; y_off += sizeof(R)) body(n, x_off, y_off);
     }
   }
+}
+
+/// (x, y) = (h11 x + h12 y, h22 y + h21 x), native ones fused.
+template <class R>
+void turn(bool fused, R& x, R& y, R h11, R h21, R h12, R h22) {
+  const R from_x = x;
+  x = plus_product(fused, h12 * y, h11, x);
+  y = plus_product(fused, h21 * from_x, h22, y);
+}
+template <complex_pair C>
+void turn(bool fused, C& x, C& y, real_of<C> h11, real_of<C> h21, real_of<C> h12, real_of<C> h22) {
+  turn(fused, x.real, y.real, h11, h21, h12, h22);
+  turn(fused, x.imag, y.imag, h11, h21, h12, h22);
 }
 
 class UpdatesLevel : public ByLevel {
@@ -76,6 +114,31 @@ class UpdatesLevel : public ByLevel {
       for (const auto& [incx, incy] : kStrides) check<T>(n, incx, incy, 0, sizeof(R), run, update);
     }
   }
+  /// One change of both vectors, compared with update(x_i, y_i) in logical order.
+  template <class T, class Run, class Update>
+  void check_pair(core_int n, core_int incx, core_int incy, std::size_t x_off, std::size_t y_off,
+                  const Run& run, const Update& update) {
+    static arena<T> x(1100), y(1100);
+    auto xs = order_sensitive<T>(span_of(n, incx), 1), ys = order_sensitive<T>(span_of(n, incy), 2);
+    T *at_x = x.place(xs, x_off), *at_y = y.place(ys, y_off);
+    run(&n, at_x, &incx, at_y, &incy);
+    for (core_int i = 0; i < n; ++i) update(xs[cell_of(i, n, incx)], ys[cell_of(i, n, incy)]);
+    ASSERT_TRUE(same_bits(xs, x.values()) && same_bits(ys, y.values()) && x.intact() && y.intact())
+        << "n " << n << " strides " << incx << ' ' << incy << " offsets " << x_off << ' ' << y_off;
+  }
+  template <class T, class Run, class Update>
+  void check_pairs(const Run& run, const Update& update) {
+    using R = real_of<T>;
+    for (core_int n = 0; n <= 200; n += n < 70 ? 1 : 13) {
+      // The portable templates of the other levels expect what the language does.
+      check_pair<T>(n, 1, 1, sizeof(R), native() ? sizeof(R) / 2 : 0, run, update);
+      check_pair<T>(n, 1, 1, 0, 16 + sizeof(R), run, update);
+    }
+    for (const core_int n : kFewLengths) {
+      check_pair<T>(n, -1, -1, sizeof(R), 0, run, update);
+      for (const auto& [incx, incy] : kStrides) check_pair<T>(n, incx, incy, 0, sizeof(R), run, update);
+    }
+  }
   /// The same for a routine that changes x alone.
   template <class T, class Run, class Update>
   void check_scaling(const Run& run, const Update& update) {
@@ -93,7 +156,7 @@ TEST_P(UpdatesLevel, AxpyMultipliesThenAdds) {
           [&](const core_int* n, const T* x, const core_int* incx, T* y, const core_int* incy) {
             rows<T>::axpy.kernel[level()](n, &alpha, x, incx, y, incy);
           },
-          [&](T x, T y) { return y + alpha * x; });
+          [&](T x, T y) { return plus_multiple(native(), y, alpha, x); });
     }
   });
 }
@@ -105,22 +168,9 @@ TEST_P(UpdatesLevel, AxpyOntoItself) {
     auto x = order_sensitive<T>(101, 3);
     const auto before = x;
     rows<T>::axpy.kernel[level()](&n, &alpha, x.data(), &one, x.data(), &one);
-    for (std::size_t i = 0; i < 101; ++i) ASSERT_TRUE(x[i] == before[i] + alpha * before[i]) << i;
-  });
-}
-
-TEST_P(UpdatesLevel, AxpyWithZeroLeavesYAlone) {
-  for_element_types([&]<class T>() {
-    const core_int n = 21, one = 1;
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const std::vector<T> x(21, scalar<T>(nan, nan)), before = order_sensitive<T>(21, 4);
-    auto y = before;
-    const T zero{}, not_a_number = scalar<T>(nan, 0);
-    rows<T>::axpy.kernel[level()](&n, &zero, x.data(), &one, y.data(), &one);
-    EXPECT_TRUE(same_bits(before, y));
-    const std::vector<T> zeros(21);
-    rows<T>::axpy.kernel[level()](&n, &not_a_number, zeros.data(), &one, y.data(), &one);
-    for (const T& v : y) EXPECT_TRUE(std::isnan(real_part(v)));
+    for (std::size_t i = 0; i < 101; ++i) {
+      ASSERT_TRUE(x[i] == plus_multiple(native(), before[i], alpha, before[i])) << i;
+    }
   });
 }
 
@@ -162,7 +212,7 @@ TEST_P(UpdatesLevel, ScalMultiplies) {
     const T alpha = scalar<T>(-1.3, 0.7);
     check_scaling<T>([&](const core_int* n, T* x,
                          const core_int* inc) { rows<T>::scal.kernel[level()](n, &alpha, x, inc); },
-                     [&](T x) { return alpha * x; });
+                     [&](T x) { return multiple(native(), alpha, x); });
     const R real_alpha = static_cast<R>(0.37);
     check_scaling<T>([&](const core_int* n, T* x,
                          const core_int* inc) { rows<T>::real_scal.kernel[level()](n, &real_alpha, x, inc); },
@@ -170,26 +220,34 @@ TEST_P(UpdatesLevel, ScalMultiplies) {
   });
 }
 
-TEST_P(UpdatesLevel, ScalByOneTouchesNothingAndByZeroKeepsNan) {
+TEST_P(UpdatesLevel, SwapExchanges) {
+  for_element_types([&]<class T>() {
+    check_pairs<T>([&](const core_int* n, T* x, const core_int* incx, T* y,
+                       const core_int* incy) { rows<T>::swap.kernel[level()](n, x, incx, y, incy); },
+                   [](T& x, T& y) { std::swap(x, y); });
+  });
+}
+
+TEST_P(UpdatesLevel, RotationsTurnEveryPair) {
   for_element_types([&]<class T>() {
     using R = real_of<T>;
-    const core_int n = 19, one = 1;
-    const T unit = scalar<T>(1, 0), zero{};
-    const R real_unit = 1, real_zero = 0;
-    // A signalling NaN is quiet after any multiplication.
-    std::vector<T> x(19);
-    std::memset(x.data(), 0, x.size() * sizeof(T));
-    const R signalling = std::numeric_limits<R>::signaling_NaN();
-    std::memcpy(&x[7], &signalling, sizeof signalling);
-    const auto before = x;
-    rows<T>::scal.kernel[level()](&n, &unit, x.data(), &one);
-    rows<T>::real_scal.kernel[level()](&n, &real_unit, x.data(), &one);
-    EXPECT_TRUE(same_bits(before, x));
-    auto y = x;
-    rows<T>::scal.kernel[level()](&n, &zero, x.data(), &one);
-    rows<T>::real_scal.kernel[level()](&n, &real_zero, y.data(), &one);
-    for (const auto& v : {x, y}) {
-      for (std::size_t i = 0; i < 19; ++i) EXPECT_EQ(i == 7, std::isnan(real_part(v[i]))) << i;
+    const R c = R{0.6F}, s = R{-0.8F};
+    check_pairs<T>([&](const core_int* n, T* x, const core_int* incx, T* y,
+                       const core_int* incy) { rows<T>::rot.kernel[level()](n, x, incx, y, incy, &c, &s); },
+                   [&](T& x, T& y) { turn(native(), x, y, c, -s, s, c); });
+  });
+  for_types<float, double>([&]<class R>() {
+    for (const R flag : {R{-2}, R{-1}, R{0}, R{1}}) {
+      const R param[] = {flag, R{0.7F}, R{-0.2F}, R{0.3F}, R{1.5F}};
+      const bool beside = flag == 1, diagonal = flag == 0;
+      check_pairs<R>([&](const core_int* n, R* x, const core_int* incx, R* y,
+                         const core_int* incy) { rows<R>::rotm.kernel[level()](n, x, incx, y, incy, param); },
+                     [&](R& x, R& y) {
+                       if (flag != -2) {
+                         turn(native(), x, y, diagonal ? 1 : param[1], beside ? -1 : param[2],
+                              beside ? 1 : param[3], diagonal ? 1 : param[4]);
+                       }
+                     });
     }
   });
 }

@@ -17,7 +17,7 @@ struct magnitude_sum {
   four_sums<R> sum;
   Stream x;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; ++k) sum.add(k, lanes<R>::magnitude(x.get(k)));
     x.advance(kRegisters);
@@ -70,12 +70,6 @@ inline R asum(core_int n, const T* x, core_int inc) {
 }
 
 }  // namespace
-
-float sasum(const core_int* n, const float* x, const core_int* incx) { return asum<float>(*n, x, *incx); }
-double dasum(const core_int* n, const double* x, const core_int* incx) { return asum<double>(*n, x, *incx); }
-float scasum(const core_int* n, const complex8* x, const core_int* incx) { return asum<float>(*n, x, *incx); }
-double dzasum(const core_int* n, const complex16* x, const core_int* incx) {
-  return asum<double>(*n, x, *incx);
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/asum_exports.inl.h"

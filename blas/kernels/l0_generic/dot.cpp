@@ -18,7 +18,7 @@ struct contiguous_dot {
   four_sums<R> sum;
   Stream x, y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
     for (int k = 0; k < kRegisters; ++k) sum.add(k, lanes<R>::mul(x.get(k), y.get(k)));
     x.advance(kRegisters);
     y.advance(kRegisters);
@@ -47,12 +47,6 @@ inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int in
 }
 
 }  // namespace
-
-float sdot(const core_int* n, const float* x, const core_int* incx, const float* y, const core_int* incy) {
-  return dot_real(*n, x, *incx, y, *incy);
-}
-double ddot(const core_int* n, const double* x, const core_int* incx, const double* y, const core_int* incy) {
-  return dot_real(*n, x, *incx, y, *incy);
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/dot_real_exports.inl.h"

@@ -18,7 +18,7 @@ struct contiguous_scal {
   multiple<T> alpha_times;
   R* x;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; ++k) {
       R* at = x + k * L::kCount;
@@ -98,24 +98,6 @@ inline void real_scal(core_int n, R alpha, C* x, core_int incx) {
 }
 
 }  // namespace
-
-void sscal(const core_int* n, const float* alpha, float* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void dscal(const core_int* n, const double* alpha, double* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void cscal(const core_int* n, const complex8* alpha, complex8* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void zscal(const core_int* n, const complex16* alpha, complex16* x, const core_int* incx) {
-  scal(*n, *alpha, x, *incx);
-}
-void csscal(const core_int* n, const float* alpha, complex8* x, const core_int* incx) {
-  real_scal(*n, *alpha, x, *incx);
-}
-void zdscal(const core_int* n, const double* alpha, complex16* x, const core_int* incx) {
-  real_scal(*n, *alpha, x, *incx);
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/scal_exports.inl.h"

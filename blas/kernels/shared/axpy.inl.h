@@ -28,7 +28,7 @@ struct contiguous_axpy {
   X x;
   R* y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 8
     for (int k = 0; k < kRegisters; ++k) {
       R* at = y + k * L::kCount;
@@ -112,22 +112,6 @@ inline void axpy(core_int n, T alpha, const T* x, core_int incx, T* y, core_int 
 }
 
 }  // namespace
-
-void saxpy(const core_int* n, const float* alpha, const float* x, const core_int* incx, float* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-void daxpy(const core_int* n, const double* alpha, const double* x, const core_int* incx, double* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-void caxpy(const core_int* n, const complex8* alpha, const complex8* x, const core_int* incx, complex8* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-void zaxpy(const core_int* n, const complex16* alpha, const complex16* x, const core_int* incx, complex16* y,
-           const core_int* incy) {
-  axpy(*n, *alpha, x, *incx, y, *incy);
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/axpy_exports.inl.h"

@@ -17,7 +17,7 @@ struct contiguous_copy {
   X x;
   R* y;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; ++k) {
       R* at = y + k * lanes<R>::kCount;

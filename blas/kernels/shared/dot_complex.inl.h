@@ -7,9 +7,8 @@
 // element i belongs to class i mod 2 (single: i mod 4), whatever the stride and the alignment. At the end
 // number 0 + number 1, for single then even + odd elements; and from the four real sums that remain
 //   dotu  (yr xr - yi xi, yr xi + yi xr)        dotc  (yr xr + yi xi, yi xr - yr xi)
-// From SSSE3 on vectors that both lie on a 16-byte boundary are read with aligned loads; SSE3 takes larger
-// steps with unaligned loads. The generic level has one straight and one crossed accumulator, which take the
-// elements one by one.
+// From SSSE3 on vectors that both lie on a 16-byte boundary are read with aligned loads. The generic level
+// has one straight and one crossed accumulator, which take the elements one by one.
 #pragma once
 
 #include "blas/kernels/shared/streams.inl.h"
@@ -49,7 +48,8 @@ inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int
   y = first_element(y, n, incy);
   auto straight = L::zero(), crossed = L::zero();
   for (core_int i = 0; i < n; ++i) {
-    const auto from_x = one_element(x + i * incx), from_y = one_element(y + i * incy);
+    const auto from_x = in_register(one_element(x + i * incx)),
+               from_y = in_register(one_element(y + i * incy));
     straight = L::add(straight, L::mul(from_y, from_x));
     crossed = L::add(crossed, L::mul(from_y, L::exchanged(from_x)));
   }
@@ -65,9 +65,9 @@ struct complex_dot {
   typename lanes<R>::reg straight[2], crossed[2];
   int next = 0;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
-    for (int k = 0; k < kRegisters; ++k) add(k % 2, x.get(k), y.get(k));
+    for (int k = 0; k < kRegisters; ++k) add(k % 2, in_register(x.get(k)), in_register(y.get(k)));
     next = kRegisters % 2;
     x.advance(kRegisters);
     y.advance(kRegisters);
@@ -82,7 +82,12 @@ struct complex_dot {
 // The element that fills no register; a double one always does.
 template <class Dot>
 inline void add_last(Dot& dot, const complex8* x, const complex8* y) {
-  dot.add(dot.next, low_element(x), low_element(y));
+  // Constant numbers: one known only at run time would keep the accumulators in memory.
+  if (dot.next == 0) {
+    dot.add(0, low_element(x), low_element(y));
+  } else {
+    dot.add(1, low_element(x), low_element(y));
+  }
 }
 template <class Dot>
 inline void add_last(Dot&, const complex16*, const complex16*) {}
@@ -112,36 +117,18 @@ inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int
   const R *from_x = reinterpret_cast<const R*>(x), *from_y = reinterpret_cast<const R*>(y);
 #ifdef __SSSE3__
   if (misalignment(x) == 0 && misalignment(y) == 0) {
-    return dot_streams<kConjugate, 8, 4, 2, 1>(n, x, 1, y, 1, aligned_stream<R>{from_x},
-                                               aligned_stream<R>{from_y});
+    return dot_streams<kConjugate, 4, 2, 1>(n, x, 1, y, 1, aligned_stream<R>{from_x},
+                                            aligned_stream<R>{from_y});
   }
-  return dot_streams<kConjugate, 8, 4, 2, 1>(n, x, 1, y, 1, unaligned_stream<R>{from_x},
-                                             unaligned_stream<R>{from_y});
-#else
-  return dot_streams<kConjugate, 16, 8, 4, 2, 1>(n, x, 1, y, 1, unaligned_stream<R>{from_x},
-                                                 unaligned_stream<R>{from_y});
 #endif
+  // Four registers a step: with more, g++ loads so far ahead that accumulators move to memory.
+  return dot_streams<kConjugate, 4, 2, 1>(n, x, 1, y, 1, unaligned_stream<R>{from_x},
+                                          unaligned_stream<R>{from_y});
 }
 
 #endif
 
 }  // namespace
-
-void cdotu(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<false>(*n, x, *incx, y, *incy));
-}
-void cdotc(complex8* result, const core_int* n, const complex8* x, const core_int* incx, const complex8* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<true>(*n, x, *incx, y, *incy));
-}
-void zdotu(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<false>(*n, x, *incx, y, *incy));
-}
-void zdotc(complex16* result, const core_int* n, const complex16* x, const core_int* incx, const complex16* y,
-           const core_int* incy) {
-  set_element(result, dot_complex<true>(*n, x, *incx, y, *incy));
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/dot_complex_exports.inl.h"

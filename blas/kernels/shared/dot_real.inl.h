@@ -24,7 +24,7 @@ struct contiguous_dot {
   typename lanes<R>::reg a, b;
   bool next_is_b = false;  // only a tier of one register leaves the turn with b
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
 #pragma GCC unroll 16
     for (int k = 0; k < kRegisters; k += 2) {
       a = lanes<R>::add(a, lanes<R>::mul(x.get(k), y.get(k)));
@@ -40,7 +40,10 @@ struct contiguous_dot {
 template <class R, class X, class Y>
 inline R dot_streams(core_int left, X x, Y y, const R* product, core_int peeled) {
   constexpr int kLanes = lanes<R>::kCount, kClasses = 2 * kLanes;
-  R sum[kClasses] = {}, by_class[kClasses];
+  // Cleared by registers: g++ would call for clearing memory, which costs more than a short product.
+  R sum[kClasses], by_class[kClasses];
+  lanes<R>::storeu(sum, lanes<R>::zero());
+  lanes<R>::storeu(sum + kLanes, lanes<R>::zero());
   for (core_int i = 0; i < peeled; ++i) sum[kClasses - peeled + i] = product[i];
   contiguous_dot<R, X, Y> dot{x, y, lanes<R>::loadu(sum), lanes<R>::loadu(sum + kLanes)};
   left = run_tiers<16, 8, 4, 2, 1>(dot, left, kLanes, X::kKeepBack);
@@ -49,6 +52,7 @@ inline R dot_streams(core_int left, X x, Y y, const R* product, core_int peeled)
   const core_int lane = dot.next_is_b ? kLanes : 0;
   for (core_int i = 0; i < left; ++i)
     sum[(lane + i) % kClasses] += element_at(dot.x.at + i) * element_at(dot.y.at + i);
+  if (peeled == 0) return tree_sum<kClasses>(sum);
   for (core_int c = 0; c < kClasses; ++c) by_class[c] = sum[(kClasses - peeled + c) % kClasses];
   return tree_sum<kClasses>(by_class);
 }
@@ -82,12 +86,6 @@ inline R dot_real(core_int n, const R* x, core_int incx, const R* y, core_int in
 }
 
 }  // namespace
-
-float sdot(const core_int* n, const float* x, const core_int* incx, const float* y, const core_int* incy) {
-  return dot_real(*n, x, *incx, y, *incy);
-}
-double ddot(const core_int* n, const double* x, const core_int* incx, const double* y, const core_int* incy) {
-  return dot_real(*n, x, *incx, y, *incy);
-}
-
 }  // namespace qel::QEL_LEVEL
+
+#include "blas/kernels/shared/dot_real_exports.inl.h"

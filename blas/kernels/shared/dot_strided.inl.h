@@ -14,7 +14,7 @@ struct strided_dot {
   strided_stream<R> x, y;
   typename lanes<R>::reg sum;
   template <int kRegisters>
-  void registers() {
+  [[gnu::always_inline]] void registers() {
     for (int k = 0; k < kRegisters; ++k) sum = lanes<R>::add(sum, lanes<R>::mul(x.get(k), y.get(k)));
     x.advance(kRegisters);
     y.advance(kRegisters);

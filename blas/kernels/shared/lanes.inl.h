@@ -30,9 +30,6 @@ struct lanes<double> {
   static reg opposite(double v) { return _mm_set_pd(v, -v); }
   /// |re| + |im| of the two complex numbers in a and b.
   static reg pair_sums(reg a, reg b) { return _mm_add_pd(_mm_unpacklo_pd(a, b), _mm_unpackhi_pd(a, b)); }
-  static reg at_least(reg a, reg b) { return _mm_cmpge_pd(a, b); }
-  static reg both(reg a, reg b) { return _mm_and_pd(a, b); }
-  static bool in_all_lanes(reg mask) { return _mm_movemask_pd(mask) == 3; }
   /// The register that starts kShift lanes into `held` and goes on with `next`.
   template <int kShift>
   static reg joined(reg held, reg next) {
@@ -64,9 +61,6 @@ struct lanes<float> {
     return _mm_add_ps(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)),
                       _mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1)));
   }
-  static reg at_least(reg a, reg b) { return _mm_cmpge_ps(a, b); }
-  static reg both(reg a, reg b) { return _mm_and_ps(a, b); }
-  static bool in_all_lanes(reg mask) { return _mm_movemask_ps(mask) == 15; }
   template <int kShift>
   static reg joined(reg held, reg next) {
     static_assert(kShift >= 1 && kShift <= 3);
@@ -114,6 +108,14 @@ inline T element_at(const T* p) {
 template <class T>
 inline void set_element(T* p, T value) {
   reinterpret_cast<anywhere<T>*>(p)->value = value;
+}
+
+/// v in a register: where a loaded value is used twice g++ would rather load it twice, which costs more than
+/// any arithmetic.
+template <class V>
+inline V in_register(V v) {
+  __asm__("" : "+x"(v));
+  return v;
 }
 
 inline uintptr_t misalignment(const void* p) { return reinterpret_cast<uintptr_t>(p) & 15; }

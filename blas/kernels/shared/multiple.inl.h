@@ -24,6 +24,7 @@ struct complex_multiple {
   C alpha;
   explicit complex_multiple(C a) : real(L::all(a.real)), imag(L::opposite(a.imag)), alpha(a) {}
   typename L::reg of(typename L::reg v) const {
+    v = in_register(v);
     return L::add(L::mul(real, v), L::mul(imag, L::exchanged(v)));
   }
   C of_element(C v) const {

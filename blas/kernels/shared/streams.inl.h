@@ -62,7 +62,8 @@ struct strided_stream {
 /// Runs op.registers<k>() for each tier k, the largest first, while that many registers are left and
 /// keep_back elements with them. Returns the number of elements left.
 template <int kTier, int... kLower, class Op>
-inline core_int run_tiers(Op& op, core_int left, core_int per_register, core_int keep_back) {
+[[gnu::always_inline]] inline core_int run_tiers(Op& op, core_int left, core_int per_register,
+                                                 core_int keep_back) {
   for (; left >= kTier * per_register + keep_back; left -= kTier * per_register) {
     op.template registers<kTier>();
   }
