@@ -47,7 +47,8 @@ struct operands {
         lda(order) {
     // A near identity: products and solutions of triangles neither grow nor fade.
     for (T& value : a) value *= element<T>::of(1.0 / order, 0);
-    for (int i = 0; i < order; ++i) a[static_cast<size_t>(i) * static_cast<size_t>(order + 1)] = element<T>::of(1, 0);
+    for (int i = 0; i < order; ++i)
+      a[static_cast<size_t>(i) * static_cast<size_t>(order + 1)] = element<T>::of(1, 0);
   }
 };
 
@@ -59,12 +60,14 @@ work_per_call work(double elements, double uses) {
 
 template <class T>
 void register_type(const std::string& letter, int n, int inc) {
-  using gemv_fn = void(const char*, const int*, const int*, const T*, const T*, const int*, const T*, const int*,
+  using gemv_fn = void(const char*, const int*, const int*, const T*, const T*, const int*, const T*,
+                       const int*, const T*, T*, const int*);
+  using trmv_fn =
+      void(const char*, const char*, const char*, const int*, const T*, const int*, T*, const int*);
+  using ger_fn =
+      void(const int*, const int*, const T*, const T*, const int*, const T*, const int*, T*, const int*);
+  using symv_fn = void(const char*, const int*, const T*, const T*, const int*, const T*, const int*,
                        const T*, T*, const int*);
-  using trmv_fn = void(const char*, const char*, const char*, const int*, const T*, const int*, T*, const int*);
-  using ger_fn = void(const int*, const int*, const T*, const T*, const int*, const T*, const int*, T*, const int*);
-  using symv_fn = void(const char*, const int*, const T*, const T*, const int*, const T*, const int*, const T*, T*,
-                       const int*);
   const std::string size = "/n:" + std::to_string(n) + (inc == 1 ? "" : "/inc:" + std::to_string(inc));
   const double square = static_cast<double>(n) * n;
   const bool complex = letter == "c" || letter == "z";
@@ -75,7 +78,8 @@ void register_type(const std::string& letter, int n, int inc) {
                        operands<T> o(n, inc);
                        const T alpha = element<T>::of(0.9, 0.1), beta = element<T>::of(0.5, 0.2);
                        for (auto _ : state) {
-                         gemv(&trans, &n, &n, &alpha, o.a.data(), &n, o.x.data(), &inc, &beta, o.y.data(), &inc);
+                         gemv(&trans, &n, &n, &alpha, o.a.data(), &n, o.x.data(), &inc, &beta, o.y.data(),
+                              &inc);
                          benchmark::ClobberMemory();
                        }
                      });

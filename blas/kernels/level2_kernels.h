@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The level-2 kernels of a processor level as tables, one per element type and family, and the declarations of
-// every level's own tables. All operands by value; vectors are given by their lowest address and a stride of
-// either sign. Kernels run on the calling thread, take no memory but the stack, and may be handed operands at
-// any address.
+// The level-2 kernels of a processor level as tables, one per element type and family, and the declarations
+// of every level's own tables. All operands by value; vectors are given by their lowest address and a stride
+// of either sign. Kernels run on the calling thread, take no memory but the stack, and may be handed operands
+// at any address.
 #pragma once
 
 #include "service/core_types.h"
@@ -12,8 +12,8 @@ namespace qel {
 /// op(A): A, its transpose, its conjugate transpose; for real types the last two are one.
 enum class matrix_op : int { kNone, kTransposed, kConjugated };
 
-/// A triangle as it lies in memory: element (i, j) stands at column(j) + i, where column(j) is base + j ld, or
-/// in a packed one base + j (j + 1) / 2 (upper), base + j (2 n - j - 1) / 2 (lower).
+/// A triangle as it lies in memory: element (i, j) stands at column(j) + i, where column(j) is base + j ld,
+/// or in a packed one base + j (j + 1) / 2 (upper), base + j (2 n - j - 1) / 2 (lower).
 template <class E>
 struct stored_triangle {
   E* base;

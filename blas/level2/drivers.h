@@ -51,8 +51,8 @@ template <class T>
     const part_range part = gemv_part(plan, transposed ? n : m, t);
     const core_int size = part.last - part.first;
     if (transposed) {
-      kernels.gemv(op, m, size, alpha, a + part.first * lda, lda, x, incx, beta,
-                   part_base(y, n, incy, part), incy);
+      kernels.gemv(op, m, size, alpha, a + part.first * lda, lda, x, incx, beta, part_base(y, n, incy, part),
+                   incy);
     } else {
       kernels.gemv(op, size, n, alpha, a + part.first, lda, x, incx, beta, part_base(y, m, incy, part), incy);
     }

@@ -100,7 +100,8 @@ inline void for_rows(core_int n, Op& op) {
 
 /// y += sum of factor[k] column[k] over m rows from `row` on; y is the address of that row's element.
 template <int K, class T>
-[[gnu::noinline]] void add_columns(core_int m, core_int row, const T* const* column, const T* factor, T* y) {
+[[gnu::always_inline]] inline void add_columns(core_int m, core_int row, const T* const* column,
+                                               const T* factor, T* y) {
   using R = typename parts<T>::real;
   column_adder<K, T> op;
 #pragma GCC unroll 8
@@ -112,13 +113,14 @@ template <int K, class T>
   for_rows<kIsComplex<T> ? 2 : 4, R>(m * parts<T>::kCount, op);
 }
 template <class T>
-inline void add_columns(int count, core_int m, core_int row, const T* const* column, const T* factor, T* y) {
+[[gnu::noinline]] void add_columns(int count, core_int m, core_int row, const T* const* column,
+                                   const T* factor, T* y) {
   for (; count >= kAddedAtOnce<T>; count -= kAddedAtOnce<T>) {
     add_columns<kAddedAtOnce<T>>(m, row, column, factor, y);
     column += kAddedAtOnce<T>;
     factor += kAddedAtOnce<T>;
   }
-  if constexpr (kAddedAtOnce<T> > 4) {
+  if constexpr (kAddedAtOnce < T >> 4) {
     if (count & 4) {
       add_columns<4>(m, row, column, factor, y);
       column += 4;
@@ -196,7 +198,8 @@ inline void totals(const typename wide<typename parts<T>::real>::reg* sum,
 
 /// total[k] = sum of column[k]_i x_i, columns conjugated if asked; rows as for add_columns.
 template <bool kConjugate, int K, class T>
-[[gnu::noinline]] void column_sums(core_int m, core_int row, const T* const* column, const T* x, T* total) {
+[[gnu::always_inline]] inline void column_sums(core_int m, core_int row, const T* const* column, const T* x,
+                                               T* total) {
   using R = typename parts<T>::real;
   using W = wide<R>;
   column_summer<K, T> op;
@@ -213,7 +216,8 @@ template <bool kConjugate, int K, class T>
   totals<kConjugate, K, T>(op.sum, op.other, total);
 }
 template <bool kConjugate, class T>
-inline void column_sums(int count, core_int m, core_int row, const T* const* column, const T* x, T* total) {
+[[gnu::noinline]] void column_sums(int count, core_int m, core_int row, const T* const* column, const T* x,
+                                   T* total) {
   for (; count >= kSummedAtOnce; count -= kSummedAtOnce) {
     column_sums<kConjugate, kSummedAtOnce>(m, row, column, x, total);
     column += kSummedAtOnce;
@@ -260,8 +264,8 @@ struct column_adder_and_summer {
 
 /// add_columns and column_sums from one read of the columns.
 template <bool kConjugate, int K, class T>
-[[gnu::noinline]] void add_and_sum_columns(core_int m, core_int row, const T* const* column, const T* factor,
-                                           const T* x, T* y, T* total) {
+[[gnu::always_inline]] inline void add_and_sum_columns(core_int m, core_int row, const T* const* column,
+                                                       const T* factor, const T* x, T* y, T* total) {
   using R = typename parts<T>::real;
   using W = wide<R>;
   column_adder_and_summer<K, T> op;
@@ -277,8 +281,8 @@ template <bool kConjugate, int K, class T>
   totals<kConjugate, K, T>(op.sum, op.other, total);
 }
 template <bool kConjugate, class T>
-inline void add_and_sum_columns(int count, core_int m, core_int row, const T* const* column, const T* factor,
-                                const T* x, T* y, T* total) {
+[[gnu::noinline]] void add_and_sum_columns(int count, core_int m, core_int row, const T* const* column,
+                                           const T* factor, const T* x, T* y, T* total) {
   for (; count >= kBothAtOnce<T>; count -= kBothAtOnce<T>) {
     add_and_sum_columns<kConjugate, kBothAtOnce<T>>(m, row, column, factor, x, y, total);
     column += kBothAtOnce<T>;
@@ -322,8 +326,8 @@ struct column_updater {
 
 /// column[k] += factor[k kVectors + v] x[v], summed over v, on m rows; x as for add_columns.
 template <int K, int kVectors, class T>
-[[gnu::noinline]] void update_columns(core_int m, core_int row, T* const* column, const T* factor,
-                                      const T* const* x) {
+[[gnu::always_inline]] inline void update_columns(core_int m, core_int row, T* const* column, const T* factor,
+                                                  const T* const* x) {
   using R = typename parts<T>::real;
   column_updater<K, kVectors, T> op;
 #pragma GCC unroll 4
@@ -339,8 +343,8 @@ template <int K, int kVectors, class T>
   for_rows<1, R>(m * parts<T>::kCount, op);
 }
 template <int kVectors, class T>
-inline void update_columns(int count, core_int m, core_int row, T* const* column, const T* factor,
-                           const T* const* x) {
+[[gnu::noinline]] void update_columns(int count, core_int m, core_int row, T* const* column, const T* factor,
+                                      const T* const* x) {
   constexpr int kAtOnce = kIsComplex<T> ? kUpdatedAtOnce / kVectors : kUpdatedAtOnce;
   for (; count >= kAtOnce; count -= kAtOnce) {
     update_columns<kAtOnce, kVectors>(m, row, column, factor, x);

@@ -10,20 +10,32 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
+/// Addresses of columns j .. j + count - 1.
+template <class T>
+[[gnu::always_inline]] inline void point_at_columns(int count, T* a, core_int lda, core_int j, T** column) {
+#pragma GCC unroll 8
+  for (int k = 0; k < count; ++k) column[k] = a + (j + k) * lda;
+}
+
 template <class T>
 inline void add_full(core_int m, core_int n, T alpha, const T* a, core_int lda, vector_view<const T> x,
                      vector_view<T> y) {
+  constexpr int kAtOnce = kAddedAtOnce<T>;
+  const T* column[kAtOnce];
+  T factor[kAtOnce];
   stretch_of<T> ys;
   for_stretches<T>(0, m, [&](core_int row, core_int rows) {
     T* at = ys.open(y, row, rows);
-    for (core_int j = 0; j < n; j += kPanel) {
-      const T* column[kPanel];
-      T factor[kPanel];
-      const int count = n - j < kPanel ? static_cast<int>(n - j) : kPanel;
-      for (int k = 0; k < count; ++k) {
-        column[k] = a + (j + k) * lda;
-        factor[k] = product_of(alpha, x.get(j + k));
-      }
+    core_int j = 0;
+    for (; j + kAtOnce <= n; j += kAtOnce) {
+      point_at_columns(kAtOnce, a, lda, j, column);
+      for (int k = 0; k < kAtOnce; ++k) factor[k] = product_of(alpha, x.get(j + k));
+      add_columns<kAtOnce>(rows, row, column, factor, at);
+    }
+    if (j < n) {
+      const int count = static_cast<int>(n - j);
+      point_at_columns(count, a, lda, j, column);
+      for (int k = 0; k < count; ++k) factor[k] = product_of(alpha, x.get(j + k));
       add_columns(count, rows, row, column, factor, at);
     }
     ys.close(y, row, rows);
@@ -33,16 +45,26 @@ inline void add_full(core_int m, core_int n, T alpha, const T* a, core_int lda, 
 template <bool kConjugate, class T>
 inline void add_full_transposed(core_int m, core_int n, T alpha, const T* a, core_int lda,
                                 vector_view<const T> x, vector_view<T> y) {
+  constexpr int kAtOnce = kSummedAtOnce;
+  const T* column[kAtOnce];
+  T sum[kAtOnce];
   stretch_of<T> xs;
   for_stretches<T>(0, m, [&](core_int row, core_int rows) {
     const T* at = xs.read(x, row, rows);
-    for (core_int j = 0; j < n; j += kSummedAtOnce) {
-      const T* column[kSummedAtOnce];
-      T sum[kSummedAtOnce];
-      const int count = n - j < kSummedAtOnce ? static_cast<int>(n - j) : kSummedAtOnce;
-      for (int k = 0; k < count; ++k) column[k] = a + (j + k) * lda;
+    const auto add_sums = [&](int count, core_int j) {
+      for (int k = 0; k < count; ++k) y.set(j + k, mul_add(alpha, sum[k], y.get(j + k)));
+    };
+    core_int j = 0;
+    for (; j + kAtOnce <= n; j += kAtOnce) {
+      point_at_columns(kAtOnce, a, lda, j, column);
+      column_sums<kConjugate, kAtOnce>(rows, row, column, at, sum);
+      add_sums(kAtOnce, j);
+    }
+    if (j < n) {
+      const int count = static_cast<int>(n - j);
+      point_at_columns(count, a, lda, j, column);
       column_sums<kConjugate>(count, rows, row, column, at, sum);
-      for (int k = 0; k < count; ++k) y.set(j + k, sum_of(y.get(j + k), product_of(alpha, sum[k])));
+      add_sums(count, j);
     }
   });
 }
@@ -96,7 +118,7 @@ void gbmv(matrix_op op, core_int m, core_int n, core_int kl, core_int ku, T alph
       sum_panel<false>(p, xs, sum);
     }
     for (int k = 0; k < p.count; ++k) {
-      ys.set(j0 + k, sum_of(ys.get(j0 + k), product_of(alpha, sum[k])));
+      ys.set(j0 + k, mul_add(alpha, sum[k], ys.get(j0 + k)));
     }
   }
 }

@@ -105,7 +105,8 @@ inline void for_shared_rows(const P& p, Work work) {
 template <class T>
 inline void add_panel(const panel<const T, T>& p, vector_view<T> y) {
   for_shared_rows(p, [&](int k, int columns, core_int first, core_int last) {
-    if (y.inc == 1) return add_columns(columns, last - first, first, p.column + k, p.factor + k, y.at + first);
+    if (y.inc == 1)
+      return add_columns(columns, last - first, first, p.column + k, p.factor + k, y.at + first);
     stretch_of<T> ys;
     for_stretches<T>(first, last, [&](core_int row, core_int m) {
       add_columns(columns, m, row, p.column + k, p.factor + k, ys.open(y, row, m));

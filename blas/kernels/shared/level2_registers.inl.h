@@ -32,6 +32,7 @@ struct wide<double> {
   static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
   static reg mul_add(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
+  static reg of(const double* v) { return _mm256_set_pd(v[3], v[2], v[1], v[0]); }
   static reg exchanged(reg v) { return _mm256_permute_pd(v, 5); }
   static reg opposite(double v) { return _mm256_set_pd(v, -v, v, -v); }
   static reg load_part(const double* p, core_int count) {
@@ -64,6 +65,7 @@ struct wide<float> {
   static reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_ps(a, b); }
   static reg mul_add(reg a, reg b, reg c) { return _mm256_fmadd_ps(a, b, c); }
+  static reg of(const float* v) { return _mm256_set_ps(v[7], v[6], v[5], v[4], v[3], v[2], v[1], v[0]); }
   static reg exchanged(reg v) { return _mm256_permute_ps(v, _MM_SHUFFLE(2, 3, 0, 1)); }
   static reg opposite(float v) { return _mm256_set_ps(v, -v, v, -v, v, -v, v, -v); }
   static reg load_part(const float* p, core_int count) {
@@ -94,6 +96,7 @@ struct wide<float> {
 
 template <>
 struct wide<double> : lanes<double> {
+  static reg of(const double* v) { return _mm_set_pd(v[1], v[0]); }
   static reg mul_add(reg a, reg b, reg c) { return add(mul(a, b), c); }
   static reg load_part(const double* p, core_int) { return _mm_load_sd(p); }
   static void store_part(double* p, core_int, reg v) { _mm_store_sd(p, v); }
@@ -105,6 +108,7 @@ struct wide<double> : lanes<double> {
 
 template <>
 struct wide<float> : lanes<float> {
+  static reg of(const float* v) { return _mm_set_ps(v[3], v[2], v[1], v[0]); }
   static reg mul_add(reg a, reg b, reg c) { return add(mul(a, b), c); }
   static reg load_part(const float* p, core_int count) {
     if (count == 1) return _mm_load_ss(p);

@@ -5,16 +5,14 @@
 // products of column j with x. A singular A is not detected.
 #pragma once
 
+#include "blas/kernels/shared/level2_blocks.inl.h"
 #include "blas/kernels/shared/level2_triangles.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
 
-template <class T>
-constexpr int kTriangularPanel = kAddedAtOnce<T>;
-
-/// The rows of columns j0 .. j1 - 1 off the panel's diagonal block, with factors factor(j) where a column
-/// without any is left out.
+/// The rows of columns j0 .. j1 - 1 off the panel's diagonal block, with factors factor(j); a column whose
+/// factor is zero is left out.
 template <class T, class Factor>
 inline panel<const T, T> outside_panel(const stored_triangle<const T>& a, core_int j0, core_int j1,
                                        Factor factor) {
@@ -27,10 +25,44 @@ inline panel<const T, T> outside_panel(const stored_triangle<const T>& a, core_i
   }
   return p;
 }
+template <class T>
+inline panel<const T, T> outside_panel(const stored_triangle<const T>& a, core_int j0, core_int j1) {
+  return outside_panel(a, j0, j1, [](core_int) { return real_element<T>(1); });
+}
+
+/// The usual case without the general one's bookkeeping: a whole panel of a full or packed triangle, x
+/// contiguous. Calls work(block, columns, rows), where rows are those of the panel off its diagonal block;
+/// false if the case is another one, or work said so without having changed x.
+template <class T, class Work>
+inline bool on_usual_panel(const stored_triangle<const T>& a, core_int j0, core_int j1, vector_view<T> x,
+                           Work work) {
+  if (j1 - j0 < kBlock<T> || a.k < a.n || x.inc != 1) return false;
+  const T* column[kBlock<T>];
+#pragma GCC unroll 8
+  for (int k = 0; k < kBlock<T>; ++k) column[k] = column_of(a, j0 + k);
+  const row_range rows{a.upper ? 0 : j1, a.upper ? j0 : a.n};
+  return on_block(a.upper, column, j0, x, [&](auto& block) { return work(block, column, rows); });
+}
+template <bool kConjugate, class T>
+inline void sum_usual_panel(const T* const* column, row_range rows, const T* x, T* total) {
+  for (int k = 0; k < kBlock<T>; ++k) total[k] = real_element<T>(0);
+  for_stretches<T>(rows.first, rows.last, [&](core_int row, core_int m) {
+    T sum[kBlock<T>];
+    column_sums<kConjugate>(kBlock<T>, m, row, column, x + row, sum);
+    for (int k = 0; k < kBlock<T>; ++k) total[k] = sum_of(total[k], sum[k]);
+  });
+}
 
 template <class T>
 inline void multiply(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kTriangularPanel<T>), a.upper, [&](core_int j0, core_int j1) {
+  for_panels(a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      if (block.has_zero()) return false;
+      add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, block.x, x.at + rows.first);
+      block.multiply(unit);
+      return true;
+    };
+    if (on_usual_panel(a, j0, j1, x, usual)) return;
     const auto p = outside_panel(a, j0, j1, [&](core_int j) { return x.get(j); });
     if (p.count > 0) add_panel(p, x);
     for_columns(j0, j1, a.upper, [&](core_int j) {
@@ -48,12 +80,17 @@ inline void multiply(const stored_triangle<const T>& a, bool unit, vector_view<T
 
 template <bool kConjugate, class T>
 inline void multiply_transposed(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kTriangularPanel<T>), !a.upper, [&](core_int j0, core_int j1) {
-    const auto p = outside_panel(a, j0, j1, [](core_int) { return real_element<T>(1); });
+  for_panels(a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
     T outside[kPanel];
-    sum_panel<kConjugate>(p, {x.at, x.inc}, outside);
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      sum_usual_panel<kConjugate>(column, rows, x.at, outside);
+      block.template multiply_transposed<kConjugate>(unit, outside);
+      return true;
+    };
+    if (on_usual_panel(a, j0, j1, x, usual)) return;
+    sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, outside);
     for_columns(j0, j1, !a.upper, [&](core_int j) {
-      const T* column = p.column[j - j0];
+      const T* column = column_of(a, j);
       T sum = x.get(j);
       if (!unit) sum = product_of(sum, conjugate_if<kConjugate>(element_at(column + j)));
       const row_range inside = rows_inside(a, j, j0, j1);
@@ -67,18 +104,31 @@ inline void multiply_transposed(const stored_triangle<const T>& a, bool unit, ve
 
 template <class T>
 inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kTriangularPanel<T>), !a.upper, [&](core_int j0, core_int j1) {
-    for_columns(j0, j1, !a.upper, [&](core_int j) {
-      T xj = x.get(j);
-      if (equals_real(xj, 0)) return;
-      const T* column = column_of(a, j);
-      if (!unit) xj = quotient_of(xj, element_at(column + j));
-      x.set(j, xj);
-      const row_range inside = rows_inside(a, j, j0, j1);
-      for (core_int i = inside.first; i < inside.last; ++i) {
-        x.set(i, mul_add(negative(xj), element_at(column + i), x.get(i)));
-      }
-    });
+  for_panels(a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
+    bool done = false;
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      block.solve(unit);
+      done = !block.has_zero();
+      if (!done) return true;
+      T factor[kBlock<T>];
+      for (int k = 0; k < kBlock<T>; ++k) factor[k] = negative(block.x[k]);
+      add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, factor, x.at + rows.first);
+      return true;
+    };
+    if (!on_usual_panel(a, j0, j1, x, usual)) {
+      for_columns(j0, j1, !a.upper, [&](core_int j) {
+        T xj = x.get(j);
+        if (equals_real(xj, 0)) return;
+        const T* column = column_of(a, j);
+        if (!unit) xj = quotient_of(xj, element_at(column + j));
+        x.set(j, xj);
+        const row_range inside = rows_inside(a, j, j0, j1);
+        for (core_int i = inside.first; i < inside.last; ++i) {
+          x.set(i, mul_add(negative(xj), element_at(column + i), x.get(i)));
+        }
+      });
+    }
+    if (done) return;
     const auto p = outside_panel(a, j0, j1, [&](core_int j) { return negative(x.get(j)); });
     if (p.count > 0) add_panel(p, x);
   });
@@ -86,12 +136,17 @@ inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x
 
 template <bool kConjugate, class T>
 inline void solve_transposed(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kTriangularPanel<T>), a.upper, [&](core_int j0, core_int j1) {
-    const auto p = outside_panel(a, j0, j1, [](core_int) { return real_element<T>(1); });
+  for_panels(a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
     T outside[kPanel];
-    sum_panel<kConjugate>(p, {x.at, x.inc}, outside);
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      sum_usual_panel<kConjugate>(column, rows, x.at, outside);
+      block.template solve_transposed<kConjugate>(unit, outside);
+      return true;
+    };
+    if (on_usual_panel(a, j0, j1, x, usual)) return;
+    sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, outside);
     for_columns(j0, j1, a.upper, [&](core_int j) {
-      const T* column = p.column[j - j0];
+      const T* column = column_of(a, j);
       T rest = sum_of(x.get(j), negative(outside[j - j0]));
       const row_range inside = rows_inside(a, j, j0, j1);
       for (core_int i = inside.first; i < inside.last; ++i) {
