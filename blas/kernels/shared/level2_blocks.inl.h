@@ -125,7 +125,8 @@ struct diagonal_block {
 /// Loads the block of columns j0 .. j0 + kOrder - 1, works on it and stores x; work returns false to leave x
 /// as it was.
 template <bool kUpper, class T, class Work>
-[[gnu::always_inline]] inline bool on_block(const T* const* column, core_int j0, vector_view<T> x, Work work) {
+[[gnu::always_inline]] inline bool on_block(const T* const* column, core_int j0, vector_view<T> x,
+                                            Work work) {
   diagonal_block<kUpper, T> block;
 #pragma GCC unroll 8
   for (int k = 0; k < block.kOrder; ++k) block.column[k] = column[k] + j0;
