@@ -44,7 +44,8 @@ template <class T>
 [[gnu::noinline]] void large_gemv(matrix_op op, core_int m, core_int n, T alpha, const T* a, core_int lda,
                                   const T* x, core_int incx, T beta, T* y, core_int incy) {
   const bool transposed = op != matrix_op::kNone;
-  const gemv_plan plan = choose_gemv_threads(transposed, m, n, sizeof(T), current_level2_facts());
+  const gemv_plan plan = choose_gemv_threads(transposed, m, n, sizeof(T),
+                                             current_level2_facts(m * n * static_cast<core_int>(sizeof(T))));
   const auto& kernels = general<T>();
   if (plan.threads < 2) return kernels.gemv(op, m, n, alpha, a, lda, x, incx, beta, y, incy);
   on_threads(plan.threads, [&](int t) {
@@ -82,7 +83,8 @@ void ger(bool conjugated, core_int m, core_int n, T alpha, const T* x, core_int 
   if (m < kSmallestForkingGemv && n < kSmallestForkingGemv) {
     return kernels.ger(conjugated, m, n, alpha, x, incx, y, incy, a, lda);
   }
-  const gemv_plan plan = choose_ger_threads(m, n, sizeof(T), current_level2_facts());
+  const gemv_plan plan =
+      choose_ger_threads(m, n, sizeof(T), current_level2_facts(m * n * static_cast<core_int>(sizeof(T))));
   if (plan.threads < 2) return kernels.ger(conjugated, m, n, alpha, x, incx, y, incy, a, lda);
   on_threads(plan.threads, [&](int t) {
     const part_range part = gemv_part(plan, n, t);
@@ -165,7 +167,8 @@ template <class T>
                                   core_int incx) {
   const auto& kernels = triangular<T>();
   const trmv_plan plan =
-      choose_trmv_threads(a.upper, op != matrix_op::kNone, a.n, incx, sizeof(T), current_level2_facts());
+      choose_trmv_threads(a.upper, op != matrix_op::kNone, a.n, incx, sizeof(T),
+                          current_level2_facts(a.n * a.n / 2 * static_cast<core_int>(sizeof(T))));
   T* copy = nullptr;
   if (plan.threads > 1) copy = static_cast<T*>(serv_malloc(static_cast<size_t>(a.n) * sizeof(T), 128));
   if (copy == nullptr) return kernels.product(a, op, unit, x, incx);

@@ -15,7 +15,7 @@ bool is_native(int level) { return level > 4; }
 
 /// Native levels: bytes of the matrix that make a thread pay. A thread's start costs some microseconds, in
 /// which a core reads this much from its second-level cache.
-constexpr core_int kNativeBytesPerThread = 192 * 1024;
+constexpr core_int kNativeBytesPerThread = 256 * 1024;
 /// Rows and columns of a part: whole cache lines of y, whole groups of columns.
 constexpr core_int kNativeRows = 16, kNativeColumns = 8;
 
@@ -37,9 +37,10 @@ gemv_plan even_parts(core_int length, core_int unit, int threads) {
 
 bool level_has_level2_threads(int level) { return level == 2 || level == 3 || is_native(level); }
 
-level2_facts current_level2_facts() {
+level2_facts current_level2_facts(core_int bytes) {
   const int level = serv_cpu_level();
-  return {level, level_has_level2_threads(level) ? serv_threads_for_domain(1) : 1};
+  const bool asks = is_native(level) ? bytes >= 2 * kNativeBytesPerThread : level_has_level2_threads(level);
+  return {level, asks ? serv_threads_for_domain(1) : 1};
 }
 
 gemv_plan choose_gemv_threads(bool transposed, core_int m, core_int n, int element_bytes,
@@ -83,7 +84,7 @@ trmv_plan choose_trmv_threads(bool upper, bool transposed, core_int n, core_int 
   if (is_native(facts.level)) {
     const int threads = native_threads(n * n / 2, element_bytes, facts.threads);
     if (threads < 2) return serial("too little work to share");
-    return {threads, threads, 0, 0, grows, 1, "like areas"};
+    return {threads, threads, 0, 0, grows, copy_threads, "like areas"};
   }
   if (facts.threads >= 9 && n < 191) return serial("too many threads for the size");
   // The zone whose rows cost less is the wider one, so that the zones' areas are alike.

@@ -15,8 +15,8 @@ struct level2_facts {
 };
 /// Whether the level has any threaded path; if not, nobody needs to count threads.
 bool level_has_level2_threads(int level);
-/// This process's facts; threads is asked for only where it can matter.
-level2_facts current_level2_facts();
+/// This process's facts for a matrix of that many bytes; threads is asked for only where it can matter.
+level2_facts current_level2_facts(core_int bytes);
 
 /// Elements first .. last - 1 of what is cut.
 struct part_range {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Every level-2 kernel of every level on operands of all alignments that end at pages nobody may touch: the
-// result is the same bits wherever the operands lie, whether vectors are contiguous or not, and agrees with the
-// generic level, which tests/blas compares with long double sums.
+// result is the same bits wherever the operands lie, whether vectors are contiguous or not, and agrees with
+// the generic level, which tests/blas compares with long double sums.
 #include "tests/kernels/level2_support.h"
 
 namespace qel::test {
@@ -44,7 +44,8 @@ class Level2Bounds : public ByLevel {
     operands<T> generic = before, own = before;
     c.run(0, plain(generic), alpha<T>(), beta<T>());
     c.run(level(), plain(own), alpha<T>(), beta<T>());
-    EXPECT_LE(distance(result_of(c, own), result_of(c, generic)), 40 + 4 * static_cast<long double>(c.x_length))
+    EXPECT_LE(distance(result_of(c, own), result_of(c, generic)),
+              40 + 4 * static_cast<long double>(c.x_length))
         << c.name;
     // Three placements: any byte, any element, whole registers.
     for (const std::size_t unit : {std::size_t{1}, sizeof(real_of<T>), std::size_t{16}}) {
@@ -61,7 +62,8 @@ class Level2Bounds : public ByLevel {
 };
 
 TEST_P(Level2Bounds, AnyAddressAndStride) {
-  constexpr core_int kOrders[] = {0, 1, 2, 3, 4, 5, 7, 8, 9, 12, 15, 16, 17, 23, 31, 33, 40, 47, 63, 64, 65, 70};
+  constexpr core_int kOrders[] = {0,  1,  2,  3,  4,  5,  7,  8,  9,  12, 15,
+                                  16, 17, 23, 31, 33, 40, 47, 63, 64, 65, 70};
   for_element_types([&]<class T>() {
     for (const core_int n : kOrders) {
       for (const auto& c : all_cases<T>(n, 1, 1)) check(c);
@@ -127,7 +129,8 @@ TEST_P(Level2Bounds, LongVectors) {
           expect_strides_dont_show(level(), hermitian_case<T>(t, false, 1, 1),
                                    hermitian_case<T>(t, false, 2, -2));
         }
-        expect_strides_dont_show(level(), update_case<T>(full, true, 1, 1), update_case<T>(full, true, 2, -2));
+        expect_strides_dont_show(level(), update_case<T>(full, true, 1, 1),
+                                 update_case<T>(full, true, 2, -2));
       }
     }
   });
@@ -145,12 +148,13 @@ TEST_P(Level2Bounds, PartsOfTriangularProducts) {
           const operands<T> before = operands_of(c, 3);
           operands<T> whole = before;
           c.run(level(), plain(whole), {}, {});
-          for (const auto& [first, last] : {std::pair<core_int, core_int>{0, 61}, {0, 8}, {8, 35}, {35, 61}, {9, 9}}) {
+          for (const auto& [first, last] :
+               {std::pair<core_int, core_int>{0, 61}, {0, 8}, {8, 35}, {35, 61}, {9, 9}}) {
             const std::vector<T> copy = elements(before.x, n, inc);
             std::vector<T> x = before.x, want = before.x;
             for (core_int i = first; i < last; ++i) want[cell_of(i, n, inc)] = whole.x[cell_of(i, n, inc)];
-            level2_rows<T>::triangular.kernel[level()]->product_part(t.of(before.a.data()), op, false, copy.data(),
-                                                                     x.data(), inc, first, last);
+            level2_rows<T>::triangular.kernel[level()]->product_part(t.of(before.a.data()), op, false,
+                                                                     copy.data(), x.data(), inc, first, last);
             EXPECT_LE(distance(x, want), 64) << c.name << first;
           }
         }

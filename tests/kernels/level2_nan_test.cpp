@@ -39,8 +39,8 @@ class Level2Nan : public ByLevel {
   }
   /// The results of clean and spoilt operands differ in NaN at those cells of which spoils(cell) is true.
   template <class T, class Spoils>
-  void expect_nan(const kernel_case<T>& c, const operands<T>& clean, const operands<T>& spoilt, T alpha, T beta,
-                  const std::string& what, const Spoils& spoils) {
+  void expect_nan(const kernel_case<T>& c, const operands<T>& clean, const operands<T>& spoilt, T alpha,
+                  T beta, const std::string& what, const Spoils& spoils) {
     const std::vector<T> want = run(c, clean, alpha, beta), got = run(c, spoilt, alpha, beta);
     for (std::size_t i = 0; i < got.size(); ++i) {
       ASSERT_FALSE(is_nan(want[i])) << c.name << what << " clean " << i;
@@ -96,8 +96,7 @@ TEST_P(Level2Nan, GeneralProducts) {
         for (const matrix_op op : kOps) {
           for (const bool banded : {false, true}) {
             const core_int kl = 2, ku = 1;
-            const auto c =
-                banded ? gbmv_case<T>(op, m, n, kl, ku, 1, 1) : gemv_case<T>(op, m, n, 0, 1, 1);
+            const auto c = banded ? gbmv_case<T>(op, m, n, kl, ku, 1, 1) : gemv_case<T>(op, m, n, 0, 1, 1);
             if (!banded || (m >= n - ku && n >= m - kl)) check_factors(c);
             const operands<T> some = operands_of(c, 5);
             for (const core_int i : places(m)) {
@@ -137,7 +136,8 @@ TEST_P(Level2Nan, HermitianProducts) {
                 operands<T> spoilt = clean;
                 at(spoilt.a, t.cell(i, j)) = nan_of<T>();
                 const T factor = small_element<T>(0.5, 0.25);
-                expect_nan(c, clean, spoilt, factor, factor, "a", [&](core_int k) { return k == i || k == j; });
+                expect_nan(c, clean, spoilt, factor, factor, "a",
+                           [&](core_int k) { return k == i || k == j; });
               }
             }
           }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the level-2 kernel tests share: the kernel tables that this processor can run, and one routine after the
-// other as a case with operands of its own, so that a test can say something of all of them at once.
+// What the level-2 kernel tests share: the kernel tables that this processor can run, and one routine after
+// the other as a case with operands of its own, so that a test can say something of all of them at once.
 #pragma once
 
 #include <algorithm>
@@ -58,9 +58,15 @@ kernel_case<T> gemv_case(matrix_op op, core_int m, core_int n, core_int pad, cor
           m > 0 && n > 0 ? lda * (n - 1) + m : 0,
           static_cast<core_int>(span_of(xs, incx)),
           static_cast<core_int>(span_of(ys, incy)),
-          incx, incy, xs, ys, result_in::kY, {},
+          incx,
+          incy,
+          xs,
+          ys,
+          result_in::kY,
+          {},
           [=](int level, const addresses<T>& p, T alpha, T beta) {
-            level2_rows<T>::general.kernel[level]->gemv(op, m, n, alpha, p.a, lda, p.x, incx, beta, p.y, incy);
+            level2_rows<T>::general.kernel[level]->gemv(op, m, n, alpha, p.a, lda, p.x, incx, beta, p.y,
+                                                        incy);
           }};
 }
 template <class T>
@@ -72,10 +78,15 @@ kernel_case<T> gbmv_case(matrix_op op, core_int m, core_int n, core_int kl, core
           lda * n,
           static_cast<core_int>(span_of(xs, incx)),
           static_cast<core_int>(span_of(ys, incy)),
-          incx, incy, xs, ys, result_in::kY, {},
+          incx,
+          incy,
+          xs,
+          ys,
+          result_in::kY,
+          {},
           [=](int level, const addresses<T>& p, T alpha, T beta) {
-            level2_rows<T>::general.kernel[level]->gbmv(op, m, n, kl, ku, alpha, p.a, lda, p.x, incx, beta, p.y,
-                                                        incy);
+            level2_rows<T>::general.kernel[level]->gbmv(op, m, n, kl, ku, alpha, p.a, lda, p.x, incx, beta,
+                                                        p.y, incy);
           }};
 }
 template <class T>
@@ -85,9 +96,15 @@ kernel_case<T> ger_case(bool conjugated, core_int m, core_int n, core_int pad, c
           m > 0 && n > 0 ? lda * (n - 1) + m : 0,
           static_cast<core_int>(span_of(m, incx)),
           static_cast<core_int>(span_of(n, incy)),
-          incx, incy, m, n, result_in::kA, {},
+          incx,
+          incy,
+          m,
+          n,
+          result_in::kA,
+          {},
           [=](int level, const addresses<T>& p, T alpha, T) {
-            level2_rows<T>::general.kernel[level]->ger(conjugated, m, n, alpha, p.x, incx, p.y, incy, p.a, lda);
+            level2_rows<T>::general.kernel[level]->ger(conjugated, m, n, alpha, p.x, incx, p.y, incy, p.a,
+                                                       lda);
           }};
 }
 
@@ -126,8 +143,16 @@ struct triangle_case {
 
 template <class T>
 kernel_case<T> hermitian_case(const triangle_case& t, bool symmetric, core_int incx, core_int incy) {
-  return {(symmetric ? "symv " : "hemv ") + t.name(), t.size(), static_cast<core_int>(span_of(t.n, incx)),
-          static_cast<core_int>(span_of(t.n, incy)), incx, incy, t.n, t.n, result_in::kY, {},
+  return {(symmetric ? "symv " : "hemv ") + t.name(),
+          t.size(),
+          static_cast<core_int>(span_of(t.n, incx)),
+          static_cast<core_int>(span_of(t.n, incy)),
+          incx,
+          incy,
+          t.n,
+          t.n,
+          result_in::kY,
+          {},
           [=](int level, const addresses<T>& p, T alpha, T beta) {
             level2_rows<T>::hermitian.kernel[level]->product(t.of<const T>(p.a), symmetric, alpha, p.x, incx,
                                                              beta, p.y, incy);
@@ -135,8 +160,16 @@ kernel_case<T> hermitian_case(const triangle_case& t, bool symmetric, core_int i
 }
 template <class T>
 kernel_case<T> update_case(const triangle_case& t, bool two, core_int incx, core_int incy) {
-  return {(two ? "her2 " : "her ") + t.name(), t.size(), static_cast<core_int>(span_of(t.n, incx)),
-          static_cast<core_int>(span_of(t.n, incy)), incx, incy, t.n, t.n, result_in::kA, {},
+  return {(two ? "her2 " : "her ") + t.name(),
+          t.size(),
+          static_cast<core_int>(span_of(t.n, incx)),
+          static_cast<core_int>(span_of(t.n, incy)),
+          incx,
+          incy,
+          t.n,
+          t.n,
+          result_in::kA,
+          {},
           [=](int level, const addresses<T>& p, T alpha, T) {
             const auto* kernels = level2_rows<T>::hermitian.kernel[level];
             if (two) return kernels->update2(t.of(p.a), alpha, p.x, incx, p.y, incy);
@@ -145,8 +178,16 @@ kernel_case<T> update_case(const triangle_case& t, bool two, core_int incx, core
 }
 template <class T>
 kernel_case<T> triangular_case(const triangle_case& t, matrix_op op, bool unit, bool solve, core_int incx) {
-  return {std::string(solve ? "trsv " : "trmv ") + op_name(op) + (unit ? "U" : "N") + t.name(), t.size(),
-          static_cast<core_int>(span_of(t.n, incx)), 0, incx, 1, t.n, 0, result_in::kX, t.diagonal(),
+  return {std::string(solve ? "trsv " : "trmv ") + op_name(op) + (unit ? "U" : "N") + t.name(),
+          t.size(),
+          static_cast<core_int>(span_of(t.n, incx)),
+          0,
+          incx,
+          1,
+          t.n,
+          0,
+          result_in::kX,
+          t.diagonal(),
           [=](int level, const addresses<T>& p, T, T) {
             const auto* kernels = level2_rows<T>::triangular.kernel[level];
             (solve ? kernels->solution : kernels->product)(t.of<const T>(p.a), op, unit, p.x, incx);
@@ -164,11 +205,13 @@ std::vector<kernel_case<T>> all_cases(core_int n, core_int incx, core_int incy) 
     cases.push_back(gbmv_case<T>(op, n, n + 2, n / 4, n / 5, incx, incy));
     cases.push_back(gbmv_case<T>(op, n, n, n / 2 + 17, n / 2 + 16, incx, incy));
   }
-  for (const bool conjugated : {false, true}) cases.push_back(ger_case<T>(conjugated, n, n / 2 + 1, 1, incx, incy));
+  for (const bool conjugated : {false, true})
+    cases.push_back(ger_case<T>(conjugated, n, n / 2 + 1, 1, incx, incy));
   for (const char uplo : {'U', 'L'}) {
     for (const form storage : {form::kFull, form::kBanded, form::kPacked}) {
       // Bands on both sides of the width from which panels of columns are taken.
-      const triangle_case t{storage, uplo, n, storage == form::kBanded ? n % 2 == 0 ? n / 4 : n - n / 8 - 1 : n, 1};
+      const triangle_case t{storage, uplo, n,
+                            storage == form::kBanded ? n % 2 == 0 ? n / 4 : n - n / 8 - 1 : n, 1};
       if (t.k < 0) continue;
       for (const bool symmetric : {false, true}) cases.push_back(hermitian_case<T>(t, symmetric, incx, incy));
       if (storage != form::kBanded) {
@@ -201,7 +244,8 @@ operands<T> operands_of(const kernel_case<T>& c, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> uniform(0.1, 1);
   const auto next = [&](double scale) {
-    const double real = (random() % 2 == 0 ? scale : -scale) * uniform(random), imag = scale * uniform(random);
+    const double real = (random() % 2 == 0 ? scale : -scale) * uniform(random),
+                 imag = scale * uniform(random);
     return small_element<T>(real, imag);
   };
   operands<T> o;
