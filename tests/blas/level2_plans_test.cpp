@@ -20,12 +20,12 @@ struct gemv_row {
 };
 // Rows: chunk m / T in multiples of 8; columns: n / T. The limit is on chunk times the other side.
 constexpr gemv_row kGemvRows[] = {
-    {false, 63, 63, 8, 0},     {true, 63, 63, 8, 0},     {false, 4096, 1, 8, 0},    {false, 4096, 5, 8, 0},
-    {false, 4096, 6, 8, 512},  {false, 64, 63, 1, 0},    {false, 64, 47, 2, 0},     {false, 64, 48, 2, 32},
-    {false, 128, 47, 2, 0},    {false, 128, 48, 2, 64},  {false, 127, 27, 2, 0},    {false, 127, 28, 2, 56},
-    {false, 15, 1000, 2, 0},   {false, 16, 1000, 2, 8},  {true, 31, 128, 2, 0},     {true, 63, 128, 2, 0},
-    {true, 64, 128, 2, 64},    {true, 33, 126, 2, 63},   {true, 32, 126, 2, 0},     {true, 1000, 64, 20, 3},
-    {true, 1, 4096, 2, 0},     {true, 2, 4096, 2, 2048}, {false, 100, 1000, 20, 0}, {false, 200, 1000, 20, 8},
+    {false, 63, 63, 8, 0},    {true, 63, 63, 8, 0},     {false, 4096, 1, 8, 0},    {false, 4096, 5, 8, 0},
+    {false, 4096, 6, 8, 512}, {false, 64, 63, 1, 0},    {false, 64, 47, 2, 0},     {false, 64, 48, 2, 32},
+    {false, 128, 47, 2, 0},   {false, 128, 48, 2, 64},  {false, 127, 27, 2, 0},    {false, 127, 28, 2, 56},
+    {false, 15, 1000, 2, 0},  {false, 16, 1000, 2, 8},  {true, 31, 128, 2, 0},     {true, 63, 128, 2, 0},
+    {true, 64, 128, 2, 64},   {true, 33, 126, 2, 63},   {true, 32, 126, 2, 0},     {true, 1000, 64, 20, 3},
+    {true, 1, 4096, 2, 0},    {true, 2, 4096, 2, 2048}, {false, 100, 1000, 20, 0}, {false, 200, 1000, 20, 8},
     {true, 100000, 1, 2, 0},
 };
 
@@ -101,10 +101,10 @@ struct trmv_row {
 };
 // The first zone is half of n, from 1025 on a third, or two thirds where later elements cost more.
 constexpr trmv_row kTrmvRows[] = {
-    {127, 8, false, 0, 0, 0},      {128, 1, false, 0, 0, 0},      {128, 2, false, 1, 64, 64},
-    {128, 3, true, 1, 64, 32},     {190, 9, false, 0, 0, 0},      {190, 8, false, 4, 16, 24},
-    {191, 9, false, 4, 16, 24},    {191, 20, true, 10, 8, 8},     {1024, 4, true, 2, 256, 256},
-    {1025, 4, true, 2, 336, 176},  {1025, 4, false, 2, 168, 344}, {1025, 5, true, 2, 336, 112},
+    {127, 8, false, 0, 0, 0},        {128, 1, false, 0, 0, 0},       {128, 2, false, 1, 64, 64},
+    {128, 3, true, 1, 64, 32},       {190, 9, false, 0, 0, 0},       {190, 8, false, 4, 16, 24},
+    {191, 9, false, 4, 16, 24},      {191, 20, true, 10, 8, 8},      {1024, 4, true, 2, 256, 256},
+    {1025, 4, true, 2, 336, 176},    {1025, 4, false, 2, 168, 344},  {1025, 5, true, 2, 336, 112},
     {3000, 2, false, 1, 1000, 2000}, {3000, 2, true, 1, 2000, 1000}, {200, 64, true, 32, 0, 0},
 };
 
@@ -147,7 +147,8 @@ TEST(TrmvPlan, CopiesLongContiguousVectorsOnThreads) {
   for (const auto& [n, inc, threads, copy_threads] :
        {row{2999, 1, 8, 1}, {3000, 1, 8, 4}, {3000, 1, 3, 3}, {3000, 2, 8, 1}, {3000, -1, 8, 1}}) {
     for (const int level : {2, 5}) {
-      EXPECT_EQ(copy_threads, choose_trmv_threads(true, false, n, inc, kDouble, {level, threads}).copy_threads);
+      EXPECT_EQ(copy_threads,
+                choose_trmv_threads(true, false, n, inc, kDouble, {level, threads}).copy_threads);
     }
   }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Level 2 on several threads, more than there are cores if need be: general products and updates have the bits
-// of one thread, triangular products agree with long double sums, and without work memory all stay right.
+// Level 2 on several threads, more than there are cores if need be: general products and updates have the
+// bits of one thread, triangular products agree with long double sums, and without work memory all stay
+// right.
 #include <cstdlib>
 #include <cstring>
 
@@ -77,13 +78,13 @@ TYPED_TEST(Level2Threads, TriangularProductsWithAndWithoutMemory) {
       for (const char trans : {'N', 'T', 'C'}) {
         const char diag = trans == 'T' ? 'U' : 'N';
         matrix<T> a(n, n, 1, this->random_, uplo, diag == 'U');
-        const dense meaning =
-            op(trans, a.meaning(diag == 'U' ? shape::kUnitTriangular : shape::kTriangular));
+        const dense meaning = op(trans, a.meaning(diag == 'U' ? shape::kUnitTriangular : shape::kTriangular));
         for (const core_int inc : {1, -2}) {
           strided<T> x(n, inc, this->random_);
           const strided<T> before = x;
           std::vector<bounded> want(static_cast<std::size_t>(n));
-          for (core_int i = 0; i < n; i += 13) add_product(want[static_cast<std::size_t>(i)], 1, meaning, before.column(), i, 0);
+          for (core_int i = 0; i < n; i += 13)
+            add_product(want[static_cast<std::size_t>(i)], 1, meaning, before.column(), i, 0);
           for (const int threads : {2, 5}) {
             for (const bool without_memory : {false, true}) {
               serv_set_num_threads(threads);
@@ -97,7 +98,8 @@ TYPED_TEST(Level2Threads, TriangularProductsWithAndWithoutMemory) {
                 EXPECT_LT(0, refusals);
               }
               for (core_int i = 0; i < n; i += 13) {
-                EXPECT_TRUE(close(x[i], want[static_cast<std::size_t>(i)], n)) << uplo << trans << threads << ' ' << i;
+                EXPECT_TRUE(close(x[i], want[static_cast<std::size_t>(i)], n))
+                    << uplo << trans << threads << ' ' << i;
               }
               EXPECT_TRUE(x.intact());
             }
