@@ -3,6 +3,7 @@
 // names that all of them have. Threads: OMP_NUM_THREADS (default 1), QEL_DYNAMIC; the processor level:
 // QEL_DEBUG_CPU_TYPE for QEL, OPENBLAS_CORETYPE for OpenBLAS.
 #include <complex>
+#include <cstdlib>
 #include <random>
 #include <string>
 #include <vector>
@@ -125,6 +126,7 @@ void register_type(const std::string& letter, int n, int inc) {
 
 int main(int argc, char** argv) {
   using namespace qel::bench;
+  setenv("OMP_NUM_THREADS", "1", 0);  // before registration loads the peers, which read it then
   for (const int n : {8, 64, 100, 128, 192, 256, 384, 512, 1024, 4096}) {
     for (const int inc : {1, 3}) {
       if (inc > 1 && n != 64 && n != 1024) continue;

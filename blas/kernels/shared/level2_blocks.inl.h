@@ -10,7 +10,7 @@ namespace qel::QEL_LEVEL {
 namespace {
 
 template <class T>
-constexpr int kBlock = kAddedAtOnce<T>;
+constexpr int kBlock = kIsComplex<T> ? 4 : 8;
 
 /// One block of x, and its matrix's columns from the block's first row on.
 template <bool kUpper, class T>

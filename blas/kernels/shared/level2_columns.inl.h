@@ -15,9 +15,10 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
-/// Columns that the loops take at once, at most.
+/// Columns that the loops take at once, at most: as many as leave registers for the rows.
 template <class T>
-constexpr int kAddedAtOnce = kIsComplex<T> ? 4 : 8;
+constexpr int kAddedAtOnce = kIsComplex<T> || sizeof(typename wide<typename parts<T>::real>::reg) == 16 ? 4
+                                                                                                        : 8;
 constexpr int kSummedAtOnce = 4;
 template <class T>
 constexpr int kBothAtOnce = kIsComplex<T> ? 2 : 4;
@@ -61,11 +62,11 @@ struct column_adder {
 
   template <int kRegisters, bool kWhole>
   void rows(core_int i, core_int count) const {
-    typename W::reg sum[kRegisters], crossed[kRegisters];
+    typename W::reg sum[kRegisters];
+    [[maybe_unused]] typename W::reg crossed[kRegisters];
 #pragma GCC unroll 4
     for (int r = 0; r < kRegisters; ++r) {
       sum[r] = load_lanes<kWhole>(y + i + r * W::kCount, count);
-      crossed[r] = W::zero();
     }
 #pragma GCC unroll 8
     for (int k = 0; k < K; ++k) {
@@ -73,7 +74,8 @@ struct column_adder {
       for (int r = 0; r < kRegisters; ++r) {
         const auto a = load_lanes<kWhole>(at[k] + i + r * W::kCount, count);
         sum[r] = W::mul_add(factor[k].real, a, sum[r]);
-        if constexpr (kIsComplex<T>) crossed[r] = W::mul_add(factor[k].imag, a, crossed[r]);
+        if constexpr (!kIsComplex<T>) continue;
+        crossed[r] = k == 0 ? W::mul(factor[k].imag, a) : W::mul_add(factor[k].imag, a, crossed[r]);
       }
     }
 #pragma GCC unroll 4
@@ -120,12 +122,10 @@ template <class T>
     column += kAddedAtOnce<T>;
     factor += kAddedAtOnce<T>;
   }
-  if constexpr (kAddedAtOnce < T >> 4) {
-    if (count & 4) {
-      add_columns<4>(m, row, column, factor, y);
-      column += 4;
-      factor += 4;
-    }
+  if (kAddedAtOnce<T> == 8 && (count & 4) != 0) {
+    add_columns<4>(m, row, column, factor, y);
+    column += 4;
+    factor += 4;
   }
   if (count & 2) {
     add_columns<2>(m, row, column, factor, y);
@@ -316,8 +316,10 @@ struct column_updater {
       auto a = load_lanes<kWhole>(static_cast<const R*>(at[k] + i), count);
 #pragma GCC unroll 2
       for (int v = 0; v < kVectors; ++v) {
-        a = W::mul_add(factor[k][v].real, xs[v], a);
+        // Imaginary parts first: the other order turns a last bit of an ill-conditioned case of the LAPACK
+        // suites (xeigtstc, clustered singular values) over its threshold.
         if constexpr (kIsComplex<T>) a = W::mul_add(factor[k][v].imag, exchanged[v], a);
+        a = W::mul_add(factor[k][v].real, xs[v], a);
       }
       store_lanes<kWhole>(at[k] + i, count, a);
     }
