@@ -53,6 +53,15 @@ void dspmv(const char* uplo, const core_int* n, const double* alpha, const doubl
            const core_int* incx, const double* beta, double* y, const core_int* incy) {
   level2::hpmv(*uplo, *n, *alpha, ap, x, *incx, *beta, y, *incy);
 }
+void cspmv(const char* uplo, const core_int* n, const complex8* alpha, const complex8* ap, const complex8* x,
+           const core_int* incx, const complex8* beta, complex8* y, const core_int* incy) {
+  level2::spmv(*uplo, *n, *alpha, ap, x, *incx, *beta, y, *incy);
+}
+void zspmv(const char* uplo, const core_int* n, const complex16* alpha, const complex16* ap,
+           const complex16* x, const core_int* incx, const complex16* beta, complex16* y,
+           const core_int* incy) {
+  level2::spmv(*uplo, *n, *alpha, ap, x, *incx, *beta, y, *incy);
+}
 void chpmv(const char* uplo, const core_int* n, const complex8* alpha, const complex8* ap, const complex8* x,
            const core_int* incx, const complex8* beta, complex8* y, const core_int* incy) {
   level2::hpmv(*uplo, *n, *alpha, ap, x, *incx, *beta, y, *incy);

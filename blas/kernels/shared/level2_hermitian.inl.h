@@ -10,10 +10,52 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
+/// The usual case without the general one's bookkeeping, and in the same order: a whole panel of a full or
+/// packed triangle with contiguous vectors. False if the case is another one.
+template <bool kHermitian, class T>
+inline bool add_usual_panel(const stored_triangle<const T>& a, core_int j0, core_int j1, T alpha,
+                            vector_view<const T> x, vector_view<T> y) {
+  constexpr int kOrder = kBothAtOnce<T>;
+  if (j1 - j0 < kOrder || a.k < a.n || x.inc != 1 || y.inc != 1) return false;
+  const T* column[kOrder];
+  T xs[kOrder], ys[kOrder], factor[kOrder], total[kOrder];
+#pragma GCC unroll 4
+  for (int k = 0; k < kOrder; ++k) {
+    column[k] = column_of(a, j0 + k);
+    xs[k] = x.get(j0 + k);
+    factor[k] = product_of(alpha, xs[k]);
+    total[k] = real_element<T>(0);
+  }
+  for_stretches<T>(a.upper ? 0 : j1, a.upper ? j0 : a.n, [&](core_int row, core_int m) {
+    T sum[kOrder];
+    add_and_sum_columns<kHermitian, kOrder>(m, row, column, factor, x.at + row, y.at + row, sum);
+    for (int k = 0; k < kOrder; ++k) total[k] = sum_of(total[k], sum[k]);
+  });
+#pragma GCC unroll 4
+  for (int k = 0; k < kOrder; ++k) ys[k] = y.get(j0 + k);
+#pragma GCC unroll 4
+  for (int c = 0; c < kOrder; ++c) {
+#pragma GCC unroll 4
+    for (int r = 0; r < kOrder; ++r) {
+      if (r == c || a.upper != (r < c)) continue;
+      const T element = element_at(column[c] + j0 + r);
+      ys[r] = mul_add(factor[c], element, ys[r]);
+      total[c] = mul_add(conjugate_if<kHermitian>(element), xs[r], total[c]);
+    }
+    T diagonal = element_at(column[c] + j0 + c);
+    if constexpr (kHermitian) diagonal = real_element<T>(real_part(diagonal));
+    ys[c] = mul_add(alpha, total[c], mul_add(diagonal, factor[c], ys[c]));
+  }
+#pragma GCC unroll 4
+  for (int k = 0; k < kOrder; ++k) y.set(j0 + k, ys[k]);
+  return true;
+}
+
 template <bool kHermitian, class T>
 inline void add_hermitian(const stored_triangle<const T>& a, T alpha, vector_view<const T> x,
                           vector_view<T> y) {
   for_panels(a.n, panel_width(a, kBothAtOnce<T>), true, [&](core_int j0, core_int j1) {
+    if (add_usual_panel<kHermitian>(a, j0, j1, alpha, x, y)) return;
     panel<const T, T> p;
     for (core_int j = j0; j < j1; ++j) {
       const row_range outside = rows_outside(a, j, j0, j1);
