@@ -97,11 +97,11 @@ void dspmv(const char* uplo, const int* n, const double* alpha, const double* ap
 }
 void cspmv(const char* uplo, const int* n, const complex8* alpha, const complex8* ap, const complex8* x,
            const int* incx, const complex8* beta, complex8* y, const int* incy) {
-  call_hooked(__func__, core::qel_core_cspmv_, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked(__func__, core::cspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 void zspmv(const char* uplo, const int* n, const complex16* alpha, const complex16* ap, const complex16* x,
            const int* incx, const complex16* beta, complex16* y, const int* incy) {
-  call_hooked(__func__, core::qel_core_zspmv_, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked(__func__, core::zspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
 }
 
 void chpmv(const char* uplo, const int* n, const complex8* alpha, const complex8* ap, const complex8* x,

@@ -64,6 +64,12 @@ void sspmv(const char* uplo, const core_int* n, const float* alpha, const float*
            const core_int* incx, const float* beta, float* y, const core_int* incy);
 void dspmv(const char* uplo, const core_int* n, const double* alpha, const double* ap, const double* x,
            const core_int* incx, const double* beta, double* y, const core_int* incy);
+/// Symmetric, not Hermitian.
+void cspmv(const char* uplo, const core_int* n, const complex8* alpha, const complex8* ap, const complex8* x,
+           const core_int* incx, const complex8* beta, complex8* y, const core_int* incy);
+void zspmv(const char* uplo, const core_int* n, const complex16* alpha, const complex16* ap,
+           const complex16* x, const core_int* incx, const complex16* beta, complex16* y,
+           const core_int* incy);
 void chpmv(const char* uplo, const core_int* n, const complex8* alpha, const complex8* ap, const complex8* x,
            const core_int* incx, const complex8* beta, complex8* y, const core_int* incy);
 void zhpmv(const char* uplo, const core_int* n, const complex16* alpha, const complex16* ap,

@@ -113,6 +113,31 @@ TYPED_TEST(Level2, HermitianProductsReadOneTriangle) {
   }
 }
 
+TYPED_TEST(Level2, PackedSymmetricProducts) {
+  using T = TypeParam;
+  if constexpr (is_complex<T>) {
+    const auto spmv = [](auto... arguments) {
+      if constexpr (std::is_same_v<T, complex8>)
+        return call(core::cspmv, arguments...);
+      else
+        return call(core::zspmv, arguments...);
+    };
+    for (const char uplo : {'U', 'L'}) {
+      for (const core_int n : kOrders) {
+        for (const auto& [incx, incy] : kStrides) {
+          const T alpha = factor<T>(2), beta = factor<T>(2);
+          matrix<T> a = matrix<T>::triangle(form::kPacked, uplo, false, n, 0, 0, this->random_);
+          strided<T> x(n, incx, this->random_), y(n, incy, this->random_);
+          const dense before = y.as_output().column();
+          spmv(uplo, n, alpha, a.data(), x.data(), incx, beta, y.data(), incy);
+          expect_product(y, alpha, a.meaning(shape::kSymmetric), x.column(), beta, before,
+                         text("spmv", uplo, n));
+        }
+      }
+    }
+  }
+}
+
 /// Solution of op(A) x = before by its residual; product directly.
 template <class T>
 void expect_triangular(bool solve, strided<T>& x, const dense& a, const dense& before,

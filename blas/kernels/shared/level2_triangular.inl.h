@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Level 2 with a triangular matrix, full, banded or packed: x = op(A) x and the solution of op(A) x = b in
+// place. Panels of columns in the order in which x may be overwritten. Without a transpose columns are added
+// to x, and a zero x_j leaves its column, and in a solution its division, out; with one, x_j takes the
+// products of column j with x. A singular A is not detected.
+#pragma once
+
+#include "blas/kernels/shared/level2_blocks.inl.h"
+#include "blas/kernels/shared/level2_triangles.inl.h"
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+/// The rows of columns j0 .. j1 - 1 off the panel's diagonal block, with factors factor(j); a column whose
+/// factor is zero is left out.
+template <class T, class Factor>
+inline panel<const T, T> outside_panel(const stored_triangle<const T>& a, core_int j0, core_int j1,
+                                       Factor factor) {
+  panel<const T, T> p;
+  for (core_int j = j0; j < j1; ++j) {
+    const T f = factor(j);
+    if (equals_real(f, 0)) continue;
+    const row_range outside = rows_outside(a, j, j0, j1);
+    p.add(column_of(a, j), outside.first, outside.last, f);
+  }
+  return p;
+}
+template <class T>
+inline panel<const T, T> outside_panel(const stored_triangle<const T>& a, core_int j0, core_int j1) {
+  return outside_panel(a, j0, j1, [](core_int) { return real_element<T>(1); });
+}
+
+/// The usual case without the general one's bookkeeping: a whole panel of a full or packed triangle, x
+/// contiguous. Calls work(block, columns, rows), where rows are those of the panel off its diagonal block;
+/// false if the case is another one, or work said so without having changed x.
+template <class T, class Work>
+inline bool on_usual_panel(const stored_triangle<const T>& a, core_int j0, core_int j1, vector_view<T> x,
+                           Work work) {
+  if (j1 - j0 < kBlock<T> || a.k < a.n || x.inc != 1) return false;
+  const T* column[kBlock<T>];
+#pragma GCC unroll 8
+  for (int k = 0; k < kBlock<T>; ++k) column[k] = column_of(a, j0 + k);
+  const row_range rows{a.upper ? 0 : j1, a.upper ? j0 : a.n};
+  return on_block(a.upper, column, j0, x, [&](auto& block) { return work(block, column, rows); });
+}
+template <bool kConjugate, class T>
+inline void sum_usual_panel(const T* const* column, row_range rows, const T* x, T* total) {
+  for (int k = 0; k < kBlock<T>; ++k) total[k] = real_element<T>(0);
+  for_stretches<T>(rows.first, rows.last, [&](core_int row, core_int m) {
+    T sum[kBlock<T>];
+    column_sums<kConjugate>(kBlock<T>, m, row, column, x + row, sum);
+    for (int k = 0; k < kBlock<T>; ++k) total[k] = sum_of(total[k], sum[k]);
+  });
+}
+
+template <class T>
+inline void multiply(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
+  for_panels(a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      if (block.has_zero()) return false;
+      add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, block.x, x.at + rows.first);
+      block.multiply(unit);
+      return true;
+    };
+    if (on_usual_panel(a, j0, j1, x, usual)) return;
+    const auto p = outside_panel(a, j0, j1, [&](core_int j) { return x.get(j); });
+    if (p.count > 0) add_panel(p, x);
+    for_columns(j0, j1, a.upper, [&](core_int j) {
+      const T factor = x.get(j);
+      if (equals_real(factor, 0)) return;
+      const T* column = column_of(a, j);
+      const row_range inside = rows_inside(a, j, j0, j1);
+      for (core_int i = inside.first; i < inside.last; ++i) {
+        x.set(i, mul_add(factor, element_at(column + i), x.get(i)));
+      }
+      if (!unit) x.set(j, product_of(factor, element_at(column + j)));
+    });
+  });
+}
+
+template <bool kConjugate, class T>
+inline void multiply_transposed(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
+  for_panels(a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
+    T outside[kPanel];
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      sum_usual_panel<kConjugate>(column, rows, x.at, outside);
+      block.template multiply_transposed<kConjugate>(unit, outside);
+      return true;
+    };
+    if (on_usual_panel(a, j0, j1, x, usual)) return;
+    sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, outside);
+    for_columns(j0, j1, !a.upper, [&](core_int j) {
+      const T* column = column_of(a, j);
+      T sum = x.get(j);
+      if (!unit) sum = product_of(sum, conjugate_if<kConjugate>(element_at(column + j)));
+      const row_range inside = rows_inside(a, j, j0, j1);
+      for (core_int i = inside.first; i < inside.last; ++i) {
+        sum = mul_add(conjugate_if<kConjugate>(element_at(column + i)), x.get(i), sum);
+      }
+      x.set(j, sum_of(sum, outside[j - j0]));
+    });
+  });
+}
+
+template <class T>
+inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
+  for_panels(a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
+    bool done = false;
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      block.solve(unit);
+      done = !block.has_zero();
+      if (!done) return true;
+      T factor[kBlock<T>];
+      for (int k = 0; k < kBlock<T>; ++k) factor[k] = negative(block.x[k]);
+      add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, factor, x.at + rows.first);
+      return true;
+    };
+    if (!on_usual_panel(a, j0, j1, x, usual)) {
+      for_columns(j0, j1, !a.upper, [&](core_int j) {
+        T xj = x.get(j);
+        if (equals_real(xj, 0)) return;
+        const T* column = column_of(a, j);
+        if (!unit) xj = quotient_of(xj, element_at(column + j));
+        x.set(j, xj);
+        const row_range inside = rows_inside(a, j, j0, j1);
+        for (core_int i = inside.first; i < inside.last; ++i) {
+          x.set(i, mul_add(negative(xj), element_at(column + i), x.get(i)));
+        }
+      });
+    }
+    if (done) return;
+    const auto p = outside_panel(a, j0, j1, [&](core_int j) { return negative(x.get(j)); });
+    if (p.count > 0) add_panel(p, x);
+  });
+}
+
+template <bool kConjugate, class T>
+inline void solve_transposed(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
+  for_panels(a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
+    T outside[kPanel];
+    const auto usual = [&](auto& block, const T* const* column, row_range rows) {
+      sum_usual_panel<kConjugate>(column, rows, x.at, outside);
+      block.template solve_transposed<kConjugate>(unit, outside);
+      return true;
+    };
+    if (on_usual_panel(a, j0, j1, x, usual)) return;
+    sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, outside);
+    for_columns(j0, j1, a.upper, [&](core_int j) {
+      const T* column = column_of(a, j);
+      T rest = sum_of(x.get(j), negative(outside[j - j0]));
+      const row_range inside = rows_inside(a, j, j0, j1);
+      for (core_int i = inside.first; i < inside.last; ++i) {
+        rest = mul_add(negative(conjugate_if<kConjugate>(element_at(column + i))), x.get(i), rest);
+      }
+      if (!unit) rest = quotient_of(rest, conjugate_if<kConjugate>(element_at(column + j)));
+      x.set(j, rest);
+    });
+  });
+}
+
+/// Calls work with x as a view: contiguous, by way of the stack, if that has room for it.
+template <class T, class Work>
+inline void with_near_vector(core_int n, T* x, core_int incx, Work work) {
+  const auto view = view_of(x, n, incx);
+  if (view.inc == 1 || n > kStretch<T>) return work(view);
+  stretch_of<T> near;
+  work(vector_view<T>{near.open(view, 0, n), 1});
+  near.close(view, 0, n);
+}
+
+template <class T>
+void triangular_product(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x, core_int incx) {
+  if (a.n < 1) return;
+  with_near_vector(a.n, x, incx, [&](vector_view<T> xs) {
+    if (op == matrix_op::kNone) {
+      multiply(a, unit, xs);
+    } else if (kIsComplex<T> && op == matrix_op::kConjugated) {
+      multiply_transposed<true>(a, unit, xs);
+    } else {
+      multiply_transposed<false>(a, unit, xs);
+    }
+  });
+}
+
+template <class T>
+void triangular_solution(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x, core_int incx) {
+  if (a.n < 1) return;
+  with_near_vector(a.n, x, incx, [&](vector_view<T> xs) {
+    if (op == matrix_op::kNone) {
+      solve(a, unit, xs);
+    } else if (kIsComplex<T> && op == matrix_op::kConjugated) {
+      solve_transposed<true>(a, unit, xs);
+    } else {
+      solve_transposed<false>(a, unit, xs);
+    }
+  });
+}
+
+/// x_j += the products of the given rows of columns first .. last - 1 with copy.
+template <bool kConjugate, class T>
+inline void add_sums_of_rows(const stored_triangle<const T>& a, const T* copy, vector_view<T> x,
+                             core_int first, core_int last, row_range rows) {
+  for (core_int j0 = first; j0 < last; j0 += kPanel) {
+    panel<const T, T> p;
+    for (core_int j = j0; j < last && j < j0 + kPanel; ++j) p.add(column_of(a, j), rows.first, rows.last);
+    T sum[kPanel];
+    sum_panel<kConjugate>(p, {copy, 1}, sum);
+    for (int k = 0; k < p.count; ++k) x.set(j0 + k, sum_of(x.get(j0 + k), sum[k]));
+  }
+}
+
+template <class T>
+void triangular_product_part(const stored_triangle<const T>& a, matrix_op op, bool unit, const T* copy, T* x,
+                             core_int incx, core_int first, core_int last) {
+  if (first >= last) return;
+  const auto xs = view_of(x, a.n, incx);
+  // The diagonal block alone, then what lies beside it (no transpose) or above or below it.
+  stored_triangle<const T> block = a;
+  block.base = column_of(a, first) + first;
+  block.n = block.k = last - first;
+  const vector_view<T> part{xs.at + first * incx, incx};
+  if (op == matrix_op::kNone) {
+    multiply(block, unit, part);
+    const core_int begin = a.upper ? last : 0, end = a.upper ? a.n : first;
+    for (core_int j = begin; j < end;) {
+      panel<const T, T> p;
+      for (; j < end && p.count < kPanel; ++j) {
+        if (!equals_real(copy[j], 0)) p.add(column_of(a, j), first, last, copy[j]);
+      }
+      if (p.count > 0) add_panel(p, xs);
+    }
+    return;
+  }
+  const row_range rows{a.upper ? 0 : last, a.upper ? first : a.n};
+  if (kIsComplex<T> && op == matrix_op::kConjugated) {
+    multiply_transposed<true>(block, unit, part);
+    add_sums_of_rows<true>(a, copy, xs, first, last, rows);
+  } else {
+    multiply_transposed<false>(block, unit, part);
+    add_sums_of_rows<false>(a, copy, xs, first, last, rows);
+  }
+}
+
+}  // namespace
+
+const triangular_kernels<float> triangular_s{triangular_product, triangular_product_part,
+                                             triangular_solution};
+const triangular_kernels<double> triangular_d{triangular_product, triangular_product_part,
+                                              triangular_solution};
+const triangular_kernels<complex8> triangular_c{triangular_product, triangular_product_part,
+                                                triangular_solution};
+const triangular_kernels<complex16> triangular_z{triangular_product, triangular_product_part,
+                                                 triangular_solution};
+
+}  // namespace qel::QEL_LEVEL
