@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Entries of the matrix-vector operations: each checks its arguments, reports the first bad one and returns,
-// else widens and calls. Complex symmetric packed products are LAPACK's and are checked there.
+// else widens and calls. Complex symmetric packed products count as LAPACK's and install the error entry.
 #include "blas/checks.h"
 #include "blas/level2/level2.h"
 #include "entry/shapes.h"
-#include "lapack/lapack.h"
 #include "qel/blas.h"
 
 using qel::complex16;
 using qel::complex8;
 using qel::entry::call_checked;
-using qel::entry::call_hooked;
+using qel::entry::call_checked_hooked;
 namespace core = qel::core;
 namespace blas = qel::blas;
 
@@ -97,11 +96,13 @@ void dspmv(const char* uplo, const int* n, const double* alpha, const double* ap
 }
 void cspmv(const char* uplo, const int* n, const complex8* alpha, const complex8* ap, const complex8* x,
            const int* incx, const complex8* beta, complex8* y, const int* incy) {
-  call_checked(__func__, core::cspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked_hooked(__func__, core::cspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y,
+                      incy);
 }
 void zspmv(const char* uplo, const int* n, const complex16* alpha, const complex16* ap, const complex16* x,
            const int* incx, const complex16* beta, complex16* y, const int* incy) {
-  call_checked(__func__, core::zspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y, incy);
+  call_checked_hooked(__func__, core::zspmv, blas::spmv_bad_argument, uplo, n, alpha, ap, x, incx, beta, y,
+                      incy);
 }
 
 void chpmv(const char* uplo, const int* n, const complex8* alpha, const complex8* ap, const complex8* x,

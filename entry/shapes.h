@@ -89,6 +89,15 @@ struct checked_shape {
   }
 };
 
+/// The same for routines that count as LAPACK's: the public error entry is installed besides.
+struct checked_hooked_shape {
+  template <class... P, class Check, class... A>
+  static void run(const char* name, void (*core)(P...), Check check, A&... args) {
+    serv_set_xerbla(&xerbla);
+    checked_shape::run(name, core, check, args...);
+  }
+};
+
 /// Fortran routine without info: its reports go to the public error entry.
 struct hooked_shape {
   template <class R, class... P, class... A>
@@ -154,6 +163,7 @@ struct entry_call {
 inline constexpr entry_call<widened_shape> call_widened;
 /// The check comes after the core routine.
 inline constexpr entry_call<checked_shape> call_checked;
+inline constexpr entry_call<checked_hooked_shape> call_checked_hooked;
 inline constexpr entry_call<hooked_shape> call_hooked;
 /// info comes after the core routine.
 inline constexpr entry_call<info_shape> call_info;

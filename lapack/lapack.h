@@ -456,11 +456,5 @@ float qel_core_clange_(const char* norm, const core_int* m, const core_int* n, c
                        const core_int* lda, float* work, size_t);
 double qel_core_zlange_(const char* norm, const core_int* m, const core_int* n, const complex16* a,
                         const core_int* lda, double* work, size_t);
-void qel_core_cspmv_(const char* uplo, const core_int* n, const complex8* alpha, const complex8* ap,
-                     const complex8* x, const core_int* incx, const complex8* beta, complex8* y,
-                     const core_int* incy, size_t);
-void qel_core_zspmv_(const char* uplo, const core_int* n, const complex16* alpha, const complex16* ap,
-                     const complex16* x, const core_int* incx, const complex16* beta, complex16* y,
-                     const core_int* incy, size_t);
 }  // extern "C"
 }  // namespace qel::core
