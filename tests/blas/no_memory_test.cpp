@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Level 3 without work memory: the platform allocator refuses everything, and results must be right all the
 // same. In a program of its own, since the library takes the allocator before its first use.
+#include <atomic>
+
 #include "service/serv.h"
 #include "tests/blas/by_type.h"
 #include "tests/blas/reference.h"
@@ -8,7 +10,7 @@
 namespace qel::test {
 namespace {
 
-int refusals = 0;
+std::atomic<int> refusals = 0;  // threads of a region ask, too
 void* refuse(size_t) {
   ++refusals;
   return nullptr;

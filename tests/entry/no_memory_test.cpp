@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <mutex>
 #include <string>
 
 #include "service/serv.h"
@@ -16,14 +17,17 @@ namespace {
 std::size_t failing;
 int held;
 std::vector<std::size_t> requests;
+std::mutex allocator;  // threads of a region ask, too
 
 void* failing_malloc(std::size_t size) {
+  const std::lock_guard guard(allocator);
   requests.push_back(size);
   if (requests.size() == failing) return nullptr;
   ++held;
   return std::malloc(size);
 }
 void counting_free(void* pointer) {
+  const std::lock_guard guard(allocator);
   held -= pointer != nullptr;
   std::free(pointer);
 }
