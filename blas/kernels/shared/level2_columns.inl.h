@@ -36,6 +36,13 @@ inline void store_lanes(R* p, core_int count, typename wide<R>::reg v) {
   wide<R>::store_part(p, count, v);
 }
 
+/// A column's lanes, read once where they are used twice.
+template <bool kWhole, bool kTwice, class R>
+inline typename wide<R>::reg column_lanes(const R* p, core_int count) {
+  if constexpr (kTwice) return in_register(load_lanes<kWhole>(p, count));
+  return load_lanes<kWhole>(p, count);
+}
+
 /// A factor in all lanes: the registers that a column times it takes.
 template <class T>
 struct spread {
@@ -72,7 +79,7 @@ struct column_adder {
     for (int k = 0; k < K; ++k) {
 #pragma GCC unroll 4
       for (int r = 0; r < kRegisters; ++r) {
-        const auto a = load_lanes<kWhole>(at[k] + i + r * W::kCount, count);
+        const auto a = column_lanes<kWhole, kIsComplex<T>>(at[k] + i + r * W::kCount, count);
         sum[r] = W::mul_add(factor[k].real, a, sum[r]);
         if constexpr (!kIsComplex<T>) continue;
         crossed[r] = k == 0 ? W::mul(factor[k].imag, a) : W::mul_add(factor[k].imag, a, crossed[r]);
@@ -151,7 +158,7 @@ struct column_summer {
       [[maybe_unused]] const auto exchanged = W::exchanged(xs);
 #pragma GCC unroll 4
       for (int k = 0; k < K; ++k) {
-        const auto a = load_lanes<kWhole>(at[k] + i + r * W::kCount, count);
+        const auto a = column_lanes<kWhole, kIsComplex<T>>(at[k] + i + r * W::kCount, count);
         if constexpr (kIsComplex<T>) {
           sum[k] = W::mul_add(a, xs, sum[k]);
           other[k] = W::mul_add(a, exchanged, other[k]);
@@ -249,7 +256,7 @@ struct column_adder_and_summer {
     [[maybe_unused]] auto crossed = W::zero();
 #pragma GCC unroll 4
     for (int k = 0; k < K; ++k) {
-      const auto a = load_lanes<kWhole>(at[k] + i, count);
+      const auto a = column_lanes<kWhole, true>(at[k] + i, count);
       ys = W::mul_add(factor[k].real, a, ys);
       sum[k] = W::mul_add(a, xs, sum[k]);
       if constexpr (kIsComplex<T>) {
