@@ -9,10 +9,10 @@
 namespace qel::test {
 namespace {
 
+using native::general_operand;
 using native::product;
 using native::product_plan;
 using native::product_scheme;
-using plain::general_operand;
 
 template <class T>
 class NativeProduct : public testing::Test {

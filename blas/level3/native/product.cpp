@@ -18,8 +18,6 @@ namespace qel::native {
 
 namespace {
 
-using plain::matrix_kind;
-using plain::operand;
 using plain::scratch;
 
 constexpr int kWidestPanel = 48;  ///< of all levels and types

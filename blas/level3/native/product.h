@@ -2,8 +2,8 @@
 // The one product under native level 3.
 #pragma once
 
+#include "blas/level3/native/operand.h"
 #include "blas/level3/native/plan.h"
-#include "blas/plain/operand.h"
 
 namespace qel::native {
 
@@ -13,7 +13,7 @@ template <class T>
 struct product {
   core_int m, n, k;
   T alpha;
-  plain::operand<T> a, b;
+  operand<T> a, b;
   T beta;
   T* c;
   core_int ldc;

@@ -9,10 +9,6 @@ namespace qel::native {
 
 namespace {
 
-using plain::general_operand;
-using plain::matrix_kind;
-using plain::operand;
-
 template <class T>
 void structured_product(matrix_kind kind, char side, char uplo, core_int m, core_int n, T alpha, const T* a,
                         core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc) {

@@ -12,9 +12,6 @@ namespace qel::native {
 
 namespace {
 
-using plain::general_operand;
-using plain::operand;
-
 /// op(A) as a view; upper says which triangle op(A) has.
 template <class T>
 struct triangle {

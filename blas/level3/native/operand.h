@@ -8,7 +8,7 @@
 #include "blas/letters.h"
 #include "service/complex_arithmetic.h"
 
-namespace qel::plain {
+namespace qel::native {
 
 enum class matrix_kind { kGeneral, kSymmetric, kHermitian };
 
@@ -53,4 +53,4 @@ operand<T> general_operand(char trans, const T* a, core_int lda) {
   return {a, lda, 1, is_complex<T> && blas::letter_is(trans, 'C'), matrix_kind::kGeneral, false};
 }
 
-}  // namespace qel::plain
+}  // namespace qel::native
