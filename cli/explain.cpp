@@ -10,14 +10,14 @@
 #include <vector>
 
 #include "blas/level3/gemm_blocks.h"
+#include "blas/level3/native/level3_native.h"
 #include "blas/level3/side_rules.h"
 #include "cli/commands.h"
+#include "cli/explain_native.h"
 #include "service/serv.h"
 
 namespace qel::cli {
 namespace {
-
-using report = nlohmann::ordered_json;
 
 element_type type_of(const std::string& letter) {
   constexpr const char* kLetters = "sdcz";
@@ -153,6 +153,33 @@ report explain_syrk(const explain_options& options) {
   return out;
 }
 
+/// The sizes of a native operation as those of its product.
+native_question native_question_of(const explain_options& options, int level) {
+  const std::string& operation = options.operation;
+  const bool gemm = operation == "gemm", rank_update = operation == "syrk";
+  const std::string usage = "explain " + operation + " takes " + (gemm ? "three" : "two") + " sizes";
+  expect_sizes(options, gemm ? 3 : 2, usage.c_str());
+  if (options.side != "L" && options.side != "R") throw std::invalid_argument("the side is L or R");
+  native_question question{};
+  question.operation = operation;
+  question.type = static_cast<char>(options.type[0] | 32);
+  question.level = level;
+  question.left = options.side == "L";
+  const core_int first = size_at(options, 0, usage.c_str()), second = size_at(options, 1, usage.c_str());
+  question.m = first;
+  question.n = rank_update ? first : second;
+  question.k = gemm          ? size_at(options, 2, usage.c_str())
+               : rank_update ? second
+                             : (question.left ? first : second);
+  question.threads = options.threads > 0 ? options.threads : serv_threads_for_domain(1);
+  serv_native_cache_sizes(question.caches);
+  if (!options.caches.empty()) {
+    const dense_processor replaced = processor_of(options);
+    std::copy(std::begin(replaced.caches), std::end(replaced.caches), question.caches);
+  }
+  return question;
+}
+
 std::string as_text(const report& value) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
@@ -169,7 +196,10 @@ std::string as_text(const report& value) {
 int run_explain(const explain_options& options) {
   const element_type type = type_of(options.type);
   report out;
-  if (options.operation == "gemm") {
+  const int level = processor_of(options).level;
+  if (level >= native::kFirstNativeLevel) {
+    out = explain_native(native_question_of(options, level));
+  } else if (options.operation == "gemm") {
     out = explain_gemm(options, type);
   } else if (options.operation == "syrk") {
     out = explain_syrk(options);
