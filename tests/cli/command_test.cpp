@@ -153,7 +153,7 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
       {"trsm 600 40 --side R --threads 4 --level 3", {{"threads", 4}, {"rows_per_thread", 148}}},
       {"syrk 1000 100 --threads 3 --level 4", {{"scheme", "triangle_blocks"}, {"pieces", 10}}},
       {"gemm 20 20 20 --threads 4 --level 5", {{"scheme", "in place"}, {"threads", 1}, {"tile", "12 x 4"}}},
-      {"gemm 1000 1000 1000 --threads 6 --level 5", {{"scheme", "packed"}, {"grid", "2 x 3"}}},
+      {"gemm 1000 1000 1000 --threads 6 --level 5", {{"scheme", "packed"}, {"grid", "3 x 2"}}},
       {"trsm 600 400 --threads 4 --level 6", {{"threads", 4}, {"diagonal_blocks", 64}}},
       {"syrk 1000 100 --threads 3 --level 6 --type z", {{"grid", "1 x 3"}, {"tile", "12 x 4"}}},
   };
