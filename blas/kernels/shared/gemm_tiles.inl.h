@@ -147,7 +147,25 @@ template <class T, int kReals>
 struct packed_numbers {
   using R = typename parts<T>::real;
   const R* at;
-  typename lane_set<R>::reg get(int l, int j) const { return lane_set<R>::all(at[l * kReals + j]); }
+  typename lane_set<R>::reg get(int l, int j) const {
+#ifndef QEL_LEVEL_l4_avx
+    if constexpr (sizeof(R) == 4 && kReals == 4) {
+      // One load and a shuffle each: SSE has no load into all four lanes.
+      const __m128i numbers = _mm_castps_si128(_mm_load_ps(at + l * kReals));
+      switch (j) {
+        case 0:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0x00));
+        case 1:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0x55));
+        case 2:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0xAA));
+        default:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0xFF));
+      }
+    }
+#endif
+    return lane_set<R>::all(at[l * kReals + j]);
+  }
   void advance(int steps) { at += steps * kReals; }
 };
 template <class T, int kReals>
