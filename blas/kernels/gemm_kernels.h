@@ -87,9 +87,7 @@ template <class T>
 using triangle_rows_fn = void(bool solve, const triangle_block<T>& t, core_int rows, T* x, core_int ldx);
 
 namespace l0_generic {
-triangle_rows_fn<float> striangle_rows;
 triangle_rows_fn<double> dtriangle_rows;
-triangle_rows_fn<complex8> ctriangle_rows;
 triangle_rows_fn<complex16> ztriangle_rows;
 extern const gemm_strip_kernels<float> sgemm_strips;
 extern const gemm_strip_kernels<double> dgemm_strips;
@@ -131,9 +129,7 @@ extern const gemm_kernels<complex16> zgemm_panels;
 }  // namespace l3_sse42
 
 namespace l4_avx {
-triangle_rows_fn<float> striangle_rows;
 triangle_rows_fn<double> dtriangle_rows;
-triangle_rows_fn<complex8> ctriangle_rows;
 triangle_rows_fn<complex16> ztriangle_rows;
 extern const gemm_kernels<float> sgemm_panels;
 extern const gemm_kernels<double> dgemm_panels;

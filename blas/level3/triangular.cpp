@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <type_traits>
 
 #include "blas/level3/gemm_serial.h"
 #include "service/serv.h"
@@ -14,16 +15,37 @@
 namespace qel {
 namespace {
 
-#define QEL_TRIANGLE_ROWS(T, x)                                                                   \
-  void triangle_rows(bool solve, const triangle_block<T>& t, core_int rows, T* b, core_int ldb) { \
-    const bool avx = this_processor().level == 4;                                                 \
-    (avx ? l4_avx::x##triangle_rows : l0_generic::x##triangle_rows)(solve, t, rows, b, ldb);      \
+// Diagonal blocks are small but decide the accuracy of a solve: single precision goes through them in double,
+// rounded once at the end.
+template <class T>
+struct wide_type {
+  using type = double;
+};
+template <complex_pair T>
+struct wide_type<T> {
+  using type = complex16;
+};
+template <class T>
+using wide_of = typename wide_type<T>::type;
+template <class To, class From>
+To converted(From v) {
+  using R = real_of<To>;
+  if constexpr (is_complex<From>) {
+    return {static_cast<R>(v.real), static_cast<R>(v.imag)};
+  } else {
+    return static_cast<R>(v);
   }
-QEL_TRIANGLE_ROWS(float, s)
-QEL_TRIANGLE_ROWS(double, d)
-QEL_TRIANGLE_ROWS(complex8, c)
-QEL_TRIANGLE_ROWS(complex16, z)
-#undef QEL_TRIANGLE_ROWS
+}
+
+void triangle_rows(bool solve, const triangle_block<double>& t, core_int rows, double* b, core_int ldb) {
+  const bool avx = this_processor().level == 4;
+  (avx ? l4_avx::dtriangle_rows : l0_generic::dtriangle_rows)(solve, t, rows, b, ldb);
+}
+void triangle_rows(bool solve, const triangle_block<complex16>& t, core_int rows, complex16* b,
+                   core_int ldb) {
+  const bool avx = this_processor().level == 4;
+  (avx ? l4_avx::ztriangle_rows : l0_generic::ztriangle_rows)(solve, t, rows, b, ldb);
+}
 
 /// A slab of B with its triangle, and the memory that all its products share.
 template <class T>
@@ -109,31 +131,41 @@ class triangular_work {
   }
 
   void smallest(core_int start, core_int order) {
-    T dense[kInnerTriangle * kInnerTriangle];
+    using W = wide_of<T>;
+    W dense[kInnerTriangle * kInnerTriangle];
     // From the left: rows of the transposed copy times the transposed triangle.
     const bool upper = call_.upper != call_.left;
     for (core_int j = 0; j < order; ++j) {
       for (core_int i = upper ? 0 : j; i < (upper ? j + 1 : order); ++i) {
         if (i == j && call_.unit) continue;
         dense[i + j * kInnerTriangle] =
-            call_.left ? element(start + j, start + i) : element(start + i, start + j);
+            converted<W>(call_.left ? element(start + j, start + i) : element(start + i, start + j));
       }
     }
-    const triangle_block<T> block{dense, kInnerTriangle, order, upper, call_.unit};
+    const triangle_block<W> block{dense, kInnerTriangle, order, upper, call_.unit};
     T* const b = rows_of_b(start);
-    if (!call_.left) return triangle_rows(call_.solve, block, count_, b, call_.ldb);
-    constexpr core_int kColumns = 48;
-    T turned[kColumns * kInnerTriangle];
-    for (core_int j = 0; j < count_; j += kColumns) {
-      const core_int columns = std::min(kColumns, count_ - j);
-      T* const part = b + j * call_.ldb;
-      for (core_int c = 0; c < columns; ++c) {
-        for (core_int i = 0; i < order; ++i) turned[c + i * kColumns] = part[i + c * call_.ldb];
-      }
-      triangle_rows(call_.solve, block, columns, turned, kColumns);
-      for (core_int c = 0; c < columns; ++c) {
-        for (core_int i = 0; i < order; ++i) part[i + c * call_.ldb] = turned[c + i * kColumns];
-      }
+    if constexpr (std::is_same_v<T, W>) {
+      if (!call_.left) return triangle_rows(call_.solve, block, count_, b, call_.ldb);
+    }
+    constexpr core_int kLines = 48;
+    W lines[kLines * kInnerTriangle];
+    const core_int line_step = call_.left ? call_.ldb : 1, step = call_.left ? 1 : call_.ldb;
+    for (core_int first = 0; first < count_; first += kLines) {
+      const core_int count = std::min(kLines, count_ - first);
+      T* const part = b + first * line_step;
+      const auto for_each_element = [&](const auto& visit) {
+        // Along the columns of B.
+        const core_int inner = call_.left ? order : count, outer = call_.left ? count : order;
+        for (core_int q = 0; q < outer; ++q) {
+          for (core_int p = 0; p < inner; ++p) {
+            const core_int c = call_.left ? q : p, i = call_.left ? p : q;
+            visit(lines[c + i * kLines], part[c * line_step + i * step]);
+          }
+        }
+      };
+      for_each_element([](W& line, const T& v) { line = converted<W>(v); });
+      triangle_rows(call_.solve, block, count, lines, kLines);
+      for_each_element([](const W& line, T& v) { v = converted<T>(line); });
     }
   }
 

@@ -34,17 +34,29 @@ struct factors {
   core_int ldc;
 };
 
+/// One element, with the rounding of a tile: a complex sum in four parts.
 template <class T>
 inline T product_at(const factors<T>& f, core_int k, bool conj_a, bool conj_b, core_int i, core_int j) {
-  T sum{};
+  T straight{}, crossed{};  // sums of a re(b) and of a im(b)
   const T *a = f.a + i * f.a_row, *b = f.b + j * f.b_column;
   for (core_int l = 0; l < k; ++l, a += f.a_step, b += f.b_step) {
     T left = element_at(a), right = element_at(b);
     if (conj_a) left = conjugate(left);
     if (conj_b) right = conjugate(right);
-    sum = plus(sum, times(left, right));
+    if constexpr (parts<T>::kCount == 1) {
+      straight += left * right;
+    } else {
+      straight.real += left.real * right.real;
+      straight.imag += left.imag * right.real;
+      crossed.real += left.real * right.imag;
+      crossed.imag += left.imag * right.imag;
+    }
   }
-  return sum;
+  if constexpr (parts<T>::kCount == 1) {
+    return straight;
+  } else {
+    return {straight.real - crossed.imag, straight.imag + crossed.real};
+  }
 }
 
 template <class T>

@@ -47,11 +47,13 @@ template <class R>
 struct lane_set;
 template <>
 struct lane_set<double> : lanes<double> {
-  /// Lane l of the result is lane l ^ kFlip of v.
+  /// Lane l of the result is lane l ^ kFlip of v. The integer shuffle leaves its source alone, which saves a
+  /// copy.
   template <int kFlip>
   static reg flipped(reg v) {
     static_assert(kFlip < 2);
-    return kFlip == 0 ? v : exchanged(v);
+    if constexpr (kFlip == 0) return v;
+    return _mm_castsi128_pd(_mm_shuffle_epi32(_mm_castpd_si128(v), _MM_SHUFFLE(1, 0, 3, 2)));
   }
   /// (a - b, a + b) in every pair of lanes.
   static reg crosswise_sum(reg a, reg b) { return _mm_add_pd(a, _mm_xor_pd(b, _mm_set_pd(0.0, -0.0))); }
@@ -64,10 +66,10 @@ struct lane_set<float> : lanes<float> {
   static reg flipped(reg v) {
     static_assert(kFlip < 4);
     if constexpr (kFlip == 0) return v;
-    return _mm_shuffle_ps(v, v,
-                          kFlip == 1   ? _MM_SHUFFLE(2, 3, 0, 1)
-                          : kFlip == 2 ? _MM_SHUFFLE(1, 0, 3, 2)
-                                       : _MM_SHUFFLE(0, 1, 2, 3));
+    constexpr int kOrder = kFlip == 1   ? _MM_SHUFFLE(2, 3, 0, 1)
+                           : kFlip == 2 ? _MM_SHUFFLE(1, 0, 3, 2)
+                                        : _MM_SHUFFLE(0, 1, 2, 3);
+    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), kOrder));
   }
   static reg crosswise_sum(reg a, reg b) {
     return _mm_add_ps(a, _mm_xor_ps(b, _mm_set_ps(0.0F, -0.0F, 0.0F, -0.0F)));

@@ -24,12 +24,27 @@ struct add_to_multiple {
   T beta;
 };
 
-/// Keeps the sums of a step apart from the next: left alone, g++ finishes one sum over all unrolled steps
-/// before the next one and spills the rest.
+/// Keeps g++ from loading a value again instead of copying it.
 template <class Reg>
-[[gnu::always_inline]] inline void hold(Reg& sum) {
-  asm volatile("" : "+x"(sum));
+[[gnu::always_inline]] inline void hold(Reg& value) {
+  asm volatile("" : "+x"(value));
 }
+// sum += product, in this order. Left alone, g++ finishes one sum over all unrolled steps before the next one
+// and spills the rest (with AVX it is enough to hold the sums at the end of a step), or adds into the
+// product's register and copies it back.
+#ifdef QEL_LEVEL_l4_avx
+template <class Reg>
+[[gnu::always_inline]] inline void accumulate(Reg& sum, Reg product) {
+  sum = sum + product;
+}
+#else
+[[gnu::always_inline]] inline void accumulate(__m128d& sum, __m128d product) {
+  asm volatile("addpd %1, %0" : "+x"(sum) : "x"(product));
+}
+[[gnu::always_inline]] inline void accumulate(__m128& sum, __m128 product) {
+  asm volatile("addps %1, %0" : "+x"(sum) : "x"(product));
+}
+#endif
 
 #ifndef QEL_LEVEL_l4_avx
 // Sums by flip: lane l of sum[x] belongs to lane l ^ x of A and lane l of B. Sorted into columns of C.
@@ -82,30 +97,31 @@ struct shuffle_tile {
     }
   }
   template <int kFlip>
-  void add_products(const reg (&from_b)[kRegistersB], int r, reg from_a) {
-    const reg flipped = L::template flipped<kFlip>(from_a);
-#pragma GCC unroll 4
-    for (int q = 0; q < kRegistersB; ++q) {
-      sum[q][r][kFlip] = L::add(sum[q][r][kFlip], L::mul(from_b[q], flipped));
-    }
+  void flip_all(const reg (&from_a)[kRegistersA], reg (&flipped)[kRegistersA][kLanes]) {
+#pragma GCC unroll 2
+    for (int r = 0; r < kRegistersA; ++r) flipped[r][kFlip] = L::template flipped<kFlip>(from_a[r]);
   }
   void step(const R* a, const R* b) {
-    reg from_b[kRegistersB];
-#pragma GCC unroll 4
-    for (int q = 0; q < kRegistersB; ++q) from_b[q] = L::load(b + q * kLanes);
+    reg from_a[kRegistersA], flipped[kRegistersA][kLanes];
 #pragma GCC unroll 2
-    for (int r = 0; r < kRegistersA; ++r) {
-      const reg from_a = L::load(a + r * kLanes);
-      add_products<0>(from_b, r, from_a);
-      add_products<1>(from_b, r, from_a);
-      if constexpr (kLanes == 4) {
-        add_products<2>(from_b, r, from_a);
-        add_products<3>(from_b, r, from_a);
-      }
+    for (int r = 0; r < kRegistersA; ++r) from_a[r] = L::load(a + r * kLanes);
+    flip_all<0>(from_a, flipped);
+    flip_all<1>(from_a, flipped);
+    if constexpr (kLanes == 4) {
+      flip_all<2>(from_a, flipped);
+      flip_all<3>(from_a, flipped);
     }
-#pragma GCC unroll 16
-    for (int i = 0; i < kRegistersB * kRegistersA * kLanes; ++i) {
-      hold(sum[i / (kRegistersA * kLanes)][i / kLanes % kRegistersA][i % kLanes]);
+#pragma GCC unroll 4
+    for (int q = 0; q < kRegistersB; ++q) {
+      reg from_b = L::load(b + q * kLanes);
+      hold(from_b);  // one load and copies: a second load would cost more
+#pragma GCC unroll 2
+      for (int r = 0; r < kRegistersA; ++r) {
+#pragma GCC unroll 4
+        for (int x = 0; x < kLanes; ++x) {
+          accumulate(sum[q][r][x], L::mul(from_b, flipped[r][x]));
+        }
+      }
     }
   }
   /// Depth in steps of 8 with a tail.
@@ -131,7 +147,25 @@ template <class T, int kReals>
 struct packed_numbers {
   using R = typename parts<T>::real;
   const R* at;
-  typename lane_set<R>::reg get(int l, int j) const { return lane_set<R>::all(at[l * kReals + j]); }
+  typename lane_set<R>::reg get(int l, int j) const {
+#ifndef QEL_LEVEL_l4_avx
+    if constexpr (sizeof(R) == 4 && kReals == 4) {
+      // One load and a shuffle each: SSE has no load into all four lanes.
+      const __m128i numbers = _mm_castps_si128(_mm_load_ps(at + l * kReals));
+      switch (j) {
+        case 0:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0x00));
+        case 1:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0x55));
+        case 2:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0xAA));
+        default:
+          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0xFF));
+      }
+    }
+#endif
+    return lane_set<R>::all(at[l * kReals + j]);
+  }
   void advance(int steps) { at += steps * kReals; }
 };
 template <class T, int kReals>
@@ -189,10 +223,12 @@ struct broadcast_tile {
     for (int j = 0; j < kReals; ++j) {
       const reg from_b = b.get(l, j);
 #pragma GCC unroll 2
-      for (int r = 0; r < kRegistersA; ++r) sum[j][r] = L::add(sum[j][r], L::mul(from_b, from_a[r]));
+      for (int r = 0; r < kRegistersA; ++r) accumulate(sum[j][r], L::mul(from_b, from_a[r]));
     }
-#pragma GCC unroll 16
+#ifdef QEL_LEVEL_l4_avx
+#pragma GCC unroll 8
     for (int i = 0; i < kReals * kRegistersA; ++i) hold(sum[i / kRegistersA][i % kRegistersA]);
+#endif
   }
   template <class B>
   [[gnu::always_inline]] void run(core_int depth, const R* a, B b) {
@@ -272,9 +308,10 @@ template <class T, class How>
 inline void put_part(T* c, core_int rows, typename lane_set<typename parts<T>::real>::reg values,
                      const How& how) {
   using L = lane_set<typename parts<T>::real>;
-  T kept[L::kCount / parts<T>::kCount];
+  constexpr int kInRegister = L::kCount / parts<T>::kCount;
+  T kept[kInRegister];
   L::storeu(reals(kept), values);
-  for (core_int i = 0; i < rows; ++i) put_element(c + i, kept[i], how);
+  for (int i = 0; i < kInRegister - 1 && i < rows; ++i) put_element(c + i, kept[i], how);
 }
 
 }  // namespace

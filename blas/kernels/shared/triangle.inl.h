@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Diagonal blocks of triangular solves and products, from the right on rows of X: X T^-1 or X T in place.
 // T is dense, column-major, op and conjugation applied; its columns are finished in the order in which none
-// is needed after its change. Each element: the terms in order of k, then the pivot.
+// is needed after its change. Each element: the sum of the terms in order of k, from zero; a solve takes it
+// off and then divides, a product adds it to the element times the pivot.
 #pragma once
 
 #include "blas/kernels/gemm_kernels.h"
@@ -9,41 +10,6 @@
 
 namespace qel::QEL_LEVEL {
 namespace {
-
-/// kRegisters registers of rows of one column: x_j -+= x_k t_kj over the given k.
-template <class T, int kRegisters, bool kSolve>
-struct column_of_rows {
-  using R = typename parts<T>::real;
-  using L = lane_set<R>;
-  using reg = typename L::reg;
-  static constexpr int kRows = kRegisters * L::kCount / parts<T>::kCount;
-  reg sum[kRegisters];
-
-  void load(const T* x) {
-#pragma GCC unroll 8
-    for (int r = 0; r < kRegisters; ++r) sum[r] = L::loadu(reals(x) + r * L::kCount);
-  }
-  void store(T* x) const {
-#pragma GCC unroll 8
-    for (int r = 0; r < kRegisters; ++r) L::storeu(reals(x) + r * L::kCount, sum[r]);
-  }
-  void add(const T* x, T t) {
-    if constexpr (parts<T>::kCount == 1) {
-      const reg factor = L::all(kSolve ? -t : t);
-#pragma GCC unroll 8
-      for (int r = 0; r < kRegisters; ++r) {
-        sum[r] = L::add(sum[r], L::mul(factor, L::loadu(reals(x) + r * L::kCount)));
-      }
-    } else {
-      const reg real = L::all(kSolve ? -t.real : t.real), imag = L::all(kSolve ? -t.imag : t.imag);
-#pragma GCC unroll 8
-      for (int r = 0; r < kRegisters; ++r) {
-        const reg v = L::loadu(reals(x) + r * L::kCount);
-        sum[r] = L::add(sum[r], L::crosswise_sum(L::mul(real, v), L::mul(imag, L::exchanged(v))));
-      }
-    }
-  }
-};
 
 inline float quotient(float a, float b) { return a / b; }
 inline double quotient(double a, double b) { return a / b; }
@@ -67,7 +33,7 @@ struct pivot_of {
   explicit pivot_of(T pivot) : by(pivot), divides(kSolve) {
     if constexpr (kSolve && parts<T>::kCount == 2) {
       using R = typename parts<T>::real;
-      constexpr R kLarge = sizeof(R) == 8 ? static_cast<R>(0x1p500) : static_cast<R>(0x1p60);
+      constexpr R kLarge = 0x1p500;
       const R size = magnitude(pivot.real) + magnitude(pivot.imag);
       if (size > 1 / kLarge && size < kLarge) {
         by = quotient(T{1, 0}, pivot);
@@ -95,6 +61,49 @@ struct pivot_of {
   }
 };
 
+/// kRegisters registers of rows of one column: the sum of x_k t_kj over the given k, from zero.
+template <class T, int kRegisters, bool kSolve>
+struct column_of_rows {
+  using R = typename parts<T>::real;
+  using L = lane_set<R>;
+  using reg = typename L::reg;
+  static constexpr int kRows = kRegisters * L::kCount / parts<T>::kCount;
+  reg sum[kRegisters];
+
+  column_of_rows() {
+#pragma GCC unroll 8
+    for (int r = 0; r < kRegisters; ++r) sum[r] = L::zero();
+  }
+  void add(const T* x, T t) {
+    if constexpr (parts<T>::kCount == 1) {
+      const reg factor = L::all(t);
+#pragma GCC unroll 8
+      for (int r = 0; r < kRegisters; ++r) {
+        sum[r] = L::add(sum[r], L::mul(factor, L::loadu(reals(x) + r * L::kCount)));
+      }
+    } else {
+      const reg real = L::all(t.real), imag = L::all(t.imag);
+#pragma GCC unroll 8
+      for (int r = 0; r < kRegisters; ++r) {
+        const reg v = L::loadu(reals(x) + r * L::kCount);
+        sum[r] = L::add(sum[r], L::crosswise_sum(L::mul(real, v), L::mul(imag, L::exchanged(v))));
+      }
+    }
+  }
+  /// x = (x - sum) / pivot, or pivot x + sum; a null pivot is one.
+  void finish(T* x, const T* pivot) {
+    reg v[kRegisters];
+#pragma GCC unroll 8
+    for (int r = 0; r < kRegisters; ++r) v[r] = L::loadu(reals(x) + r * L::kCount);
+    if (!kSolve && pivot != nullptr) pivot_of<T, kSolve>(*pivot).apply(v);
+#pragma GCC unroll 8
+    for (int r = 0; r < kRegisters; ++r) v[r] = kSolve ? v[r] - sum[r] : v[r] + sum[r];
+    if (kSolve && pivot != nullptr) pivot_of<T, kSolve>(*pivot).apply(v);
+#pragma GCC unroll 8
+    for (int r = 0; r < kRegisters; ++r) L::storeu(reals(x) + r * L::kCount, v[r]);
+  }
+};
+
 /// The rows of a column_of_rows through all columns.
 template <class T, int kRegisters, bool kSolve>
 inline void finish_rows(const triangle_block<T>& t, T* x, core_int ldx) {
@@ -105,12 +114,8 @@ inline void finish_rows(const triangle_block<T>& t, T* x, core_int ldx) {
     const T* factors = t.element + j * t.ld;
     const core_int first = t.upper ? 0 : j + 1, end = t.upper ? j : t.order;
     Column column;
-    column.load(x + j * ldx);
-    // A product takes its pivot before the terms are added, a solve after.
-    if (!kSolve && !t.unit) pivot_of<T, kSolve>(factors[j]).apply(column.sum);
     for (core_int k = first; k < end; ++k) column.add(x + k * ldx, factors[k]);
-    if (kSolve && !t.unit) pivot_of<T, kSolve>(factors[j]).apply(column.sum);
-    column.store(x + j * ldx);
+    column.finish(x + j * ldx, t.unit ? nullptr : factors + j);
   }
 }
 
@@ -120,14 +125,14 @@ inline void finish_row(const triangle_block<T>& t, T* x, core_int ldx) {
   for (core_int step = 0; step < t.order; ++step) {
     const core_int j = ascending ? step : t.order - 1 - step;
     const T* factors = t.element + j * t.ld;
-    T sum = element_at(x + j * ldx);
-    if (!kSolve && !t.unit) sum = pivot_of<T, kSolve>(factors[j]).of(sum);
+    T sum{}, v = element_at(x + j * ldx);
     for (core_int k = t.upper ? 0 : j + 1; k < (t.upper ? j : t.order); ++k) {
-      const T term = times(factors[k], element_at(x + k * ldx));
-      sum = plus(sum, kSolve ? opposite(term) : term);
+      sum = plus(sum, times(factors[k], element_at(x + k * ldx)));
     }
-    if (kSolve && !t.unit) sum = pivot_of<T, kSolve>(factors[j]).of(sum);
-    set_element(x + j * ldx, sum);
+    if (!kSolve && !t.unit) v = pivot_of<T, kSolve>(factors[j]).of(v);
+    v = plus(v, kSolve ? opposite(sum) : sum);
+    if (kSolve && !t.unit) v = pivot_of<T, kSolve>(factors[j]).of(v);
+    set_element(x + j * ldx, v);
   }
 }
 
@@ -149,13 +154,7 @@ void triangle_rows(bool solve, const triangle_block<T>& t, core_int rows, T* x, 
 
 }  // namespace
 
-void striangle_rows(bool solve, const triangle_block<float>& t, core_int rows, float* x, core_int ldx) {
-  triangle_rows(solve, t, rows, x, ldx);
-}
 void dtriangle_rows(bool solve, const triangle_block<double>& t, core_int rows, double* x, core_int ldx) {
-  triangle_rows(solve, t, rows, x, ldx);
-}
-void ctriangle_rows(bool solve, const triangle_block<complex8>& t, core_int rows, complex8* x, core_int ldx) {
   triangle_rows(solve, t, rows, x, ldx);
 }
 void ztriangle_rows(bool solve, const triangle_block<complex16>& t, core_int rows, complex16* x,
