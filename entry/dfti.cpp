@@ -7,6 +7,7 @@
 #include "fft/descriptor/life.h"
 #include "fft/descriptor/messages.h"
 #include "fft/descriptor/values.h"
+#include "fft/planning/commit.h"
 
 namespace {
 
@@ -56,6 +57,14 @@ int set_from(dfti_node* first, const config_row& row, va_list arguments) {
     default:
       return set_integer(first, row, va_arg(arguments, int));
   }
+}
+
+/// Runs a compute entry with the further pointers of the list.
+int compute_with(dfti_node* first, compute_routine* routine, void* data, va_list arguments) {
+  if (routine == nullptr) return DFTI_INVALID_CONFIGURATION;
+  void* pointers[4] = {data};
+  for (int i = 1; i < first->compute_pointers; ++i) pointers[i] = va_arg(arguments, void*);
+  return routine(first, pointers[0], pointers[1], pointers[2], pointers[3]);
 }
 
 }  // namespace
@@ -127,6 +136,27 @@ int DftiGetValue(const DFTI_DESCRIPTOR* descriptor, int parameter, ...) {
   va_list arguments;
   va_start(arguments, parameter);
   const int status = get_value(first, *row, va_arg(arguments, void*));
+  va_end(arguments);
+  return status;
+}
+
+int DftiCommitDescriptor(DFTI_DESCRIPTOR* descriptor) { return commit_descriptor(node_of(descriptor)); }
+
+// Kept: the compute entries trust the pointer; a look at what it points to would cost each short transform.
+int DftiComputeForward(DFTI_DESCRIPTOR* descriptor, void* data, ...) {
+  if (descriptor == nullptr) return DFTI_BAD_DESCRIPTOR;
+  va_list arguments;
+  va_start(arguments, data);
+  const int status = compute_with(node_of(descriptor), node_of(descriptor)->compute_forward, data, arguments);
+  va_end(arguments);
+  return status;
+}
+int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...) {
+  if (descriptor == nullptr) return DFTI_BAD_DESCRIPTOR;
+  va_list arguments;
+  va_start(arguments, data);
+  const int status =
+      compute_with(node_of(descriptor), node_of(descriptor)->compute_backward, data, arguments);
   va_end(arguments);
   return status;
 }

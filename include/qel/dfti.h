@@ -134,6 +134,21 @@ QEL_API int DftiSetValue(DFTI_DESCRIPTOR* descriptor, int parameter, ...);
  */
 QEL_API int DftiGetValue(const DFTI_DESCRIPTOR* descriptor, int parameter, ...);
 
+/* ---- Transforms ---- */
+
+/* Plans the transform. Complex transforms of one dimension in natural order, interleaved, are there so far.
+ * 1: no memory; 5: no descriptor; 6: the storage or ordering is not there; 7: the length is too great, or
+ * transforms of this domain or dimension are not there.
+ */
+QEL_API int DftiCommitDescriptor(DFTI_DESCRIPTOR* descriptor);
+
+/* y[k] = scale * the sum of x[j] exp(-+ 2 pi i j k / n): minus forward, plus backward, each with its own
+ * scale. data    the input, which in place is the output; else the output's address follows 1: no memory
+ * (strided output only); 2: not committed; 5: null; 8: more threads at once than DFTI_NUMBER_OF_USER_THREADS.
+ */
+QEL_API int DftiComputeForward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
+QEL_API int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
+
 /* ---- Status ---- */
 
 /* Returns -1 if status is of that class, which is itself a status; else 0.

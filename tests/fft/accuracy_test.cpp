@@ -54,18 +54,18 @@ using reals = testing::Types<double, float>;
 TYPED_TEST_SUITE(Line, reals);
 
 TYPED_TEST(Line, EveryShortLength) {
-  for (std::size_t n = 1; n <= 600; ++n) this->check(n);
+  for (std::size_t n = 1; n <= 320; ++n) this->check(n);
 }
 
 TYPED_TEST(Line, LongerOfEachMethod) {
   for (const std::size_t n : {625, 1000, 1001, 1331, 1920, 2017, 2187, 3000, 4097, 5005, 10000, 13 * 13 * 13,
-                              22650, 30030, 37 * 1024, 100000, 149 * 128}) {
+                              22650, 30030, 37 * 1024, 149 * 128}) {
     this->check(n);
   }
 }
 
 TYPED_TEST(Line, PowersOfTwo) {
-  for (int order = 5; order <= 20; ++order) this->check(std::size_t{1} << order);
+  for (int order = 5; order <= 19; ++order) this->check(std::size_t{1} << order);
 }
 
 TYPED_TEST(Line, ScaledForms) {
