@@ -14,6 +14,17 @@ constexpr message_row kRows[] = {
     {7, 1, "QEL INTERNAL ERROR: Condition %d detected in function %s"},
     {8, 1, "QEL INTERNAL ERROR: Not enough work memory in function %s"},
     {9, 1, "QEL ERROR: Incompatible optional parameters on entry to %s"},
+    {kDftiMessages, 1, "QEL DFTI SUCCESS: No error"},
+    {kDftiMessages + 1, 1, "QEL DFTI ERROR: Not enough memory to allocate"},
+    {kDftiMessages + 2, 1, "QEL DFTI ERROR: Invalid configuration parameters"},
+    {kDftiMessages + 3, 1, "QEL DFTI ERROR: Inconsistent configuration parameters"},
+    {kDftiMessages + 4, 1, "QEL DFTI ERROR: Error in OpenMP"},
+    {kDftiMessages + 5, 1, "QEL DFTI ERROR: Descriptor is bad or corrupted"},
+    {kDftiMessages + 6, 1, "QEL DFTI ERROR: Not implemented"},
+    {kDftiMessages + 7, 1, "QEL DFTI ERROR: Internal error"},
+    {kDftiMessages + 8, 1, "QEL DFTI ERROR: Lack of DFTI_NUMBER_OF_USER_THREADS in descriptor"},
+    {kDftiMessages + 9, 1, "QEL DFTI ERROR: Size of one of transform dimensions exceeds 2^32 (32-bit)"},
+    {kDftiMessages + 10, 1, "QEL DFTI ERROR: Incorrect status"},
 };
 static_assert(std::is_sorted(std::begin(kRows), std::end(kRows),
                              [](const message_row& a, const message_row& b) { return a.number < b.number; }));

@@ -10,6 +10,9 @@ struct message_row {
   const char* text;  ///< format of its arguments
 };
 
+/// Number of the row of transform status 0; those of the other statuses follow.
+inline constexpr int kDftiMessages = 40;
+
 /// The row of that number, or null.
 const message_row* find_message_row(int number);
 

@@ -5,6 +5,7 @@
 #define QEL_QEL_H
 
 #include "qel/blas.h"
+#include "qel/dfti.h"
 #include "qel/lapack.h"
 #include "qel/service.h"
 #include "qel/sparse.h"

@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Entries of the Fourier transforms: the order in which arguments are tested, and the variable arguments.
+#include "qel/dfti.h"
+
+#include <cstdarg>
+
+#include "fft/descriptor/life.h"
+#include "fft/descriptor/messages.h"
+#include "fft/descriptor/values.h"
+#include "fft/planning/commit.h"
+
+namespace {
+
+using namespace qel::fft;
+
+dfti_node* node_of(DFTI_DESCRIPTOR* descriptor) { return reinterpret_cast<dfti_node*>(descriptor); }
+const dfti_node* node_of(const DFTI_DESCRIPTOR* descriptor) {
+  return reinterpret_cast<const dfti_node*>(descriptor);
+}
+
+/// Carries out a call that makes a descriptor; on failure the caller's handle stays as it was.
+template <class Make>
+int make_descriptor(DFTI_DESCRIPTOR_HANDLE* handle, Make make) {
+  dfti_node* made = nullptr;
+  const int status = make(&made);
+  if (status == DFTI_NO_ERROR) *handle = reinterpret_cast<DFTI_DESCRIPTOR*>(made);
+  return status;
+}
+
+int create(DFTI_DESCRIPTOR_HANDLE* handle, const transform_shape& shape) {
+  return make_descriptor(handle, [&](dfti_node** made) { return create_descriptor(made, shape); });
+}
+
+int create_1d(DFTI_DESCRIPTOR_HANDLE* handle, int precision, int domain, int length) {
+  if (handle == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  if (const int status = check_domain(domain)) return status;
+  return create(handle, {precision, domain, 1, &length});
+}
+
+int create_md(DFTI_DESCRIPTOR_HANDLE* handle, int precision, int domain, int dimension, const int* lengths) {
+  if (handle == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  if (const int status = check_dimension(dimension)) return status;
+  if (const int status = check_domain(domain)) return status;
+  return create(handle, {precision, domain, dimension, lengths});
+}
+
+/// Sets the parameter from the list of arguments.
+int set_from(dfti_node* first, const config_row& row, va_list arguments) {
+  if (row.set == set_rule::kRefused) return refuse_setting(first, row);
+  switch (row.kind) {
+    case value_kind::kScale:
+      return set_scale(first, row, va_arg(arguments, double));
+    case value_kind::kStrides:
+      return set_strides(first, row, va_arg(arguments, const int*));
+    case value_kind::kName:
+      return set_name(first, va_arg(arguments, const char*));
+    default:
+      return set_integer(first, row, va_arg(arguments, int));
+  }
+}
+
+/// Runs a compute entry with the further pointers of the list.
+int compute_with(dfti_node* first, compute_routine* routine, void* data, va_list arguments) {
+  if (routine == nullptr) return DFTI_INVALID_CONFIGURATION;
+  void* pointers[4] = {data};
+  for (int i = 1; i < first->compute_pointers; ++i) pointers[i] = va_arg(arguments, void*);
+  return routine(first, pointers[0], pointers[1], pointers[2], pointers[3]);
+}
+
+}  // namespace
+
+extern "C" {
+
+int DftiCreateDescriptor(DFTI_DESCRIPTOR_HANDLE* handle, int precision, int domain, int dimension, ...) {
+  if (handle == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  if (const int status = check_precision(precision)) return status;
+  if (const int status = check_domain(domain)) return status;
+  if (const int status = check_dimension(dimension)) return status;
+  va_list arguments;
+  va_start(arguments, dimension);
+  int length = 0;
+  const int* lengths = &length;
+  if (dimension == 1) {
+    length = va_arg(arguments, int);
+  } else {
+    lengths = va_arg(arguments, const int*);
+  }
+  va_end(arguments);
+  return create(handle, {precision, domain, dimension, lengths});
+}
+
+int DftiCreateDescriptor_d_1d(DFTI_DESCRIPTOR_HANDLE* handle, int domain, int length) {
+  return create_1d(handle, DFTI_DOUBLE, domain, length);
+}
+int DftiCreateDescriptor_s_1d(DFTI_DESCRIPTOR_HANDLE* handle, int domain, int length) {
+  return create_1d(handle, DFTI_SINGLE, domain, length);
+}
+int DftiCreateDescriptor_d_md(DFTI_DESCRIPTOR_HANDLE* handle, int domain, int dimension, const int* lengths) {
+  return create_md(handle, DFTI_DOUBLE, domain, dimension, lengths);
+}
+int DftiCreateDescriptor_s_md(DFTI_DESCRIPTOR_HANDLE* handle, int domain, int dimension, const int* lengths) {
+  return create_md(handle, DFTI_SINGLE, domain, dimension, lengths);
+}
+
+int DftiCopyDescriptor(const DFTI_DESCRIPTOR* source, DFTI_DESCRIPTOR_HANDLE* handle) {
+  if (!is_descriptor(node_of(source))) return DFTI_BAD_DESCRIPTOR;
+  if (handle == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  return make_descriptor(handle, [&](dfti_node** made) { return copy_descriptor(node_of(source), made); });
+}
+
+int DftiFreeDescriptor(DFTI_DESCRIPTOR_HANDLE* handle) {
+  if (handle == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  dfti_node* first = node_of(*handle);
+  const int status = free_descriptor(&first);
+  if (status == DFTI_NO_ERROR) *handle = nullptr;
+  return status;
+}
+
+int DftiSetValue(DFTI_DESCRIPTOR* descriptor, int parameter, ...) {
+  dfti_node* first = node_of(descriptor);
+  if (!is_descriptor(first)) return DFTI_BAD_DESCRIPTOR;
+  const config_row* row = find_config_row(parameter);
+  if (row == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  va_list arguments;
+  va_start(arguments, parameter);
+  const int status = set_from(first, *row, arguments);
+  va_end(arguments);
+  return status;
+}
+
+int DftiGetValue(const DFTI_DESCRIPTOR* descriptor, int parameter, ...) {
+  const dfti_node* first = node_of(descriptor);
+  if (!is_descriptor(first)) return DFTI_BAD_DESCRIPTOR;
+  const config_row* row = find_config_row(parameter);
+  if (row == nullptr) return DFTI_INCONSISTENT_CONFIGURATION;
+  va_list arguments;
+  va_start(arguments, parameter);
+  const int status = get_value(first, *row, va_arg(arguments, void*));
+  va_end(arguments);
+  return status;
+}
+
+int DftiCommitDescriptor(DFTI_DESCRIPTOR* descriptor) { return commit_descriptor(node_of(descriptor)); }
+
+// Kept: the compute entries trust the pointer; a look at what it points to would cost each short transform.
+int DftiComputeForward(DFTI_DESCRIPTOR* descriptor, void* data, ...) {
+  if (descriptor == nullptr) return DFTI_BAD_DESCRIPTOR;
+  va_list arguments;
+  va_start(arguments, data);
+  const int status = compute_with(node_of(descriptor), node_of(descriptor)->compute_forward, data, arguments);
+  va_end(arguments);
+  return status;
+}
+int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...) {
+  if (descriptor == nullptr) return DFTI_BAD_DESCRIPTOR;
+  va_list arguments;
+  va_start(arguments, data);
+  const int status =
+      compute_with(node_of(descriptor), node_of(descriptor)->compute_backward, data, arguments);
+  va_end(arguments);
+  return status;
+}
+
+int DftiErrorClass(int status, int error_class) { return status == error_class ? -1 : 0; }
+
+const char* qel_dfti_message(int status) { return status_text(status); }
+
+}  // extern "C"

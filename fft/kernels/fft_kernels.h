@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The transform kernels of a processor level as one table per precision. Complex numbers may lie at any
+// address. Kernels take no memory but the stack. Index [direction] is 0 for forward, 1 for backward.
+#pragma once
+
+#include "service/core_types.h"
+
+namespace qel {
+
+/// Radices with passes of their own; all others go through the generic ones.
+enum fft_radix : int { kRadix2, kRadix3, kRadix4, kRadix5, kRadix7, kRadix11, kRadices };
+
+/// Powers of two that have passes in bit-reversed order.
+enum fft_pow2_radix : int { kPow2Radix4, kPow2Radix8, kPow2Radices };
+
+inline constexpr int kStraightLengths = 16;
+
+/// C is a complex number, R its real type.
+template <class C, class R>
+struct fft_kernels {
+  /// output = transform of input, all of it times scale if the form is scaled; in place or out.
+  using straight = void(const C* input, C* output, R scale);
+  /// count transforms of the radix: the b-th reads input + b step, element p at p stride, and writes a
+  /// contiguous block of output.
+  using leaf_pass = void(const C* input, core_int stride, core_int step, C* output, core_int count);
+  /// Joins blocks of radix sub-blocks of m elements: element k of sub-block p is multiplied by
+  /// twiddles[(p - 1) m + k], then the radix is transformed. source may be target.
+  using join_pass = void(const C* source, C* target, core_int blocks, core_int m, const C* twiddles);
+  /// The first pass over bit-reversed data: every block of radix elements, in place.
+  using first_pass = void(C* data, core_int blocks);
+  /// count neighbouring elements of sub-blocks that lie stride apart in bit-reversed order, in place; the
+  /// twiddles of sub-blocks lie twiddle_stride apart.
+  using column_pass = void(C* data, core_int stride, core_int count, const C* twiddles,
+                           core_int twiddle_stride);
+  /// The generic forms of leaf and join, n odd, roots[j] = exp(-2 pi i j / n); work: n elements.
+  using generic_leaf = void(const C* input, core_int stride, core_int step, C* output, core_int count, int n,
+                            const C* roots, C* work);
+  using generic_join = void(const C* source, C* target, core_int blocks, core_int m, const C* twiddles, int n,
+                            const C* roots, C* work);
+
+  straight* unscaled[2][kStraightLengths + 1];  ///< by length, from 1
+  straight* scaled[2][kStraightLengths + 1];
+  straight* of_32[2];
+  straight* of_64[2];
+  straight* of_128[2];
+  leaf_pass* leaf[2][kRadices];
+  join_pass* join[2][kRadices];
+  generic_leaf* any_leaf[2];
+  generic_join* any_join[2];
+  first_pass* first[2][kPow2Radices];
+  join_pass* pow2_join[2][kPow2Radices];
+  column_pass* columns[2][kPow2Radices];
+  /// target[k] = source[k] * factor[k]
+  void (*multiply)(const C* source, const C* factor, C* target, core_int n);
+  void (*scale)(C* data, core_int n, R factor);
+};
+
+using fft_kernels_d = fft_kernels<complex16, double>;
+using fft_kernels_s = fft_kernels<complex8, float>;
+
+namespace l0_generic {
+extern const fft_kernels_d fft_d;
+extern const fft_kernels_s fft_s;
+}  // namespace l0_generic
+namespace l5_avx2 {
+extern const fft_kernels_d fft_d;
+extern const fft_kernels_s fft_s;
+}  // namespace l5_avx2
+
+}  // namespace qel

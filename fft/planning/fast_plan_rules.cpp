@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "fft/planning/fast_plan_rules.h"
+
+#include <cmath>
+
+#include "fft/spec/dft_spec.h"
+#include "qel/dfti.h"
+
+namespace qel::fft {
+namespace {
+
+constexpr core_int kLargestSmallPlan = 4096;
+
+template <class R>
+int flag_for(R forward, R backward, core_int length) {
+  const R by_n = 1 / static_cast<R>(length), by_root = 1 / std::sqrt(static_cast<R>(length));
+  if (forward == 1 && backward == 1) return kUnscaled;
+  if (forward == by_n && backward == 1) return kForwardByN;
+  if (forward == 1 && backward == by_n) return kBackwardByN;
+  if (forward == by_root && backward == by_root) return kBothByRoot;
+  return 0;
+}
+
+}  // namespace
+
+bool is_plain_line(const line_facts& f) {
+  return f.transforms == 1 && f.complex_storage == DFTI_COMPLEX_COMPLEX && f.input_stride == 1 &&
+         f.input_offset == 0 &&
+         (f.placement == DFTI_INPLACE || (f.output_stride == 1 && f.output_offset == 0));
+}
+
+bool takes_straight_kernel(const line_facts& f) {
+  const core_int longest = f.single ? 64 : 128;
+  const bool length_has_one = f.length >= 2 && f.length <= longest && (f.length & (f.length - 1)) == 0;
+  return is_plain_line(f) && length_has_one && f.forward_scale == 1 && f.backward_scale == 1;
+}
+
+int small_plan_flag(const line_facts& f) {
+  if (!is_plain_line(f) || f.length > kLargestSmallPlan) return 0;
+  return f.single
+             ? flag_for(static_cast<float>(f.forward_scale), static_cast<float>(f.backward_scale), f.length)
+             : flag_for(f.forward_scale, f.backward_scale, f.length);
+}
+
+}  // namespace qel::fft

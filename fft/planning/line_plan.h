@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// How one line of complex numbers is transformed: pure decisions on its length.
+#pragma once
+
+#include "service/core_types.h"
+
+namespace qel::fft {
+
+enum class line_method : int {
+  kStraight,  ///< straight-line kernel
+  kPowerOfTwo,
+  kMixed,      ///< passes over a table of factors
+  kDirect,     ///< a sum over folded terms for each pair of outputs
+  kBluestein,  ///< a convolution of a power-of-two length
+  kRefused,    ///< too long
+};
+
+struct line_plan {
+  line_method method;
+  int factors[32];      ///< of kMixed; the last is that of the first pass
+  int factor_count;     ///< of kMixed
+  int padded;           ///< of kBluestein
+  int workspace_bytes;  ///< without that of a power of two
+};
+line_plan plan_line(core_int length);
+
+inline constexpr int kCachedBlock = 501;        ///< bound below which a block counts as cached
+inline constexpr int kLargestDirect = 150;      ///< also the largest factor
+inline constexpr int kLargestSpecialised = 11;  ///< factors above it go through the generic passes
+inline constexpr int kLargestStraight = 16;
+inline constexpr int kLargestPlainOrder = 16;  ///< powers of two above it are transformed in blocks
+inline constexpr int kLargestOrder = 26;
+
+/// The passes over 2^order elements that are already transformed in groups of 2^done: orders by pass, each 2
+/// or 3 (radix 4 or 8).
+struct pow2_passes {
+  int orders[12];
+  int count;
+};
+/// Passes of a whole power of two, from order 6 on.
+pow2_passes plan_pow2_passes(int order);
+/// Passes that combine 2^k transformed blocks.
+pow2_passes plan_combination(int k);
+
+/// How the elements of order 17 and up are split: 2^k blocks, then groups of 2^(c - k) columns.
+struct pow2_split {
+  int k;
+  int c;
+};
+pow2_split plan_pow2_split(int order);
+
+}  // namespace qel::fft

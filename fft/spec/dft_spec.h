@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The plan of one line of interleaved complex numbers: its method and all tables that the method reads.
+#pragma once
+
+#include "fft/planning/line_plan.h"
+#include "fft/spec/level_kernels.h"
+#include "fft/spec/pow2_spec.h"
+#include "fft/spec/tables.h"
+
+namespace qel::fft {
+
+/// What dft_spec_create is asked to scale.
+enum spec_flag : int { kForwardByN = 1, kBackwardByN = 2, kBothByRoot = 4, kUnscaled = 8 };
+
+/// Results below zero.
+enum spec_result : int {
+  kSpecBadLength = -6,
+  kSpecNull = -8,
+  kSpecNoMemory = -9,
+  kSpecBadFlag = -16,
+  kSpecBadKind = -17
+};
+
+template <class R>
+struct dft_spec {
+  using C = complex_of<R>;
+  static constexpr int kKind = sizeof(R) == sizeof(double) ? 16 : 13;
+
+  /// A row of the factor table; a block of factor * remaining elements is joined from `factor` sub-blocks.
+  struct factor_row {
+    int factor;
+    int remaining;          ///< length divided by the factors up to this one
+    int stride_before;      ///< product of the factors before this one
+    int radix;              ///< fft_radix, or -1
+    table<C> twiddles;      ///< none in the last row
+    const C* factor_roots;  ///< of generic passes; rows of one factor share them
+    table<C> own_roots;
+  };
+
+  int kind;
+  int length;
+  int scaled[2];  ///< by direction
+  double scale;
+  int workspace_bytes;
+  line_plan plan;
+  table<C> odd_table;
+  table<C> chirp, chirp_spectrum;
+  pow2_spec<R>* pow2;  ///< of the length, or of the padded chirp
+  factor_row factors[32];
+  int largest_generic;  ///< factor, 0 if there is none
+
+  ~dft_spec();
+};
+
+/// Creates the plan; 0 or a spec_result.
+template <class R>
+int dft_spec_create(dft_spec<R>** spec, core_int length, int flag);
+/// Null is ignored.
+template <class R>
+void dft_spec_free(dft_spec<R>* spec);
+
+/// Transforms a line at unit stride, in place or out. work: workspace_bytes and 32 more, at any address;
+/// null: taken for the call. 0 or a spec_result.
+template <class R>
+int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
+                 direction way);
+
+}  // namespace qel::fft

@@ -1,0 +1,198 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+#include "fft/spec/dft_spec.h"
+
+namespace qel::fft {
+namespace {
+
+/// An object in the service's memory, its fields zero; null if memory is out.
+template <class T>
+T* make_object() {
+  void* memory = serv_aligned_malloc(sizeof(T), 64);
+  return memory == nullptr ? nullptr : new (memory) T{};
+}
+template <class T>
+void free_object(T* object) {
+  if (object == nullptr) return;
+  object->~T();
+  serv_aligned_free(object);
+}
+
+table<complex16> whole_table(int n) {
+  auto roots = make_table<complex16>(n);
+  if (roots == nullptr) return roots;
+  for (int k = 0; k < n; ++k) roots[static_cast<size_t>(k)] = unit_root(k, n);
+  return roots;
+}
+
+int radix_index(int factor) {
+  constexpr int kFactors[kRadices] = {2, 3, 4, 5, 7, 11};
+  const int* found = std::find(kFactors, kFactors + kRadices, factor);
+  return found == kFactors + kRadices ? -1 : static_cast<int>(found - kFactors);
+}
+
+template <class R>
+table<complex_of<R>> roots_of(int factor, const complex16* roots, int n) {
+  auto result = make_table<complex_of<R>>(factor);
+  if (result == nullptr) return result;
+  for (int k = 0; k < factor; ++k) {
+    result[static_cast<size_t>(k)] =
+        narrowed<complex_of<R>>(roots[static_cast<size_t>(k) * static_cast<size_t>(n / factor)]);
+  }
+  return result;
+}
+
+/// Twiddles in the order in which the join of the row reads them.
+template <class R>
+bool gather_twiddles(typename dft_spec<R>::factor_row& row, const complex16* roots, int n) {
+  using C = complex_of<R>;
+  row.twiddles = make_table<C>(static_cast<core_int>(row.factor - 1) * row.remaining);
+  if (row.twiddles == nullptr) return false;
+  const core_int step = n / (static_cast<core_int>(row.factor) * row.remaining);
+  C* next = row.twiddles.get();
+  for (core_int p = 1; p < row.factor; ++p) {
+    for (core_int k = 0; k < row.remaining; ++k) *next++ = narrowed<C>(roots[p * k * step]);
+  }
+  return true;
+}
+
+template <class R>
+int build_mixed(dft_spec<R>& spec) {
+  const auto roots = whole_table(spec.length);
+  if (roots == nullptr) return kSpecNoMemory;
+  int before = 1;
+  for (int i = 0; i < spec.plan.factor_count; ++i) {
+    auto& row = spec.factors[i];
+    row.factor = spec.plan.factors[i];
+    row.stride_before = before;
+    before *= row.factor;
+    row.remaining = spec.length / before;
+    row.radix = radix_index(row.factor);
+    if (i + 1 < spec.plan.factor_count && !gather_twiddles<R>(row, roots.get(), spec.length))
+      return kSpecNoMemory;
+    if (row.radix >= 0) continue;
+    spec.largest_generic = std::max(spec.largest_generic, row.factor);
+    if (i > 0 && spec.factors[i - 1].factor == row.factor) {
+      row.factor_roots = spec.factors[i - 1].factor_roots;
+      continue;
+    }
+    row.own_roots = roots_of<R>(row.factor, roots.get(), spec.length);
+    if (row.own_roots == nullptr) return kSpecNoMemory;
+    row.factor_roots = row.own_roots.get();
+  }
+  return 0;
+}
+
+template <class R>
+int build_direct(dft_spec<R>& spec) {
+  const auto roots = whole_table(spec.length);
+  if (roots == nullptr) return kSpecNoMemory;
+  spec.odd_table = roots_of<R>(spec.length, roots.get(), spec.length);
+  return spec.odd_table == nullptr ? kSpecNoMemory : 0;
+}
+
+template <class R>
+int build_pow2(dft_spec<R>& spec, core_int points) {
+  spec.pow2 = make_object<pow2_spec<R>>();
+  if (spec.pow2 == nullptr) return kSpecNoMemory;
+  int order = 0;
+  while (core_int{1} << order < points) ++order;
+  if (!spec.pow2->make(order)) return kSpecNoMemory;
+  spec.workspace_bytes += spec.pow2->workspace_bytes;
+  return 0;
+}
+
+/// A transform as a convolution with the chirp exp(-i pi k k / n), whose spectrum is kept.
+template <class R>
+int build_bluestein(dft_spec<R>& spec) {
+  using C = complex_of<R>;
+  if (const int result = build_pow2(spec, spec.plan.padded)) return result;
+  const core_int n = spec.length, padded = spec.plan.padded;
+  spec.chirp = make_table<C>(n);
+  spec.chirp_spectrum = make_table<C>(padded);
+  const auto work = make_table<char>(spec.pow2->workspace_bytes + 64);
+  if (spec.chirp == nullptr || spec.chirp_spectrum == nullptr || work == nullptr) return kSpecNoMemory;
+  C* spectrum = spec.chirp_spectrum.get();
+  std::fill_n(spectrum, padded, C{});
+  for (core_int k = 0, square = 0; k < n; ++k) {
+    const complex16 w = unit_root(square, 2 * n);
+    spec.chirp[static_cast<size_t>(k)] = narrowed<C>(w);
+    const C conjugate = narrowed<C>({w.real, -w.imag});
+    spectrum[k] = conjugate;
+    if (k > 0) spectrum[padded - k] = conjugate;
+    square += 2 * k + 1;
+    if (square >= 2 * n) square -= 2 * n;
+  }
+  spec.pow2->run(spectrum, spectrum, reinterpret_cast<C*>(work.get()), kForward);
+  level_kernels<R>().scale(spectrum, padded, static_cast<R>(1.0 / static_cast<double>(padded)));
+  return 0;
+}
+
+template <class R>
+int build(dft_spec<R>& spec) {
+  switch (spec.plan.method) {
+    case line_method::kStraight:
+      return 0;
+    // 32 has a kernel of its own.
+    case line_method::kPowerOfTwo:
+      return spec.length == 32 ? 0 : build_pow2(spec, spec.length);
+    case line_method::kMixed:
+      return build_mixed(spec);
+    case line_method::kDirect:
+      return build_direct(spec);
+    case line_method::kBluestein:
+      return build_bluestein(spec);
+    case line_method::kRefused:
+      break;
+  }
+  return kSpecBadLength;
+}
+
+}  // namespace
+
+template <class R>
+dft_spec<R>::~dft_spec() {
+  free_object(pow2);
+  kind = 0;
+}
+
+template <class R>
+int dft_spec_create(dft_spec<R>** result, core_int length, int flag) {
+  if (length < 1) return kSpecBadLength;
+  if (result == nullptr) return kSpecNull;
+  if (flag != kForwardByN && flag != kBackwardByN && flag != kBothByRoot && flag != kUnscaled)
+    return kSpecBadFlag;
+  auto* spec = make_object<dft_spec<R>>();
+  if (spec == nullptr) return kSpecNoMemory;
+  const auto n = static_cast<double>(length);
+  spec->kind = dft_spec<R>::kKind;
+  spec->length = static_cast<int>(length);
+  spec->scaled[kForward] = flag == kForwardByN || flag == kBothByRoot;
+  spec->scaled[kBackward] = flag == kBackwardByN || flag == kBothByRoot;
+  spec->scale = flag == kUnscaled ? 1.0 : flag == kBothByRoot ? 1.0 / std::sqrt(n) : 1.0 / n;
+  spec->plan = plan_line(length);
+  spec->workspace_bytes = spec->plan.workspace_bytes;
+  if (const int status = build(*spec)) {
+    free_object(spec);
+    return status;
+  }
+  *result = spec;
+  return 0;
+}
+
+template <class R>
+void dft_spec_free(dft_spec<R>* spec) {
+  free_object(spec);
+}
+
+template struct dft_spec<float>;
+template struct dft_spec<double>;
+template int dft_spec_create<float>(dft_spec<float>**, core_int, int);
+template int dft_spec_create<double>(dft_spec<double>**, core_int, int);
+template void dft_spec_free<float>(dft_spec<float>*);
+template void dft_spec_free<double>(dft_spec<double>*);
+
+}  // namespace qel::fft

@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include <algorithm>
+#include <cstdint>
+
+#include "fft/spec/dft_spec.h"
+
+namespace qel::fft {
+namespace {
+
+/// The passes over a factor table.
+template <class R>
+class mixed_passes {
+  using C = complex_of<R>;
+
+ public:
+  mixed_passes(const dft_spec<R>& spec, C* scratch, direction way)
+      : spec_(spec),
+        kernels_(level_kernels<R>()),
+        scratch_(scratch),
+        way_(way),
+        last_(spec.plan.factor_count - 1) {}
+
+  /// All passes into target; the last one writes to output.
+  void run(const C* input, C* target, C* output) {
+    if (last_ == 1 || spec_.length < kCachedBlock) {
+      leaves(input, 0, target);
+      for (int row = last_ - 1; row > 0; --row) join(row, target, target, spec_.factors[row].stride_before);
+    } else {
+      sub_blocks(input, 0, target);
+    }
+    join(0, target, output, 1);
+  }
+
+ private:
+  /// The blocks that row joins, from input to target.
+  void sub_blocks(const C* input, int row, C* target) {
+    const auto& of = spec_.factors[row];
+    for (core_int i = 0; i < of.factor; ++i) {
+      block(input + i * of.stride_before, row + 1, target + i * of.remaining);
+    }
+  }
+  /// The transform of a block whose last join is that of row.
+  void block(const C* input, int row, C* target) {
+    const auto& of = spec_.factors[row];
+    if (of.factor * of.remaining < kCachedBlock) {
+      leaves(input, row, target);
+      for (int r = last_ - 1; r >= row; --r) {
+        join(r, target, target, spec_.factors[r].stride_before / of.stride_before);
+      }
+    } else if (row + 1 == last_) {
+      leaves(input, row, target);
+      join(row, target, target, 1);
+    } else {
+      sub_blocks(input, row, target);
+      join(row, target, target, 1);
+    }
+  }
+  /// The first pass over all elements of the block of row.
+  void leaves(const C* input, int row, C* target) {
+    const auto& of = spec_.factors[row];
+    if (row == last_) {
+      leaf(input, 0, target, 1);
+    } else if (row + 1 == last_) {
+      leaf(input, of.stride_before, target, of.factor);
+    } else {
+      for (core_int i = 0; i < of.factor; ++i) {
+        leaves(input + i * of.stride_before, row + 1, target + i * of.remaining);
+      }
+    }
+  }
+  void leaf(const C* input, core_int step, C* target, core_int count) {
+    const auto& of = spec_.factors[last_];
+    if (of.radix >= 0) {
+      kernels_.leaf[way_][of.radix](input, of.stride_before, step, target, count);
+    } else {
+      kernels_.any_leaf[way_](input, of.stride_before, step, target, count, of.factor, of.factor_roots,
+                              scratch_);
+    }
+  }
+  void join(int row, const C* source, C* target, core_int blocks) {
+    const auto& of = spec_.factors[row];
+    if (of.radix >= 0) {
+      kernels_.join[way_][of.radix](source, target, blocks, of.remaining, of.twiddles.get());
+    } else {
+      kernels_.any_join[way_](source, target, blocks, of.remaining, of.twiddles.get(), of.factor,
+                              of.factor_roots, scratch_);
+    }
+  }
+
+  const dft_spec<R>& spec_;
+  const typename precision_types<R>::kernels& kernels_;
+  C* scratch_;
+  direction way_;
+  int last_;
+};
+
+template <class R>
+void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec,
+                   complex_of<R>* work, direction way) {
+  using C = complex_of<R>;
+  const auto& kernels = level_kernels<R>();
+  const core_int n = spec.length, padded = spec.plan.padded;
+  C* inner = work + padded;
+  kernels.multiply(input, spec.chirp.get(), work, n);
+  std::fill_n(work + n, padded - n, C{});
+  spec.pow2->run(work, work, inner, kForward);
+  kernels.multiply(work, spec.chirp_spectrum.get(), work, padded);
+  spec.pow2->run(work, work, inner, kBackward);
+  kernels.multiply(work, spec.chirp.get(), output, n);
+  if (way == kBackward) std::reverse(output + 1, output + n);
+}
+
+template <class R>
+void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, complex_of<R>* work,
+              direction way) {
+  const auto& kernels = level_kernels<R>();
+  switch (spec.plan.method) {
+    case line_method::kPowerOfTwo:
+      if (spec.pow2 == nullptr) {
+        kernels.of_32[way](input, output, R{1});
+      } else {
+        spec.pow2->run(input, output, work, way);
+      }
+      break;
+    case line_method::kMixed: {
+      complex_of<R>* target = input == output ? work + spec.largest_generic : output;
+      mixed_passes<R>(spec, work, way).run(input, target, output);
+      break;
+    }
+    case line_method::kDirect:
+      kernels.any_leaf[way](input, 1, 0, output, 1, spec.length, spec.odd_table.get(), work);
+      break;
+    case line_method::kBluestein:
+      run_bluestein(input, output, spec, work, way);
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace
+
+template <class R>
+int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
+                 direction way) {
+  if (input == nullptr || output == nullptr || spec == nullptr) return kSpecNull;
+  if (spec->kind != dft_spec<R>::kKind) return kSpecBadKind;
+  const auto& kernels = level_kernels<R>();
+  const bool scaled = spec->scaled[way] != 0;
+  const auto factor = static_cast<R>(spec->scale);
+  if (spec->plan.method == line_method::kStraight) {
+    (scaled ? kernels.scaled : kernels.unscaled)[way][spec->length](input, output, factor);
+    return 0;
+  }
+  table<char> own;
+  if (work == nullptr && spec->workspace_bytes > 0) {
+    own = make_table<char>(spec->workspace_bytes + 32);
+    if (own == nullptr) return kSpecNoMemory;
+    work = own.get();
+  }
+  const uintptr_t aligned = (reinterpret_cast<uintptr_t>(work) + 31) & ~uintptr_t{31};
+  run_line(input, output, *spec, reinterpret_cast<complex_of<R>*>(aligned), way);
+  if (scaled) kernels.scale(output, spec->length, factor);
+  return 0;
+}
+
+template int dft_spec_run<float>(const complex8*, complex8*, const dft_spec<float>*, void*, direction);
+template int dft_spec_run<double>(const complex16*, complex16*, const dft_spec<double>*, void*, direction);
+
+}  // namespace qel::fft

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "fft/spec/level_kernels.h"
+
+#include "service/serv.h"
+
+namespace qel::fft {
+namespace {
+
+// By processor level; levels 0 to 4 share one build, so that they give the same bits.
+constexpr const fft_kernels_d* kDouble[] = {&l0_generic::fft_d, &l0_generic::fft_d, &l0_generic::fft_d,
+                                            &l0_generic::fft_d, &l0_generic::fft_d, &l5_avx2::fft_d,
+                                            &l5_avx2::fft_d};
+constexpr const fft_kernels_s* kSingle[] = {&l0_generic::fft_s, &l0_generic::fft_s, &l0_generic::fft_s,
+                                            &l0_generic::fft_s, &l0_generic::fft_s, &l5_avx2::fft_s,
+                                            &l5_avx2::fft_s};
+
+}  // namespace
+
+template <>
+const fft_kernels_d& level_kernels<double>() {
+  return *kDouble[serv_cpu_level()];
+}
+template <>
+const fft_kernels_s& level_kernels<float>() {
+  return *kSingle[serv_cpu_level()];
+}
+
+}  // namespace qel::fft

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "fft/spec/tables.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace qel::fft {
+
+complex16 unit_root(core_int k, core_int n) {
+  if (2 * k > n) {
+    const complex16 z = unit_root(n - k, n);
+    return {z.real, -z.imag};
+  }
+  if (4 * k > n) {
+    const complex16 z = unit_root(n - 2 * k, 2 * n);
+    return {-z.real, z.imag};
+  }
+  if (8 * k > n) {
+    const complex16 z = unit_root(n - 4 * k, 4 * n);
+    return {-z.imag, -z.real};
+  }
+  const double angle = 2 * std::numbers::pi * static_cast<double>(k) / static_cast<double>(n);
+  return {std::cos(angle), -std::sin(angle)};
+}
+
+bool quarter_wave::make(core_int n) {
+  n_ = n;
+  sines_ = make_table<double>(n / 4 + 1);
+  if (sines_ == nullptr) return false;
+  const double step = 2 * std::numbers::pi / static_cast<double>(n);
+  for (core_int k = 0; k <= n / 4; ++k) {
+    sines_[static_cast<size_t>(k)] = 8 * k <= n ? std::sin(step * static_cast<double>(k))
+                                                : std::cos(step * static_cast<double>(n / 4 - k));
+  }
+  return true;
+}
+
+complex16 quarter_wave::root(core_int k) const {
+  const core_int quarter = n_ / 4, turn = k / quarter % 4, rest = k % quarter;
+  const double s = sines_[static_cast<size_t>(rest)], c = sines_[static_cast<size_t>(quarter - rest)];
+  switch (turn) {
+    case 0:
+      return {c, -s};
+    case 1:
+      return {-s, -c};
+    case 2:
+      return {-c, s};
+    default:
+      return {s, c};
+  }
+}
+
+}  // namespace qel::fft

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Tables of a plan: memory that goes with its owner, and roots of unity.
+#pragma once
+
+#include <memory>
+
+#include "service/core_types.h"
+#include "service/serv.h"
+
+namespace qel::fft {
+
+struct table_release {
+  void operator()(void* block) const { serv_aligned_free(block); }
+};
+template <class T>
+using table = std::unique_ptr<T[], table_release>;
+
+/// count elements, not initialised; null if memory is out.
+template <class T>
+table<T> make_table(core_int count) {
+  return table<T>(static_cast<T*>(serv_aligned_malloc(static_cast<size_t>(count) * sizeof(T), 64)));
+}
+
+/// exp(-2 pi i k / n), its angle reduced to an eighth of the circle before the functions see it.
+complex16 unit_root(core_int k, core_int n);
+
+/// The same for a power of two n: from a quarter wave of sines, n / 4 + 1 of them.
+class quarter_wave {
+ public:
+  /// False if memory is out.
+  bool make(core_int n);
+  complex16 root(core_int k) const;
+
+ private:
+  core_int n_ = 0;
+  table<double> sines_;
+};
+
+template <class C>
+C narrowed(complex16 z) {
+  using R = decltype(C::real);
+  return {static_cast<R>(z.real), static_cast<R>(z.imag)};
+}
+
+}  // namespace qel::fft

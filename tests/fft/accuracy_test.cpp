@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Lines of all methods beside a long double transform, in place and out, both directions and precisions.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+
+#include "fft/spec/dft_spec.h"
+#include "tests/fft/reference.h"
+#include "tests/support/guarded.h"
+
+namespace qel::test {
+namespace {
+
+using namespace qel::fft;
+
+template <class R>
+class Line : public testing::Test {
+ public:
+  using C = complex_of<R>;
+  using Z = std::complex<R>;
+
+  static long double bound(std::size_t n) {
+    return std::numeric_limits<R>::epsilon() * (0.5L * std::sqrt(std::log2(static_cast<long double>(n))) + 1);
+  }
+  /// Checks length n; data lie against a page that can't be touched.
+  static void check(std::size_t n, int flag = kUnscaled) {
+    SCOPED_TRACE(testing::Message() << "length " << n << " flag " << flag);
+    dft_spec<R>* spec = nullptr;
+    ASSERT_EQ(dft_spec_create(&spec, static_cast<core_int>(n), flag), 0);
+    const auto x = random_line<R>(n, static_cast<unsigned>(n));
+    const std::vector<wide> exact(x.begin(), x.end());
+    guarded<Z> in(n), out(n);
+    std::vector<char> work(static_cast<std::size_t>(spec->workspace_bytes) + 32);
+    for (const direction way : {kForward, kBackward}) {
+      std::vector<wide> want = wide_transform(exact, way == kForward ? -1 : 1);
+      if (spec->scaled[way] != 0) {
+        for (wide& z : want) z *= static_cast<long double>(spec->scale);
+      }
+      in.assign(x);
+      auto* input = reinterpret_cast<C*>(in.data());
+      auto* output = reinterpret_cast<C*>(out.data());
+      ASSERT_EQ(dft_spec_run<R>(input, output, spec, work.data(), way), 0);
+      EXPECT_LE(relative_error(out.data(), want), bound(n)) << "direction " << way;
+      EXPECT_EQ(std::memcmp(in.data(), x.data(), n * sizeof(Z)), 0) << "input changed";
+      ASSERT_EQ(dft_spec_run<R>(input, input, spec, nullptr, way), 0);
+      EXPECT_EQ(std::memcmp(in.data(), out.data(), n * sizeof(Z)), 0)
+          << "in place differs, direction " << way;
+    }
+    dft_spec_free(spec);
+  }
+};
+using reals = testing::Types<double, float>;
+TYPED_TEST_SUITE(Line, reals);
+
+TYPED_TEST(Line, EveryShortLength) {
+  for (std::size_t n = 1; n <= 320; ++n) this->check(n);
+}
+
+TYPED_TEST(Line, LongerOfEachMethod) {
+  for (const std::size_t n : {625, 1000, 1001, 1331, 1920, 2017, 2187, 3000, 4097, 5005, 10000, 13 * 13 * 13,
+                              22650, 30030, 37 * 1024, 149 * 128}) {
+    this->check(n);
+  }
+}
+
+TYPED_TEST(Line, PowersOfTwo) {
+  for (int order = 5; order <= 19; ++order) this->check(std::size_t{1} << order);
+}
+
+TYPED_TEST(Line, ScaledForms) {
+  for (const std::size_t n : {1, 7, 16, 32, 60, 64, 127, 151, 1024}) {
+    for (const int flag : {kForwardByN, kBackwardByN, kBothByRoot}) this->check(n, flag);
+  }
+}
+
+}  // namespace
+}  // namespace qel::test
