@@ -19,8 +19,8 @@ ALLOWED = {
     "blas/kernels": {"blas/kernels", "service/core_types.h"},
     "lapack": {"lapack", "blas", "service"},
     "sparse": {"sparse", "blas", "lapack", "service"},
-    "dropin": {"dropin", "blas", "service"} | PUBLIC,
-    "cli": {"cli", "blas", "service"} | PUBLIC,
+    "dropin": {"dropin", "blas", "lapack", "service"} | PUBLIC,
+    "cli": {"cli", "blas", "lapack", "service"} | PUBLIC,
     "bench": {"bench", "blas", "blas/kernels", "service"} | PUBLIC,
 }
 # What every kernel translation unit may pull in beside its own folder.
