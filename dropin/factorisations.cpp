@@ -34,12 +34,12 @@ int narrow_getrf(core_int m, core_int n, T* a, core_int lda, int* ipiv) {
 
 extern "C" {
 
-#define QEL_FACTORISATIONS(T, s)                                                             \
-  int qel_dropin_##s##getrf(const int* m, const int* n, T* a, const int* lda, int* ipiv) {   \
-    return narrow_getrf<T>(*m, *n, a, *lda, ipiv);                                           \
-  }                                                                                          \
-  int qel_dropin_##s##potrf(int upper, const int* n, T* a, const int* lda) {                 \
-    return static_cast<int>(lapack::potrf<T>(upper != 0, *n, a, *lda));                      \
+#define QEL_FACTORISATIONS(T, s)                                                           \
+  int qel_dropin_##s##getrf(const int* m, const int* n, T* a, const int* lda, int* ipiv) { \
+    return narrow_getrf<T>(*m, *n, a, *lda, ipiv);                                         \
+  }                                                                                        \
+  int qel_dropin_##s##potrf(int upper, const int* n, T* a, const int* lda) {               \
+    return static_cast<int>(lapack::potrf<T>(upper != 0, *n, a, *lda));                    \
   }
 QEL_FACTORISATIONS(float, s)
 QEL_FACTORISATIONS(double, d)

@@ -10,8 +10,8 @@ namespace qel::dropin {
 extern "C" {
 
 #pragma GCC visibility push(default)
-#define QEL_FACTORISATIONS(T, s)                                                             \
-  int qel_dropin_##s##getrf(const int* m, const int* n, T* a, const int* lda, int* ipiv);    \
+#define QEL_FACTORISATIONS(T, s)                                                          \
+  int qel_dropin_##s##getrf(const int* m, const int* n, T* a, const int* lda, int* ipiv); \
   int qel_dropin_##s##potrf(int upper, const int* n, T* a, const int* lda);
 QEL_FACTORISATIONS(float, s)
 QEL_FACTORISATIONS(double, d)

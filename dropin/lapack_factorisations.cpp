@@ -42,14 +42,14 @@ void checked_potrf(const char* name, size_t length, cholesky<T> factor, const ch
 extern "C" {
 
 #pragma GCC visibility push(default)
-#define QEL_NAMES(T, s, S, suffix, length)                                                               \
-  void s##getrf##suffix##_(const int* m, const int* n, T* a, const int* lda, int* ipiv, int* info);      \
-  void s##potrf##suffix##_(const char* uplo, const int* n, T* a, const int* lda, int* info, size_t);     \
-  void s##getrf##suffix##_(const int* m, const int* n, T* a, const int* lda, int* ipiv, int* info) {     \
-    checked_getrf(S "GETRF" #suffix, length, qel_dropin_##s##getrf, m, n, a, lda, ipiv, info);           \
-  }                                                                                                      \
-  void s##potrf##suffix##_(const char* uplo, const int* n, T* a, const int* lda, int* info, size_t) {    \
-    checked_potrf(S "POTRF" #suffix, length, qel_dropin_##s##potrf, uplo, n, a, lda, info);              \
+#define QEL_NAMES(T, s, S, suffix, length)                                                            \
+  void s##getrf##suffix##_(const int* m, const int* n, T* a, const int* lda, int* ipiv, int* info);   \
+  void s##potrf##suffix##_(const char* uplo, const int* n, T* a, const int* lda, int* info, size_t);  \
+  void s##getrf##suffix##_(const int* m, const int* n, T* a, const int* lda, int* ipiv, int* info) {  \
+    checked_getrf(S "GETRF" #suffix, length, qel_dropin_##s##getrf, m, n, a, lda, ipiv, info);        \
+  }                                                                                                   \
+  void s##potrf##suffix##_(const char* uplo, const int* n, T* a, const int* lda, int* info, size_t) { \
+    checked_potrf(S "POTRF" #suffix, length, qel_dropin_##s##potrf, uplo, n, a, lda, info);           \
   }
 #define QEL_BOTH_NAMES(T, s, S) QEL_NAMES(T, s, S, , 6) QEL_NAMES(T, s, S, 2, 7)
 QEL_BOTH_NAMES(float, s, "S")

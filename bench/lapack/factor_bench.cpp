@@ -2,6 +2,7 @@
 // LU and Cholesky factorisations and their solves beside the peers. Each call works on a fresh copy of the
 // matrix, whose copying all contenders pay alike.
 #include <algorithm>
+#include <cmath>
 #include <complex>
 #include <random>
 #include <string>
@@ -42,11 +43,14 @@ using potrf_fn = void(const char* uplo, const int* n, T* a, const int* lda, int*
 
 template <class T>
 std::vector<T> random_matrix(int n, double diagonal) {
+  using real = decltype(std::abs(T{}));
   std::mt19937_64 generator(1);
   std::uniform_real_distribution<double> uniform(-1, 1);
   std::vector<T> values(static_cast<size_t>(n) * static_cast<size_t>(n));
-  for (T& value : values) value = static_cast<T>(uniform(generator));
-  for (int i = 0; i < n; ++i) values[static_cast<size_t>(i) * static_cast<size_t>(n + 1)] += static_cast<T>(diagonal);
+  for (T& value : values) value = static_cast<T>(static_cast<real>(uniform(generator)));
+  for (int i = 0; i < n; ++i)
+    values[static_cast<size_t>(i) * static_cast<size_t>(n + 1)] +=
+        static_cast<T>(static_cast<real>(diagonal));
   return values;
 }
 

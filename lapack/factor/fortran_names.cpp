@@ -33,22 +33,22 @@ void checked_potrf(const char* name, int length, char uplo, core_int n, T* a, co
 
 extern "C" {
 
-#define QEL_FACTORISATIONS(T, s, S)                                                                           \
-  void qel_core_##s##getrf_(const core_int* m, const core_int* n, T* a, const core_int* lda, core_int* ipiv,  \
-                            core_int* info) {                                                                 \
-    checked_getrf(S "GETRF", 6, *m, *n, a, *lda, ipiv, info);                                                 \
-  }                                                                                                           \
-  void qel_core_##s##getrf2_(const core_int* m, const core_int* n, T* a, const core_int* lda, core_int* ipiv, \
-                             core_int* info) {                                                                \
-    checked_getrf(S "GETRF2", 7, *m, *n, a, *lda, ipiv, info);                                                \
-  }                                                                                                           \
-  void qel_core_##s##potrf_(const char* uplo, const core_int* n, T* a, const core_int* lda, core_int* info,   \
-                            size_t) {                                                                         \
-    checked_potrf(S "POTRF", 6, *uplo, *n, a, *lda, info);                                                    \
-  }                                                                                                           \
-  void qel_core_##s##potrf2_(const char* uplo, const core_int* n, T* a, const core_int* lda, core_int* info,  \
-                             size_t) {                                                                        \
-    checked_potrf(S "POTRF2", 7, *uplo, *n, a, *lda, info);                                                   \
+#define QEL_FACTORISATIONS(T, s, S)                                                                          \
+  void qel_core_##s##getrf_(const core_int* m, const core_int* n, T* a, const core_int* lda, core_int* ipiv, \
+                            core_int* info) {                                                                \
+    checked_getrf(S "GETRF", 6, *m, *n, a, *lda, ipiv, info);                                                \
+  }                                                                                                          \
+  void qel_core_##s##getrf2_(const core_int* m, const core_int* n, T* a, const core_int* lda,                \
+                             core_int* ipiv, core_int* info) {                                               \
+    checked_getrf(S "GETRF2", 7, *m, *n, a, *lda, ipiv, info);                                               \
+  }                                                                                                          \
+  void qel_core_##s##potrf_(const char* uplo, const core_int* n, T* a, const core_int* lda, core_int* info,  \
+                            size_t) {                                                                        \
+    checked_potrf(S "POTRF", 6, *uplo, *n, a, *lda, info);                                                   \
+  }                                                                                                          \
+  void qel_core_##s##potrf2_(const char* uplo, const core_int* n, T* a, const core_int* lda, core_int* info, \
+                             size_t) {                                                                       \
+    checked_potrf(S "POTRF2", 7, *uplo, *n, a, *lda, info);                                                  \
   }
 QEL_FACTORISATIONS(float, s, "S")
 QEL_FACTORISATIONS(double, d, "D")

@@ -96,8 +96,7 @@ core_int factor_lu_as_planned(const lu_plan& plan, core_int m, core_int n, T* a,
   if (plan.path == lu_path::tasks) {
     lu_tracker* tracker = make_lu_tracker(m, n, plan.block, plan.threads, plan.group, plan.lookahead);
     if (tracker != nullptr) {
-      const core_int first_zero =
-          factor_by_tasks<T>(plan, {m, n, plan.block, a, lda, pivots}, *tracker);
+      const core_int first_zero = factor_by_tasks<T>(plan, {m, n, plan.block, a, lda, pivots}, *tracker);
       serv_free(tracker);
       return first_zero;
     }
@@ -113,8 +112,8 @@ core_int getrf(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
   return factor_lu_as_planned(plan, m, n, a, lda, pivots);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                   \
-  template core_int factor_lu_as_planned(const lu_plan&, core_int, core_int, T*, core_int, core_int*);       \
+#define QEL_INSTANTIATE(T)                                                                             \
+  template core_int factor_lu_as_planned(const lu_plan&, core_int, core_int, T*, core_int, core_int*); \
   template core_int getrf(core_int, core_int, T*, core_int, core_int*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -38,7 +38,8 @@ core_int factor_narrow(core_int m, core_int n, T* a, core_int lda, core_int* piv
     }
     if (j + 1 == m) break;
     divide_column(m - j - 1, *diagonal, diagonal + 1);
-    if (j + 1 < n) subtract_outer(m - j - 1, n - j - 1, diagonal + 1, diagonal + lda, lda, diagonal + lda + 1, lda);
+    if (j + 1 < n)
+      subtract_outer(m - j - 1, n - j - 1, diagonal + 1, diagonal + lda, lda, diagonal + lda + 1, lda);
   }
   return first_zero;
 }
@@ -50,7 +51,8 @@ core_int factor_lu(core_int m, core_int n, T* a, core_int lda, core_int* pivots)
   const core_int order = std::min(m, n);
   if (n <= kNarrow || m == 1) return factor_narrow(m, n, a, lda, pivots);
   // Whole narrow panels to the left, so that the recursion ends in them.
-  const core_int left = n > m && m > kNarrow ? m : (std::min(order, n - 1) / 2 + kNarrow - 1) / kNarrow * kNarrow;
+  const core_int left =
+      n > m && m > kNarrow ? m : (std::min(order, n - 1) / 2 + kNarrow - 1) / kNarrow * kNarrow;
   const core_int width = std::min(left, order), right = n - left;
   T* const beside = a + left * lda;
   const core_int zero_left = factor_lu(m, left, a, lda, pivots);

@@ -13,7 +13,7 @@ enum class lu_work : int { none, update, update_and_factor };
 
 struct lu_task {
   lu_work kind = lu_work::none;
-  core_int begin = 0, end = 0;         ///< block columns
+  core_int begin = 0, end = 0;           ///< block columns
   core_int first_panel = 0, panels = 0;  ///< apply panels first_panel .. panels - 1
 };
 

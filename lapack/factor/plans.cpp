@@ -71,7 +71,8 @@ cholesky_plan plan_cholesky(const cholesky_facts& facts) {
   if (facts.n <= block || block <= 1) return {cholesky_path::unblocked, 1, 0, 0, "no more than one block"};
   if (facts.threads < 2) return {cholesky_path::serial, 1, 0, 0, "one thread"};
   if (potrf(kCrossover, -1) >= facts.n) return {cholesky_path::serial, 1, 0, 0, "up to the crossover"};
-  return {cholesky_path::tasks, facts.threads, block, potrf(kBlockSize, kAskTaskGrain), "tiles for each thread"};
+  return {cholesky_path::tasks, facts.threads, block, potrf(kBlockSize, kAskTaskGrain),
+          "tiles for each thread"};
 }
 
 }  // namespace qel::lapack

@@ -117,8 +117,8 @@ core_int potrf(bool upper, core_int n, T* a, core_int lda) {
   return factor_cholesky_as_planned(plan, upper, n, a, lda);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                   \
-  template core_int factor_cholesky_as_planned(const cholesky_plan&, bool, core_int, T*, core_int);          \
+#define QEL_INSTANTIATE(T)                                                                          \
+  template core_int factor_cholesky_as_planned(const cholesky_plan&, bool, core_int, T*, core_int); \
   template core_int potrf(bool, core_int, T*, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -11,7 +11,7 @@ namespace qel::lapack {
 struct tile_task {
   core_int row = -1, column = -1;
   core_int first_panel = 0, panels = 0;  ///< apply panels first_panel .. panels - 1
-  bool finish = false;  ///< then factor the diagonal tile, or solve with it
+  bool finish = false;                   ///< then factor the diagonal tile, or solve with it
   bool any() const { return row >= 0; }
 };
 
@@ -31,8 +31,8 @@ class tile_tracker {
   bool over() const { return entries_[kFailed] != 0 || entries_[kOpen] == 0; }
 
  private:
-  /// The first three entries are the tracker's own; then for each tile the panels applied to it, one more than
-  /// its column's number when it is finished, -1 less that number while a thread works on it.
+  /// The first three entries are the tracker's own; then for each tile the panels applied to it, one more
+  /// than its column's number when it is finished, -1 less that number while a thread works on it.
   enum : core_int { kFirstColumn, kOpen, kFailed, kTiles };
   core_int& tile(core_int row, core_int column) const {
     return entries_[kTiles + row * (row + 1) / 2 + column];

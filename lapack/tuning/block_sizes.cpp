@@ -33,12 +33,13 @@ constexpr step kBlock8[] = {{701, 16}, {1701, 24}, {2401, 80}, {2801, 128}, {100
 constexpr step kGroup8[] = {{2401, 2}, {10001, 1}, {kNoEnd, 2}};
 constexpr step kLookahead8[] = {{1701, 0}, {2801, 4}, {10001, 8}, {kNoEnd, 16}};
 
-constexpr step kBlock8Class6[] = {{701, 16}, {1701, 24}, {2401, 80}, {4001, 160}, {10001, 180}, {kNoEnd, 200}};
+constexpr step kBlock8Class6[] = {{701, 16},   {1701, 24},   {2401, 80},
+                                  {4001, 160}, {10001, 180}, {kNoEnd, 200}};
 constexpr step kGroup8Class6[] = {{2401, 2}, {kNoEnd, 1}};
 constexpr step kLookahead8Class6[] = {{1701, 0}, {kNoEnd, 1000000}};
 
-constexpr step kBlockMany[] = {{1501, 16},  {2501, 24},   {3501, 32},   {4501, 96},   {5501, 120},
-                               {6501, 140}, {8501, 128},  {20001, 200}, {35001, 240}, {kNoEnd, 300}};
+constexpr step kBlockMany[] = {{1501, 16},  {2501, 24},  {3501, 32},   {4501, 96},   {5501, 120},
+                               {6501, 140}, {8501, 128}, {20001, 200}, {35001, 240}, {kNoEnd, 300}};
 constexpr step kLookaheadMany[] = {{6501, 0}, {kNoEnd, 1000000}};
 
 constexpr step kBlockOptionP[] = {{9, 1}, {33, 8}, {129, 32}, {kNoEnd, 128}};
@@ -224,9 +225,8 @@ core_int tuned_block_size(const tuning_query& query, const tuning_processor& pro
   while (!padded.empty() && padded.back() == ' ') padded.remove_suffix(1);
   char capitals[16];
   const size_t length = std::min(padded.size(), sizeof capitals);
-  std::transform(padded.begin(), padded.begin() + static_cast<ptrdiff_t>(length), capitals, [](char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-  });
+  std::transform(padded.begin(), padded.begin() + static_cast<ptrdiff_t>(length), capitals,
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
   return by_name({capitals, length}, query, processor);
 }
 

@@ -13,8 +13,9 @@ core_int qel_core_iparmq_(const core_int* ispec, const char* name, const char* o
 core_int qel_core_ilaenv_(const core_int* ispec, const char* name, const char* opts, const core_int* n1,
                           const core_int* n2, const core_int* n3, const core_int* n4, size_t name_length,
                           size_t opts_length) {
-  const core_int answer = lapack::tuned_block_size(
-      {*ispec, {name, name_length}, {opts, opts_length}, *n1, *n2, *n3, *n4}, lapack::this_tuning_processor());
+  const core_int answer =
+      lapack::tuned_block_size({*ispec, {name, name_length}, {opts, opts_length}, *n1, *n2, *n3, *n4},
+                               lapack::this_tuning_processor());
   if (answer != lapack::kPlainRule) return answer;
   return qel_core_iparmq_(ispec, name, opts, n1, n2, n3, n4, name_length, opts_length);
 }

@@ -125,16 +125,17 @@ TYPED_TEST_SUITE(factors, element_types);
 TYPED_TEST(factors, lu_of_every_shape_and_path) {
   using T = TypeParam;
   std::mt19937 generator(3);
-  const core_int shapes[][2] = {{1, 1},  {1, 9},   {9, 1},   {2, 2},     {7, 8},     {8, 7},    {9, 9},
-                                {16, 17}, {17, 16}, {33, 20}, {20, 33},   {64, 64},   {65, 65},  {100, 31},
-                                {31, 100}, {129, 128}, {80, 140}, {140, 80}};
+  const core_int shapes[][2] = {{1, 1},   {1, 9},    {9, 1},    {2, 2},     {7, 8},    {8, 7},
+                                {9, 9},   {16, 17},  {17, 16},  {33, 20},   {20, 33},  {64, 64},
+                                {65, 65}, {100, 31}, {31, 100}, {129, 128}, {80, 140}, {140, 80}};
   for (const auto& [m, n] : shapes) {
     for (int threads : {1, 2, 3, 24}) {
       const core_int block = 2 + static_cast<core_int>(generator() % 20);
       if (threads > 1 && block >= std::min(m, n)) continue;
-      const auto group = static_cast<core_int>(generator() % 4 + 1), lookahead = static_cast<core_int>(generator() % 6);
-      SCOPED_TRACE(testing::Message() << m << " x " << n << " threads " << threads << " block " << block << " group "
-                                      << group << " lookahead " << lookahead);
+      const auto group = static_cast<core_int>(generator() % 4 + 1),
+                 lookahead = static_cast<core_int>(generator() % 6);
+      SCOPED_TRACE(testing::Message() << m << " x " << n << " threads " << threads << " block " << block
+                                      << " group " << group << " lookahead " << lookahead);
       const matrix<T> a = random_matrix<T>(m, n, 5);
       matrix<T> f = a;
       std::vector<core_int> pivots(static_cast<size_t>(std::min(m, n)), -1);
@@ -157,7 +158,8 @@ TYPED_TEST(factors, lu_by_tasks_under_strain) {
   using T = TypeParam;
   std::mt19937 generator(17);
   for (int threads = 2; threads <= 24; threads += 2) {
-    const auto m = static_cast<core_int>(40 + generator() % 120), n = static_cast<core_int>(40 + generator() % 120);
+    const auto m = static_cast<core_int>(40 + generator() % 120),
+               n = static_cast<core_int>(40 + generator() % 120);
     const auto block = static_cast<core_int>(2 + generator() % 16);
     const lu_plan plan = tasks_of(threads, block, static_cast<core_int>(1 + generator() % 4),
                                   generator() % 3 == 0 ? 1000000 : static_cast<core_int>(generator() % 5));
@@ -181,7 +183,8 @@ TYPED_TEST(factors, lu_of_a_singular_matrix_names_the_first_zero_pivot) {
       for (core_int i = 0; i < n; ++i) a(i, zero - 1) = a(i, n - 1) = T{};
       matrix<T> f = a;
       std::vector<core_int> pivots(static_cast<size_t>(n));
-      const lu_plan plan = threads == 1 ? lu_plan{lu_path::recursive, 1, 0, 0, 0, ""} : tasks_of(threads, 16, 2, 2);
+      const lu_plan plan =
+          threads == 1 ? lu_plan{lu_path::recursive, 1, 0, 0, 0, ""} : tasks_of(threads, 16, 2, 2);
       EXPECT_EQ(factor_lu_as_planned(plan, n, n, f.data(), f.lda, pivots.data()), zero);
       EXPECT_LT(lu_residual(a, f, pivots), kMostResidual);
     }
@@ -211,7 +214,8 @@ TYPED_TEST(factors, not_a_number_and_infinity_end) {
           a(where, where) = from_real<T>(bad);
           matrix<T> f = a;
           std::vector<core_int> pivots(static_cast<size_t>(n));
-          const lu_plan plan = threads == 1 ? lu_plan{lu_path::recursive, 1, 0, 0, 0, ""} : tasks_of(threads, 16, 2, 2);
+          const lu_plan plan =
+              threads == 1 ? lu_plan{lu_path::recursive, 1, 0, 0, 0, ""} : tasks_of(threads, 16, 2, 2);
           factor_lu_as_planned(plan, n, n, f.data(), f.lda, pivots.data());
           for (core_int i = 0; i < n; ++i) {
             ASSERT_GT(pivots[static_cast<size_t>(i)], i);
@@ -219,7 +223,8 @@ TYPED_TEST(factors, not_a_number_and_infinity_end) {
           }
           for (const bool upper : {false, true}) {
             f = a;
-            const cholesky_plan tiles{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads, 16, 2, ""};
+            const cholesky_plan tiles{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads,
+                                      16, 2, ""};
             const core_int minor = factor_cholesky_as_planned(tiles, upper, n, f.data(), f.lda);
             if (std::isnan(bad)) {
               EXPECT_EQ(minor, where + 1);
@@ -239,15 +244,19 @@ TYPED_TEST(factors, cholesky_of_every_order_and_path) {
       for (const int threads : {1, 2, 5, 24}) {
         const auto block = static_cast<core_int>(1 + generator() % 40);
         const core_int grain = upper ? n : 2;
-        SCOPED_TRACE(testing::Message() << (upper ? "upper " : "lower ") << n << " threads " << threads << " block " << block);
+        SCOPED_TRACE(testing::Message()
+                     << (upper ? "upper " : "lower ") << n << " threads " << threads << " block " << block);
         const matrix<T> a = positive_matrix<T>(n, 2);
         matrix<T> f = a;
-        const cholesky_plan plan{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads, block, grain, ""};
+        const cholesky_plan plan{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads, block,
+                                 grain, ""};
         EXPECT_EQ(factor_cholesky_as_planned(plan, upper, n, f.data(), f.lda), 0);
         EXPECT_LT(cholesky_residual(a, f, upper), kMostResidual);
         for (core_int j = 0; j < n; ++j) {
           for (core_int i = 0; i < f.lda; ++i) {
-            if (i >= n || (upper ? i > j : i < j)) { ASSERT_TRUE(f(i, j) == a(i, j)) << "the other triangle"; }
+            if (i >= n || (upper ? i > j : i < j)) {
+              ASSERT_TRUE(f(i, j) == a(i, j)) << "the other triangle";
+            }
           }
         }
       }
@@ -264,8 +273,10 @@ TYPED_TEST(factors, cholesky_names_the_first_minor_that_is_not_positive) {
         matrix<T> a = positive_matrix<T>(n, 4);
         a(bad - 1, bad - 1) = from_real<T>(-1);
         if (bad < n) a(n - 1, n - 1) = from_real<T>(-1);
-        const cholesky_plan plan{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads, 16, 2, ""};
-        EXPECT_EQ(factor_cholesky_as_planned(plan, upper, n, a.data(), a.lda), bad) << upper << ' ' << threads;
+        const cholesky_plan plan{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads, 16, 2,
+                                 ""};
+        EXPECT_EQ(factor_cholesky_as_planned(plan, upper, n, a.data(), a.lda), bad)
+            << upper << ' ' << threads;
       }
     }
   }

@@ -24,17 +24,17 @@ TEST(lu_plan, path_by_facts) {
     core_int block;
   } const rows[] = {
       {'D', 0, 5, 4, 3, 0, lu_path::nothing, 0},
-      {'D', 5000, 64, 4, 3, 0, lu_path::recursive, 0},     // narrow, any thread count
+      {'D', 5000, 64, 4, 3, 0, lu_path::recursive, 0},  // narrow, any thread count
       {'D', 5000, 5000, 1, 3, 0, lu_path::recursive, 0},
       {'D', 65, 65, 4, 3, 0, lu_path::tasks, 24},
-      {'D', 24, 65, 4, 3, 0, lu_path::unblocked, 0},       // one block is as high as the matrix
+      {'D', 24, 65, 4, 3, 0, lu_path::unblocked, 0},  // one block is as high as the matrix
       {'D', 25, 65, 4, 3, 0, lu_path::tasks, 24},
       {'D', 4000, 4000, 8, 3, 0, lu_path::blas_threads, 0},
       {'D', 4001, 4001, 8, 3, 0, lu_path::tasks, 200},
       {'D', 4000, 4000, 8, 0, 6, lu_path::tasks, 160},
       {'Z', 4000, 4000, 8, 3, 0, lu_path::tasks, 200},
       {'D', 4000, 4000, 7, 3, 0, lu_path::tasks, 200},
-      {'D', 100, 100, 2, 5, 0, lu_path::recursive, 0},     // native
+      {'D', 100, 100, 2, 5, 0, lu_path::recursive, 0},  // native
       {'D', 1000, 1000, 1, 5, 0, lu_path::recursive, 0},
   };
   for (const auto& row : rows) {
@@ -53,12 +53,9 @@ TEST(cholesky_plan, path_by_facts) {
     cholesky_path path;
     core_int block, grain;
   } const rows[] = {
-      {true, 0, 4, 3, cholesky_path::nothing, 0, 0},
-      {true, 128, 4, 3, cholesky_path::unblocked, 0, 0},
-      {true, 129, 1, 3, cholesky_path::serial, 0, 0},
-      {true, 500, 2, 3, cholesky_path::tasks, 48, 500},
-      {false, 500, 2, 3, cholesky_path::tasks, 48, 2},
-      {false, 100, 2, 5, cholesky_path::serial, 0, 0},
+      {true, 0, 4, 3, cholesky_path::nothing, 0, 0},   {true, 128, 4, 3, cholesky_path::unblocked, 0, 0},
+      {true, 129, 1, 3, cholesky_path::serial, 0, 0},  {true, 500, 2, 3, cholesky_path::tasks, 48, 500},
+      {false, 500, 2, 3, cholesky_path::tasks, 48, 2}, {false, 100, 2, 5, cholesky_path::serial, 0, 0},
   };
   for (const auto& row : rows) {
     const cholesky_plan plan = plan_cholesky({'D', row.upper, row.n, row.threads, {row.level, 0}});
@@ -77,7 +74,7 @@ TEST(lu_tracker, first_grants) {
       {0, 4, 4, 1, 4, lu_work::update_and_factor},  // behind the first panel
       {1, 4, 4, 4, 8, lu_work::update},
       {2, 4, 4, 8, 12, lu_work::update},
-      {4, 4, 4, 16, 17, lu_work::update},           // past the limit of 16: the first column there
+      {4, 4, 4, 16, 17, lu_work::update},  // past the limit of 16: the first column there
       {1, 1, 0, 1, 2, lu_work::update_and_factor},
       {2, 1, 0, 2, 3, lu_work::update},
       {0, 1, 0, 1, 2, lu_work::update_and_factor},  // an empty range: whatever is next
@@ -138,7 +135,8 @@ TEST(lu_tracker, every_order_of_work_finishes_each_column_once) {
           if (task.kind == lu_work::none) return false;
           EXPECT_GE(task.begin, 1);
           EXPECT_GT(task.panels, task.first_panel);
-          for (core_int p = task.first_panel; p < task.panels; ++p) EXPECT_TRUE(factored[static_cast<size_t>(p)]);
+          for (core_int p = task.first_panel; p < task.panels; ++p)
+            EXPECT_TRUE(factored[static_cast<size_t>(p)]);
           for (core_int j = task.begin; j < task.end; ++j) {
             const auto column = static_cast<size_t>(j);
             EXPECT_FALSE(busy[column]);
@@ -178,7 +176,9 @@ TEST(tile_tracker, every_order_of_work_finishes_each_tile_once) {
     SCOPED_TRACE(testing::Message() << blocks << " block columns, grain " << grain);
     tile_tracker tracker(blocks, grain);
     std::vector<core_int> applied(static_cast<size_t>(blocks * blocks));
-    const auto tile = [&](core_int i, core_int j) -> core_int& { return applied[static_cast<size_t>(i * blocks + j)]; };
+    const auto tile = [&](core_int i, core_int j) -> core_int& {
+      return applied[static_cast<size_t>(i * blocks + j)];
+    };
     const auto done = [&](core_int i, core_int j) { return tile(i, j) == j + 1; };
     simulate<tile_task>(
         seed, generator() % 8 + 1,
