@@ -10,39 +10,14 @@ namespace qel::lapack {
 
 namespace {
 
-/// Order of the triangles that are worked on element by element.
+/// Order of the triangles that are worked on column by column.
 constexpr core_int kNarrow = 16;
-
-/// False if the pivot is not positive; a NaN is not. It stays as it is then.
-template <class T>
-bool take_root(real_of<T> pivot, T& diagonal) {
-  if (!(pivot > 0)) {
-    diagonal = from_real<T>(pivot);
-    return false;
-  }
-  diagonal = from_real<T>(std::sqrt(pivot));
-  return true;
-}
+/// Order of the upper triangles that are worked on as lower ones: columns of a lower triangle are updated by
+/// whole vectors, those of an upper one would need sums.
+constexpr core_int kTurned = 32;
 
 template <class T>
-core_int factor_narrow_upper(core_int n, T* a, core_int lda) {
-  for (core_int j = 0; j < n; ++j) {
-    T* const column = a + j * lda;
-    real_of<T> pivot = real_part(column[j]);
-    for (core_int i = 0; i < j; ++i) {
-      const T* const other = a + i * lda;
-      T sum = column[i];
-      for (core_int k = 0; k < i; ++k) sum -= conj(other[k]) * column[k];
-      column[i] = (1 / real_part(other[i])) * sum;
-      pivot -= real_part(conj(column[i]) * column[i]);
-    }
-    if (!take_root(pivot, column[j])) return j + 1;
-  }
-  return 0;
-}
-
-template <class T>
-core_int factor_narrow_lower(core_int n, T* a, core_int lda) {
+core_int factor_narrow(core_int n, T* a, core_int lda) {
   for (core_int j = 0; j < n; ++j) {
     T* const column = a + j * lda;
     for (core_int k = 0; k < j; ++k) {
@@ -50,18 +25,35 @@ core_int factor_narrow_lower(core_int n, T* a, core_int lda) {
       const T factor = conj(other[j]);
       for (core_int i = j; i < n; ++i) column[i] -= factor * other[i];
     }
-    if (!take_root(real_part(column[j]), column[j])) return j + 1;
+    const real_of<T> pivot = real_part(column[j]);
+    column[j] = from_real<T>(pivot);
+    if (!(pivot > 0)) return j + 1;  // nor is a NaN
+    column[j] = from_real<T>(std::sqrt(pivot));
     const real_of<T> reciprocal = 1 / real_part(column[j]);
     for (core_int i = j + 1; i < n; ++i) column[i] = reciprocal * column[i];
   }
   return 0;
 }
 
+template <class T>
+core_int factor_turned(core_int n, T* a, core_int lda) {
+  T lower[kTurned * kTurned];
+  for (core_int j = 0; j < n; ++j) {
+    for (core_int i = 0; i <= j; ++i) lower[j + i * kTurned] = conj(a[i + j * lda]);
+  }
+  const core_int minor = factor_cholesky(false, n, lower, kTurned);
+  for (core_int j = 0; j < n; ++j) {
+    for (core_int i = 0; i <= j; ++i) a[i + j * lda] = conj(lower[j + i * kTurned]);
+  }
+  return minor;
+}
+
 }  // namespace
 
 template <class T>
 core_int factor_cholesky(bool upper, core_int n, T* a, core_int lda) {
-  if (n <= kNarrow) return upper ? factor_narrow_upper(n, a, lda) : factor_narrow_lower(n, a, lda);
+  if (upper && n <= kTurned) return factor_turned(n, a, lda);
+  if (n <= kNarrow) return factor_narrow(n, a, lda);
   const core_int half = (n / 2 + 7) / 8 * 8, rest = n - half;
   if (const core_int minor = factor_cholesky(upper, half, a, lda)) return minor;
   T *const beside = upper ? a + half * lda : a + half, *const below = a + half * (lda + 1);

@@ -64,8 +64,11 @@ void work_on_tasks(const lu_matrix<T>& matrix, lu_tracker& tracker, core_int& fi
       std::this_thread::yield();
       continue;
     }
-    const core_int begin = task.begin * matrix.block, end = std::min(task.end * matrix.block, matrix.n);
-    for (core_int panel = task.first_panel; panel < task.panels; ++panel) matrix.apply(panel, begin, end);
+    // Column by column, so that no rounding depends on who came when.
+    for (core_int j = task.begin; j < task.end; ++j) {
+      const core_int begin = j * matrix.block, end = std::min(begin + matrix.block, matrix.n);
+      for (core_int panel = task.first_panel; panel < task.panels; ++panel) matrix.apply(panel, begin, end);
+    }
     zero = task.kind == lu_work::update_and_factor ? matrix.factor(task.begin, matrix.block) : 0;
   }
 }

@@ -27,20 +27,19 @@ struct tiled_matrix {
     return a + row * block + column * block * lda;
   }
 
-  void update(const tile_task& task) const {
-    const core_int depth = (task.panels - task.first_panel) * block;
-    if (depth == 0) return;
-    const core_int rows = order_of(task.row), columns = order_of(task.column);
-    const T *const own = tile(task.row, task.first_panel), *const other = tile(task.column, task.first_panel);
-    T* const target = tile(task.row, task.column);
-    if (task.row == task.column) {
-      return subtract_square(upper ? 'U' : 'L', !upper, columns, depth, own, lda, target, lda);
+  /// Applies one panel to a tile.
+  void update(core_int row, core_int column, core_int panel) const {
+    const core_int rows = order_of(row), columns = order_of(column);
+    const T *const own = tile(row, panel), *const other = tile(column, panel);
+    T* const target = tile(row, column);
+    if (row == column) {
+      return subtract_square(upper ? 'U' : 'L', !upper, columns, block, own, lda, target, lda);
     }
     const char turned = is_complex<T> ? 'C' : 'T';
     if (upper) {
-      subtract_product(turned, 'N', columns, rows, depth, other, lda, own, lda, target, lda);
+      subtract_product(turned, 'N', columns, rows, block, other, lda, own, lda, target, lda);
     } else {
-      subtract_product('N', turned, rows, columns, depth, own, lda, other, lda, target, lda);
+      subtract_product('N', turned, rows, columns, block, own, lda, other, lda, target, lda);
     }
   }
   /// The first leading minor of A that is not positive, else 0.
@@ -81,7 +80,10 @@ void work_on_tiles(const tiled_matrix<T>& matrix, tile_tracker& tracker, core_in
       std::this_thread::yield();
       continue;
     }
-    matrix.update(task);
+    // Panel by panel, so that no rounding depends on who came when.
+    for (core_int panel = task.first_panel; panel < task.panels; ++panel) {
+      matrix.update(task.row, task.column, panel);
+    }
     minor = task.finish ? matrix.finish(task) : 0;
   }
 }

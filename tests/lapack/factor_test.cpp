@@ -172,6 +172,30 @@ TYPED_TEST(factors, lu_by_tasks_under_strain) {
   }
 }
 
+TYPED_TEST(factors, tasks_round_alike_in_every_order) {
+  using T = TypeParam;
+  const core_int n = 150;
+  const matrix<T> a = random_matrix<T>(n, n, 5), p = positive_matrix<T>(n, 5);
+  std::vector<core_int> first_pivots(static_cast<size_t>(n)), pivots = first_pivots;
+  matrix<T> first_lu = a, first_cholesky = p;
+  factor_lu_as_planned(tasks_of(2, 12, 1, 0), n, n, first_lu.data(), first_lu.lda, first_pivots.data());
+  const auto tiles = [](int threads, core_int grain) {
+    return cholesky_plan{cholesky_path::tasks, threads, 12, grain, ""};
+  };
+  factor_cholesky_as_planned(tiles(2, 1), false, n, first_cholesky.data(), first_cholesky.lda);
+  const auto same = [](const matrix<T>& x, const matrix<T>& y) {
+    return std::equal(x.cells.begin(), x.cells.end(), y.cells.begin(), [](T u, T v) { return u == v; });
+  };
+  for (const int threads : {2, 3, 8, 16}) {
+    matrix<T> f = a;
+    factor_lu_as_planned(tasks_of(threads, 12, threads / 2, threads), n, n, f.data(), f.lda, pivots.data());
+    EXPECT_TRUE(pivots == first_pivots && same(f, first_lu)) << threads;
+    f = p;
+    factor_cholesky_as_planned(tiles(threads, threads), false, n, f.data(), f.lda);
+    EXPECT_TRUE(same(f, first_cholesky)) << threads;
+  }
+}
+
 // The first zero pivot, wherever it lies: columns of zeros make it exact.
 TYPED_TEST(factors, lu_of_a_singular_matrix_names_the_first_zero_pivot) {
   using T = TypeParam;
