@@ -162,7 +162,7 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
        {{"path", "tasks"}, {"tile", 48}, {"panels_of_one_task", 500}}},
   };
   for (const auto& c : cases) {
-    const command_result result = run(std::string("explain --json ") + c.arguments);
+    const command_result result = run(std::string("explain ") + c.arguments + " --json");
     ASSERT_EQ(result.exit_code, 0) << result.output;
     const nlohmann::json report = nlohmann::json::parse(result.output);
     for (const auto& [key, value] : c.wanted) EXPECT_EQ(report[key], value) << c.arguments << ' ' << key;
