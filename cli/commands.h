@@ -20,10 +20,11 @@ int run_info(const info_options& options);
 
 // explain.cpp
 struct explain_options {
-  std::string operation;   ///< gemm, trsm, trmm, symm or syrk
-  std::vector<int> sizes;  ///< M N K, M N, or N K
+  std::string operation;   ///< gemm, trsm, trmm, symm, syrk, getrf or potrf
+  std::vector<int> sizes;  ///< M N K, M N, N K, or N
   std::string type = "d";  ///< element type: s, d, c, z
   std::string side = "L";
+  std::string uplo = "L";
   int threads = 0;          ///< 0: what this process may use
   int level = -1;           ///< -1: this process's
   std::vector<int> caches;  ///< bytes of the data and unified caches; empty: this processor's

@@ -10,10 +10,12 @@
 #include <vector>
 
 #include "blas/level3/gemm_blocks.h"
+#include "blas/level3/gemm_rules.h"
 #include "blas/level3/native/level3_native.h"
 #include "blas/level3/side_rules.h"
 #include "cli/commands.h"
 #include "cli/explain_native.h"
+#include "lapack/factor/plans.h"
 #include "service/serv.h"
 
 namespace qel::cli {
@@ -180,6 +182,56 @@ native_question native_question_of(const explain_options& options, int level) {
   return question;
 }
 
+lapack::tuning_processor tuning_processor_of(const explain_options& options) {
+  const dense_processor processor = processor_of(options);
+  return {processor.level, gemm_class(processor)};
+}
+char capital(char letter) { return static_cast<char>(letter & ~32); }
+
+report explain_getrf(const explain_options& options) {
+  constexpr const char* kUsage = "explain getrf takes two sizes: M N";
+  expect_sizes(options, 2, kUsage);
+  const lapack::lu_facts facts{
+      capital(options.type[0]), size_at(options, 0, kUsage), size_at(options, 1, kUsage),
+      options.threads > 0 ? options.threads : serv_threads_all(), tuning_processor_of(options)};
+  const lapack::lu_plan plan = lapack::plan_lu(facts);
+  constexpr const char* kNames[] = {"nothing", "recursive", "threads of the BLAS", "unblocked", "tasks"};
+  report out;
+  out["level"] = facts.processor.level;
+  out["threads_allowed"] = facts.threads;
+  out["path"] = kNames[static_cast<int>(plan.path)];
+  out["reason"] = plan.reason;
+  out["threads"] = plan.threads;
+  if (plan.path == lapack::lu_path::tasks) {
+    out["block"] = plan.block;
+    out["columns_of_one_grant"] = plan.group;
+    out["columns_kept_out_of_first_grants"] = plan.lookahead;
+  }
+  return out;
+}
+
+report explain_potrf(const explain_options& options) {
+  constexpr const char* kUsage = "explain potrf takes one size: N";
+  expect_sizes(options, 1, kUsage);
+  if (options.uplo != "L" && options.uplo != "U") throw std::invalid_argument("the triangle is L or U");
+  const lapack::cholesky_facts facts{
+      capital(options.type[0]), options.uplo == "U", size_at(options, 0, kUsage),
+      options.threads > 0 ? options.threads : serv_threads_all(), tuning_processor_of(options)};
+  const lapack::cholesky_plan plan = lapack::plan_cholesky(facts);
+  constexpr const char* kNames[] = {"nothing", "unblocked", "serial", "tasks"};
+  report out;
+  out["level"] = facts.processor.level;
+  out["threads_allowed"] = facts.threads;
+  out["path"] = kNames[static_cast<int>(plan.path)];
+  out["reason"] = plan.reason;
+  out["threads"] = plan.threads;
+  if (plan.path == lapack::cholesky_path::tasks) {
+    out["tile"] = plan.block;
+    out["panels_of_one_task"] = plan.grain;
+  }
+  return out;
+}
+
 std::string as_text(const report& value) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "yes" : "no";
@@ -197,12 +249,17 @@ int run_explain(const explain_options& options) {
   const element_type type = type_of(options.type);
   report out;
   const int level = processor_of(options).level;
-  if (level >= native::kFirstNativeLevel) {
+  const bool factorisation = options.operation == "getrf" || options.operation == "potrf";
+  if (level >= native::kFirstNativeLevel && !factorisation) {
     out = explain_native(native_question_of(options, level));
   } else if (options.operation == "gemm") {
     out = explain_gemm(options, type);
   } else if (options.operation == "syrk") {
     out = explain_syrk(options);
+  } else if (options.operation == "getrf") {
+    out = explain_getrf(options);
+  } else if (options.operation == "potrf") {
+    out = explain_potrf(options);
   } else {
     out = explain_side(options);
   }

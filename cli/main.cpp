@@ -27,11 +27,12 @@ int run(int argc, char** argv) {
       app.add_subcommand("explain", "How an operation of given sizes would be done, and why");
   explain_command->require_subcommand(1);
   explain_options explain;
-  const auto add_level3 = [&](const char* operation, const char* sizes) {
+  const auto add_dense = [&](const char* operation, const char* sizes) {
     CLI::App* command = explain_command->add_subcommand(operation, std::string("Sizes: ") + sizes);
     command->add_option("sizes", explain.sizes, sizes)->required();
     command->add_option("--type", explain.type, "Element type: s, d, c or z")->capture_default_str();
     command->add_option("--side", explain.side, "Side of the matrix: L or R")->capture_default_str();
+    command->add_option("--uplo", explain.uplo, "Triangle: L or U")->capture_default_str();
     command->add_option("--threads", explain.threads, "Threads allowed, instead of this process's");
     command->add_option("--level", explain.level, "Processor level 0 to 6, instead of this process's")
         ->check(CLI::Range(0, 6));
@@ -41,9 +42,11 @@ int run(int argc, char** argv) {
     command->add_flag("--json", explain.json, "Print JSON");
     command->callback([&explain, operation] { explain.operation = operation; });
   };
-  add_level3("gemm", "M N K");
-  for (const char* operation : {"trsm", "trmm", "symm"}) add_level3(operation, "M N");
-  add_level3("syrk", "N K");
+  add_dense("gemm", "M N K");
+  for (const char* operation : {"trsm", "trmm", "symm"}) add_dense(operation, "M N");
+  add_dense("syrk", "N K");
+  add_dense("getrf", "M N");
+  add_dense("potrf", "N");
 
   solve_options solve;
   std::string right_hand_file;

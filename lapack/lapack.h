@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Plain 64-bit LAPACK under its private names, as its Fortran objects define it: every scalar by reference,
+// LAPACK under private names, 64-bit: plain routines as their Fortran objects define them, and the
+// library's own factorisations: every scalar by reference,
 // the length of each option letter after the last argument, LOGICAL arrays of 8-byte elements. The entries
 // and the dense and sparse drivers call these.
 #pragma once
@@ -11,6 +12,11 @@
 namespace qel::core {
 extern "C" {
 
+// Block sizes and other constants of the algorithms, by the routine's name
+core_int qel_core_ilaenv_(const core_int* ispec, const char* name, const char* opts, const core_int* n1,
+                          const core_int* n2, const core_int* n3, const core_int* n4, size_t name_length,
+                          size_t opts_length);
+
 // General and positive definite matrices
 void qel_core_sgetrf_(const core_int* m, const core_int* n, float* a, const core_int* lda, core_int* ipiv,
                       core_int* info);
@@ -20,6 +26,30 @@ void qel_core_cgetrf_(const core_int* m, const core_int* n, complex8* a, const c
                       core_int* info);
 void qel_core_zgetrf_(const core_int* m, const core_int* n, complex16* a, const core_int* lda, core_int* ipiv,
                       core_int* info);
+void qel_core_sgetrf2_(const core_int* m, const core_int* n, float* a, const core_int* lda, core_int* ipiv,
+                       core_int* info);
+void qel_core_dgetrf2_(const core_int* m, const core_int* n, double* a, const core_int* lda, core_int* ipiv,
+                       core_int* info);
+void qel_core_cgetrf2_(const core_int* m, const core_int* n, complex8* a, const core_int* lda, core_int* ipiv,
+                       core_int* info);
+void qel_core_zgetrf2_(const core_int* m, const core_int* n, complex16* a, const core_int* lda,
+                       core_int* ipiv, core_int* info);
+void qel_core_spotrf_(const char* uplo, const core_int* n, float* a, const core_int* lda, core_int* info,
+                      size_t);
+void qel_core_spotrf2_(const char* uplo, const core_int* n, float* a, const core_int* lda, core_int* info,
+                       size_t);
+void qel_core_dpotrf_(const char* uplo, const core_int* n, double* a, const core_int* lda, core_int* info,
+                      size_t);
+void qel_core_dpotrf2_(const char* uplo, const core_int* n, double* a, const core_int* lda, core_int* info,
+                       size_t);
+void qel_core_cpotrf_(const char* uplo, const core_int* n, complex8* a, const core_int* lda, core_int* info,
+                      size_t);
+void qel_core_cpotrf2_(const char* uplo, const core_int* n, complex8* a, const core_int* lda, core_int* info,
+                       size_t);
+void qel_core_zpotrf_(const char* uplo, const core_int* n, complex16* a, const core_int* lda, core_int* info,
+                      size_t);
+void qel_core_zpotrf2_(const char* uplo, const core_int* n, complex16* a, const core_int* lda, core_int* info,
+                       size_t);
 void qel_core_sgetrs_(const char* trans, const core_int* n, const core_int* nrhs, const float* a,
                       const core_int* lda, const core_int* ipiv, float* b, const core_int* ldb,
                       core_int* info, size_t);

@@ -21,8 +21,8 @@ ALLOWED = {
     "sparse": {"sparse", "blas", "lapack", "service"},
     "fft": {"fft", "fft/kernels", "service"} | PUBLIC,
     "fft/kernels": {"fft/kernels", "service/core_types.h"},
-    "dropin": {"dropin", "blas", "service"} | PUBLIC,
-    "cli": {"cli", "blas", "service"} | PUBLIC,
+    "dropin": {"dropin", "blas", "lapack", "service"} | PUBLIC,
+    "cli": {"cli", "blas", "lapack", "service"} | PUBLIC,
     "bench": {"bench", "blas", "blas/kernels", "service"} | PUBLIC,
 }
 # What every kernel translation unit may pull in beside its own folder.

@@ -156,6 +156,14 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
       {"gemm 1000 1000 1000 --threads 6 --level 5", {{"scheme", "packed"}, {"grid", "3 x 2"}}},
       {"trsm 600 400 --threads 4 --level 6", {{"threads", 4}, {"diagonal_blocks", 64}}},
       {"syrk 1000 100 --threads 3 --level 6 --type z", {{"grid", "1 x 3"}, {"tile", "12 x 4"}}},
+      {"getrf 3300 3300 --threads 4 --level 3",
+       {{"path", "tasks"},
+        {"block", 200},
+        {"columns_of_one_grant", 2},
+        {"columns_kept_out_of_first_grants", 16}}},
+      {"getrf 3300 3300 --threads 1 --level 3", {{"path", "recursive"}}},
+      {"potrf 500 --uplo U --threads 2 --level 3",
+       {{"path", "tasks"}, {"tile", 48}, {"panels_of_one_task", 500}}},
   };
   for (const auto& c : cases) {
     const command_result result = run(std::string("explain ") + c.arguments + " --json");
@@ -168,7 +176,7 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
 
 TEST(Explain, RefusesWhatItCannotRead) {
   for (const char* arguments : {"gemm 1 2", "trsm 1 2 3", "gemm 1 2 3 --type q", "trsm 1 2 --side X", "dot 5",
-                                "gemm 1 -2 3", "syrk 5 5 --level 9"}) {
+                                "gemm 1 -2 3", "syrk 5 5 --level 9", "getrf 5", "potrf 5 --uplo X"}) {
     EXPECT_EQ(run(std::string("explain ") + arguments).exit_code, 2) << arguments;
   }
 }
