@@ -10,7 +10,7 @@
 namespace qel {
 namespace {
 
-/// Rows of a block are told for doubles; other types get as many bytes.
+/// Rows of a block were tuned for doubles; other types get as many bytes.
 core_int rows_for(element_type type, core_int rows_of_doubles) {
   return rows_of_doubles * 8 / bytes_of(type);
 }
