@@ -18,8 +18,11 @@ comm -3 "$work/blas" "$work/exports" > "$work/difference"
 none "libblas.so.3 and its export list differ:" "$work/difference"
 list "$3" | comm -23 - "$work/exports" | comm -23 - "$work/lapack" > "$work/missing"
 none "required names that neither library defines:" "$work/missing"
-cat "$work/blas" "$work/lapack" | grep -E '@|^_gfortran|^_Z|^qel_' | grep -v '^qel_dropin_' > "$work/odd" || true
+cat "$work/blas" "$work/lapack" | grep -E '@|^_gfortran|^_Z|^qel_' > "$work/odd" || true
 none "names that must not be exported:" "$work/odd"
+
+nm -D --undefined-only "$lapack" | grep -E ' (qel_|_ZN3qel)' > "$work/odd" || true
+none "liblapack.so.3 works with our libblas.so.3 only, for it asks for:" "$work/odd"
 
 # dynamic FILE TAG VALUE
 dynamic() { readelf -dW "$1" | grep -F "($2)" | grep -qF "[$3]"; }
