@@ -1,0 +1,223 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Rows of CSR matrices that count from 1: sorting in place, and the transpose with a copy of its own.
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+#include "blas/plain/scratch.h"
+#include "service/complex_arithmetic.h"
+#include "sparse/blas/csr_vector_plan.h"
+
+namespace qel::sparse {
+
+/// A matrix whose rows are read.
+template <class T>
+struct csr_matrix {
+  core_int rows, columns;
+  const T* values;
+  const int* ja;
+  const int* ia;
+};
+
+/// Insertion sort of count entries by column, values with them; equal columns keep their order. values may be
+/// null.
+template <class T>
+void sort_row(int* columns, T* values, core_int count) {
+  for (core_int p = 1; p < count; ++p) {
+    for (core_int q = p; q > 0 && columns[q - 1] > columns[q]; --q) {
+      std::swap(columns[q - 1], columns[q]);
+      if (values != nullptr) std::swap(values[q - 1], values[q]);
+    }
+  }
+}
+
+/// The same for rows of different columns, where any method gives the same: long rows take a heap.
+template <class T>
+void sort_distinct_row(int* columns, T* values, core_int count) {
+  constexpr core_int kShort = 48;
+  if (count <= kShort || std::is_sorted(columns, columns + count)) return sort_row(columns, values, count);
+  const auto exchange = [&](core_int p, core_int q) {
+    std::swap(columns[p], columns[q]);
+    if (values != nullptr) std::swap(values[p], values[q]);
+  };
+  const auto sink = [&](core_int root, core_int length) {
+    for (core_int child; (child = 2 * root + 1) < length; root = child) {
+      if (child + 1 < length && columns[child] < columns[child + 1]) ++child;
+      if (columns[root] >= columns[child]) return;
+      exchange(root, child);
+    }
+  };
+  for (core_int root = count / 2; root-- > 0;) sink(root, count);
+  for (core_int last = count - 1; last > 0; --last) {
+    exchange(0, last);
+    sink(0, last);
+  }
+}
+
+/// Sorts all rows of a matrix as sort_row does.
+template <class T>
+void sort_rows(core_int rows, T* values, int* ja, const int* ia) {
+  for (core_int i = 0; i < rows; ++i) sort_row(ja + ia[i] - 1, values + ia[i] - 1, core_int{ia[i + 1]} - ia[i]);
+}
+
+/// The transpose, its rows sorted by column, conjugated if wanted; entries of one place keep their order.
+/// Without values it is the transposed pattern.
+template <class T>
+class transposed_copy {
+ public:
+  transposed_copy(const csr_matrix<T>& a, bool conjugated)
+      : ia_(a.columns + 1), ja_(count(a)), values_(a.values != nullptr ? count(a) : 1), rows_(a.columns), columns_(a.rows) {
+    if (!there()) return;
+    int* const start = ia_.get();
+    std::fill_n(start, rows_ + 1, 0);
+    for (core_int i = 0; i < a.rows; ++i)
+      for (core_int p = a.ia[i] - 1; p < a.ia[i + 1] - 1; ++p) ++start[a.ja[p] - 1];
+    int sum = 1;
+    for (core_int j = 0; j <= rows_; ++j) sum += std::exchange(start[j], sum);
+    for (core_int i = 0; i < a.rows; ++i) {
+      for (core_int p = a.ia[i] - 1; p < a.ia[i + 1] - 1; ++p) {
+        const int to = start[a.ja[p] - 1]++ - 1;
+        ja_.get()[to] = static_cast<int>(i) + 1;
+        if (a.values != nullptr) values_.get()[to] = conjugated ? conj(a.values[p]) : a.values[p];
+      }
+    }
+    // Each start has moved on to the next row's.
+    std::copy_backward(start, start + rows_, start + rows_ + 1);
+    start[0] = 1;
+  }
+  /// False if memory is out.
+  bool there() const { return ia_.get() != nullptr && ja_.get() != nullptr && values_.get() != nullptr; }
+  csr_matrix<T> matrix() const { return {rows_, columns_, values_.get(), ja_.get(), ia_.get()}; }
+
+ private:
+  static core_int count(const csr_matrix<T>& a) {
+    return std::max<core_int>(core_int{a.ia[a.rows]} - a.ia[0], 1);
+  }
+  plain::scratch<int> ia_, ja_;
+  plain::scratch<T> values_;
+  core_int rows_, columns_;
+};
+
+/// Turns the counts of rows 0 .. m - 1, in ic[1 .. m], into their starts, counted from 1, two rows per pass.
+inline void starts_from_counts(core_int m, int* ic) {
+  ic[0] = 1;
+  core_int i = 0;
+  for (; i + 1 < m; i += 2) {
+    const int first = ic[i] + ic[i + 1];
+    ic[i + 2] += first;
+    ic[i + 1] = first;
+  }
+  if (i < m) ic[i + 1] += ic[i];
+}
+
+/// Builds rows of a sparse result out of multiples of other rows: a marker per column holds the place of the
+/// entry that the column already has. Each finished row is sorted by column.
+template <class T>
+class row_builder {
+ public:
+  /// Up to limit entries fit at jc and values. Without values only counts are wanted.
+  row_builder(core_int columns, int* jc, T* values, core_int limit)
+      : marker_(std::max<core_int>(columns, 1)), jc_(jc), values_(values), limit_(limit) {
+    if (there()) std::fill_n(marker_.get(), columns, 0);
+  }
+  bool there() const { return marker_.get() != nullptr; }
+
+  /// The next row begins at entry position, from 0.
+  void begin(core_int position) { start_ = end_ = position; }
+  /// Adds to a column, from 1; false if there is no room for one more entry.
+  bool add(int column, T value) {
+    int& place = marker_.get()[column - 1];
+    if (place != 0) {
+      values_[place - 1] += value;
+      return true;
+    }
+    if (end_ == limit_) return false;
+    jc_[end_] = column;
+    values_[end_] = value;
+    place = static_cast<int>(++end_);
+    return true;
+  }
+  /// Ends the row; returns where the next one begins.
+  core_int finish() {
+    for (core_int p = start_; p < end_; ++p) marker_.get()[jc_[p] - 1] = 0;
+    sort_distinct_row(jc_ + start_, values_ + start_, end_ - start_);
+    return end_;
+  }
+
+  /// Counting: whether this is the first time that the row, numbered from 1, has the column.
+  bool is_new(int column, core_int row) {
+    return std::exchange(marker_.get()[column - 1], static_cast<int>(row)) != static_cast<int>(row);
+  }
+
+ private:
+  plain::scratch<int> marker_;
+  int* jc_;
+  T* values_;
+  core_int limit_, start_ = 0, end_ = 0;
+};
+
+/// No memory for a copy or a marker: reported like a refused copy in the entries; info tells it, too.
+inline void report_no_memory(const char* name, int length, int* info) {
+  constexpr int kNoMemoryCode = 1079, kNoMemoryInfo = -1023;
+  serv_xerbla(name, &kNoMemoryCode, length);
+  *info = kNoMemoryInfo;
+}
+
+/// The three uses of an operation with a sparse result.
+enum csr_request : int { kBuild = 0, kCount = 1, kFill = 2 };
+inline constexpr core_int kUnlimited = core_int{1} << 62;
+
+/// Threads for rows that can be worked apart: not for request 0, where each row starts at the end of the one
+/// before, nor for a transposed operand.
+constexpr int threads_of_rows(int threads, core_int request, bool transposed, core_int rows) {
+  const core_int useful = threads < rows ? threads : rows;
+  return request == 0 || transposed || useful < 2 ? 1 : static_cast<int>(useful);
+}
+
+/// Carries out a request over the rows of a result. worker(limit) gives an object with
+///   there()                 false if it has no memory
+///   count(row)              the number of entries of a row, from 0
+///   build(row, position)    writes the row from entry position on; where the next begins, or -1 without room
+template <class Worker>
+void run_request(const char* name, int name_length, core_int request, core_int rows, int threads, 
+                 int* ic, core_int nzmax, int* info, const Worker& worker) {
+  *info = 0;
+  if (request == kBuild) {
+    auto one = worker(nzmax);
+    if (!one.there()) return report_no_memory(name, name_length, info);
+    core_int position = 0;
+    ic[0] = 1;
+    for (core_int i = 0; i < rows; ++i) {
+      position = one.build(i, position);
+      if (position < 0) {
+        *info = static_cast<int>(i) + 1;
+        return;
+      }
+      ic[i + 1] = static_cast<int>(position) + 1;
+    }
+    return;
+  }
+  std::atomic<bool> memory{true};
+#pragma omp parallel for num_threads(threads) schedule(static, 1) if (threads > 1)
+  for (int t = 0; t < threads; ++t) {
+    auto one = worker(kUnlimited);
+    if (!one.there()) {
+      memory.store(false, std::memory_order_relaxed);
+      continue;
+    }
+    const row_range own = rows_of(rows, threads, t);
+    for (core_int i = own.first; i < own.last; ++i) {
+      if (request == kCount) {
+        ic[i + 1] = static_cast<int>(one.count(i));
+      } else {
+        one.build(i, ic[i] - 1);
+      }
+    }
+  }
+  if (!memory.load(std::memory_order_relaxed)) return report_no_memory(name, name_length, info);
+  if (request == kCount) starts_from_counts(rows, ic);
+}
+
+}  // namespace qel::sparse
