@@ -21,11 +21,12 @@ namespace sparse = qel::sparse;
 namespace {
 
 // The checks get a call's letters and sizes in their order, those that aren't tested, too.
-int csradd_bad_argument(const char* transa, core_int request, core_int, core_int m, core_int n, core_int nzmax) {
+int csradd_bad_argument(const char* transa, core_int request, core_int, core_int m, core_int n,
+                        core_int nzmax) {
   return sparse::csradd_bad_argument(transa, request, m, n, nzmax);
 }
-int csrmultcsr_bad_argument(const char* transa, core_int request, core_int, core_int m, core_int n, core_int k,
-                            core_int nzmax) {
+int csrmultcsr_bad_argument(const char* transa, core_int request, core_int, core_int m, core_int n,
+                            core_int k, core_int nzmax) {
   return sparse::csrmultcsr_bad_argument(transa, request, m, n, k, nzmax);
 }
 
@@ -34,46 +35,65 @@ int csrmultcsr_bad_argument(const char* transa, core_int request, core_int, core
 extern "C" {
 
 void qel_dcsrgemv(const char* transa, const int* m, const double* a, const int* ia, const int* ja,
- const double* x, double* y) {
-  call_checked(__func__, core::dcsrgemv, sparse::csrgemv_bad_argument, transa, m, a, index_array{ia}, index_array{ja}, x, y);
+                  const double* x, double* y) {
+  call_checked(__func__, core::dcsrgemv, sparse::csrgemv_bad_argument, transa, m, a, index_array{ia},
+               index_array{ja}, x, y);
 }
 void qel_zcsrgemv(const char* transa, const int* m, const complex16* a, const int* ia, const int* ja,
- const complex16* x, complex16* y) {
-  call_checked(__func__, core::zcsrgemv, sparse::csrgemv_bad_argument, transa, m, a, index_array{ia}, index_array{ja}, x, y);
+                  const complex16* x, complex16* y) {
+  call_checked(__func__, core::zcsrgemv, sparse::csrgemv_bad_argument, transa, m, a, index_array{ia},
+               index_array{ja}, x, y);
 }
 void qel_dcsrmv(const char* transa, const int* m, const int* k, const double* alpha, const char* matdescra,
- const double* val, const int* indx, const int* pntrb, const int* pntre, const double* x, const double* beta, double* y) {
-  call_checked(__func__, core::dcsrmv, sparse::csrmv_bad_argument, transa, m, k, alpha, matdescra, val, index_array{indx}, index_array{pntrb}, index_array{pntre}, x, beta, y);
+                const double* val, const int* indx, const int* pntrb, const int* pntre, const double* x,
+                const double* beta, double* y) {
+  call_checked(__func__, core::dcsrmv, sparse::csrmv_bad_argument, transa, m, k, alpha, matdescra, val,
+               index_array{indx}, index_array{pntrb}, index_array{pntre}, x, beta, y);
 }
 void qel_zcsrmv(const char* transa, const int* m, const int* k, const complex16* alpha, const char* matdescra,
- const complex16* val, const int* indx, const int* pntrb, const int* pntre, const complex16* x, const complex16* beta, complex16* y) {
-  call_checked(__func__, core::zcsrmv, sparse::csrmv_bad_argument, transa, m, k, alpha, matdescra, val, index_array{indx}, index_array{pntrb}, index_array{pntre}, x, beta, y);
+                const complex16* val, const int* indx, const int* pntrb, const int* pntre, const complex16* x,
+                const complex16* beta, complex16* y) {
+  call_checked(__func__, core::zcsrmv, sparse::csrmv_bad_argument, transa, m, k, alpha, matdescra, val,
+               index_array{indx}, index_array{pntrb}, index_array{pntre}, x, beta, y);
 }
-void qel_dcsradd(const char* transa, const int* request, const int* sort, const int* m, const int* n, double* a,
- int* ja, const int* ia, const double* beta, double* b, int* jb, const int* ib, double* c, int* jc, int* ic, const int* nzmax, int* info) {
-  call_checked(__func__, core::dcsradd, csradd_bad_argument, transa, request, sort, m, n, a, ja, index_array{ia}, beta, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
+void qel_dcsradd(const char* transa, const int* request, const int* sort, const int* m, const int* n,
+                 double* a, int* ja, const int* ia, const double* beta, double* b, int* jb, const int* ib,
+                 double* c, int* jc, int* ic, const int* nzmax, int* info) {
+  call_checked(__func__, core::dcsradd, csradd_bad_argument, transa, request, sort, m, n, a, ja,
+               index_array{ia}, beta, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
 }
-void qel_zcsradd(const char* transa, const int* request, const int* sort, const int* m, const int* n, complex16* a,
- int* ja, const int* ia, const complex16* beta, complex16* b, int* jb, const int* ib, complex16* c, int* jc, int* ic, const int* nzmax, int* info) {
-  call_checked(__func__, core::zcsradd, csradd_bad_argument, transa, request, sort, m, n, a, ja, index_array{ia}, beta, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
+void qel_zcsradd(const char* transa, const int* request, const int* sort, const int* m, const int* n,
+                 complex16* a, int* ja, const int* ia, const complex16* beta, complex16* b, int* jb,
+                 const int* ib, complex16* c, int* jc, int* ic, const int* nzmax, int* info) {
+  call_checked(__func__, core::zcsradd, csradd_bad_argument, transa, request, sort, m, n, a, ja,
+               index_array{ia}, beta, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
 }
-void qel_dcsrmultcsr(const char* transa, const int* request, const int* sort, const int* m, const int* n, const int* k,
- double* a, int* ja, const int* ia, double* b, int* jb, const int* ib, double* c, int* jc, int* ic, const int* nzmax, int* info) {
-  call_checked(__func__, core::dcsrmultcsr, csrmultcsr_bad_argument, transa, request, sort, m, n, k, a, ja, index_array{ia}, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
+void qel_dcsrmultcsr(const char* transa, const int* request, const int* sort, const int* m, const int* n,
+                     const int* k, double* a, int* ja, const int* ia, double* b, int* jb, const int* ib,
+                     double* c, int* jc, int* ic, const int* nzmax, int* info) {
+  call_checked(__func__, core::dcsrmultcsr, csrmultcsr_bad_argument, transa, request, sort, m, n, k, a, ja,
+               index_array{ia}, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
 }
-void qel_zcsrmultcsr(const char* transa, const int* request, const int* sort, const int* m, const int* n, const int* k,
- complex16* a, int* ja, const int* ia, complex16* b, int* jb, const int* ib, complex16* c, int* jc, int* ic, const int* nzmax, int* info) {
-  call_checked(__func__, core::zcsrmultcsr, csrmultcsr_bad_argument, transa, request, sort, m, n, k, a, ja, index_array{ia}, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
+void qel_zcsrmultcsr(const char* transa, const int* request, const int* sort, const int* m, const int* n,
+                     const int* k, complex16* a, int* ja, const int* ia, complex16* b, int* jb, const int* ib,
+                     complex16* c, int* jc, int* ic, const int* nzmax, int* info) {
+  call_checked(__func__, core::zcsrmultcsr, csrmultcsr_bad_argument, transa, request, sort, m, n, k, a, ja,
+               index_array{ia}, b, jb, index_array{ib}, c, jc, ic, nzmax, info);
 }
-void qel_dcsrmultd(const char* transa, const int* m, const int* n, const int* k, const double* a, const int* ja,
- const int* ia, const double* b, const int* jb, const int* ib, double* c, const int* ldc) {
-  call_checked(__func__, core::dcsrmultd, sparse::csrmultd_bad_argument, transa, m, n, k, a, index_array{ja}, index_array{ia}, b, index_array{jb}, index_array{ib}, c, ldc);
+void qel_dcsrmultd(const char* transa, const int* m, const int* n, const int* k, const double* a,
+                   const int* ja, const int* ia, const double* b, const int* jb, const int* ib, double* c,
+                   const int* ldc) {
+  call_checked(__func__, core::dcsrmultd, sparse::csrmultd_bad_argument, transa, m, n, k, a, index_array{ja},
+               index_array{ia}, b, index_array{jb}, index_array{ib}, c, ldc);
 }
-void qel_zcsrmultd(const char* transa, const int* m, const int* n, const int* k, const complex16* a, const int* ja,
- const int* ia, const complex16* b, const int* jb, const int* ib, complex16* c, const int* ldc) {
-  call_checked(__func__, core::zcsrmultd, sparse::csrmultd_bad_argument, transa, m, n, k, a, index_array{ja}, index_array{ia}, b, index_array{jb}, index_array{ib}, c, ldc);
+void qel_zcsrmultd(const char* transa, const int* m, const int* n, const int* k, const complex16* a,
+                   const int* ja, const int* ia, const complex16* b, const int* jb, const int* ib,
+                   complex16* c, const int* ldc) {
+  call_checked(__func__, core::zcsrmultd, sparse::csrmultd_bad_argument, transa, m, n, k, a, index_array{ja},
+               index_array{ia}, b, index_array{jb}, index_array{ib}, c, ldc);
 }
-void qel_ddnscsr(const int* job, const int* m, const int* n, double* adns, const int* lda, double* acsr, int* ja, int* ia, int* info) {
+void qel_ddnscsr(const int* job, const int* m, const int* n, double* adns, const int* lda, double* acsr,
+                 int* ja, int* ia, int* info) {
   const auto bad_argument = [job](core_int rows, core_int columns, core_int ld) {
     return sparse::dnscsr_bad_argument(job, rows, columns, ld);
   };
@@ -81,7 +101,7 @@ void qel_ddnscsr(const int* job, const int* m, const int* n, double* adns, const
 }
 
 int qel_csr_check(const int* m, const int* n, const int* ia, const int* ja, const int* nnz, const int* base,
- char* text, const int* size) {
+                  char* text, const int* size) {
   const sparse::csr_findings findings = sparse::check_csr(*m, *n, ia, ja, *nnz, *base);
   if (text != nullptr && *size > 0) {
     std::string words;

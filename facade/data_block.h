@@ -9,6 +9,7 @@
 namespace Tavik::Kernel {
 
 // The entries' view of an element: complex numbers are the same bytes as the core's pairs.
+inline int* entry_pointer(int* p) { return p; }
 inline double* entry_pointer(double* p) { return p; }
 inline float* entry_pointer(float* p) { return p; }
 inline _QEL_Complex16* entry_pointer(Core::DoubleComplex* p) { return reinterpret_cast<_QEL_Complex16*>(p); }

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Operations on matrices in compressed sparse row form, with 32-bit indices as the caller holds them. The
-// three-array form (a, ja, ia) counts from 1, the four-array form (val, indx, pntrb, pntre) from the base that
-// matdescra names. Arguments have been checked. Called by the public entries; docstrings in qel/sparse.h.
+// three-array form (a, ja, ia) counts from 1, the four-array form (val, indx, pntrb, pntre) from the base
+// that matdescra names. Arguments have been checked. Called by the public entries; docstrings in
+// qel/sparse.h.
 #pragma once
 
 #include "service/core_types.h"

@@ -99,17 +99,17 @@ class merging_worker {
 template <class T>
 class marking_worker {
  public:
-  marking_worker(const csr_sum<T>& sum, core_int limit)
-      : sum_(sum), builder_(std::max(sum.a.columns, sum.b.columns), sum.jc, sum.c, limit) {}
+  marking_worker(const csr_sum<T>& sum, bool counts, core_int limit)
+      : sum_(sum), builder_(sum.a.columns, counts ? nullptr : sum.jc, sum.c, limit) {}
   bool there() const { return builder_.there(); }
 
   core_int count(core_int i) {
-    core_int entries = 0;
+    builder_.begin(0);
     for (const csr_matrix<T>* matrix : {&sum_.a, &sum_.b}) {
       const row_view<T> row = row_of(*matrix, i);
-      for (core_int p = 0; p < row.count; ++p) entries += builder_.is_new(row.columns[p], i + 1);
+      for (core_int p = 0; p < row.count; ++p) builder_.note(row.columns[p]);
     }
-    return entries;
+    return builder_.finish_count();
   }
   core_int build(core_int i, core_int position) {
     const row_view<T> a = row_of(sum_.a, i), b = row_of(sum_.b, i);
@@ -133,8 +133,8 @@ void csradd(const char* transa, core_int request, core_int sort, core_int m, cor
   const char letter = static_cast<char>(*transa & ~0x20);
   const char* name = kName[is_complex<T>];
   const bool sort_a = sort == 1 || sort == 3, sort_b = sort == 2 || sort == 3;
-  csr_sum<T> sum = {{m, n, a, ja, ia}, {m, n, b, jb, ib}, sort_a ? ja : nullptr, sort_b ? jb : nullptr,
-                    a,                 b,                 beta,                  jc, c};
+  csr_sum<T> sum = {
+      {m, n, a, ja, ia}, {m, n, b, jb, ib}, sort_a ? ja : nullptr, sort_b ? jb : nullptr, a, b, beta, jc, c};
   if (letter == 'N') {
     const int threads =
         threads_of_rows(serv_in_parallel() ? 1 : serv_threads_all(), request, /*transposed=*/false, m);
@@ -147,7 +147,7 @@ void csradd(const char* transa, core_int request, core_int sort, core_int m, cor
   if (!op_b.there()) return report_no_memory(name, kNameLength, info);
   sum.b = op_b.matrix();
   run_request(name, kNameLength, request, m, 1, ic, nzmax, info,
-              [&](core_int limit) { return marking_worker<T>(sum, limit); });
+              [&](core_int limit) { return marking_worker<T>(sum, request == kCount, limit); });
 }
 
 }  // namespace

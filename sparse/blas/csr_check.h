@@ -10,13 +10,13 @@ namespace qel::sparse {
 
 /// Kinds of findings, in the order of their bits in qel_csr_check's answer.
 enum csr_fault : int {
-  kBadSizes,       ///< a negative size, or a base other than 0 and 1
-  kBadRowStarts,   ///< a row starts before the one before it or outside the entries
-  kOtherBase,      ///< the indices make sense from 0 but not from 1, or the other way round
-  kOutOfRange,     ///< a column that the matrix doesn't have
-  kUnsorted,       ///< a row whose columns don't ascend
-  kDuplicate,      ///< a column twice in a row
-  kNoDiagonal,     ///< a row without an entry on the diagonal
+  kBadSizes,      ///< a negative size, or a base other than 0 and 1
+  kBadRowStarts,  ///< a row starts before the one before it or outside the entries
+  kOtherBase,     ///< the indices make sense from 0 but not from 1, or the other way round
+  kOutOfRange,    ///< a column that the matrix doesn't have
+  kUnsorted,      ///< a row whose columns don't ascend
+  kDuplicate,     ///< a column twice in a row
+  kNoDiagonal,    ///< a row without an entry on the diagonal
   kCsrFaults
 };
 

@@ -14,17 +14,17 @@ constexpr int kNameLength = 15;
 template <class T>
 class product_worker {
  public:
-  product_worker(const csr_matrix<T>& a, const csr_matrix<T>& b, int* jc, T* c, core_int limit)
-      : a_(a), b_(b), builder_(b.columns, jc, c, limit) {}
+  product_worker(const csr_matrix<T>& a, const csr_matrix<T>& b, bool counts, int* jc, T* c, core_int limit)
+      : a_(a), b_(b), builder_(b.columns, counts ? nullptr : jc, c, limit) {}
   bool there() const { return builder_.there(); }
 
   core_int count(core_int i) {
-    core_int entries = 0;
+    builder_.begin(0);
     for_each_pair(i, [&](core_int, core_int q) {
-      entries += builder_.is_new(b_.ja[q], i + 1);
+      builder_.note(b_.ja[q]);
       return true;
     });
-    return entries;
+    return builder_.finish_count();
   }
   core_int build(core_int i, core_int position) {
     builder_.begin(position);
@@ -61,8 +61,9 @@ void csrmultcsr(const char* transa, core_int request, core_int sort, core_int m,
   const auto run = [&](const csr_matrix<T>& left) {
     const int threads =
         threads_of_rows(serv_in_parallel() ? 1 : serv_threads_all(), request, transposed, c_rows);
-    run_request(name, kNameLength, request, c_rows, threads, ic, nzmax, info,
-                [&](core_int limit) { return product_worker<T>(left, right, jc, c, limit); });
+    run_request(name, kNameLength, request, c_rows, threads, ic, nzmax, info, [&](core_int limit) {
+      return product_worker<T>(left, right, request == kCount, jc, c, limit);
+    });
   };
   if (!transposed) return run({m, n, a, ja, ia});
   const transposed_copy<T> op_a({m, n, request == kCount ? nullptr : a, ja, ia}, letter == 'C');

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <bit>
+#include <cstdint>
 #include <utility>
 
 #include "blas/plain/scratch.h"
@@ -33,33 +35,11 @@ void sort_row(int* columns, T* values, core_int count) {
   }
 }
 
-/// The same for rows of different columns, where any method gives the same: long rows take a heap.
-template <class T>
-void sort_distinct_row(int* columns, T* values, core_int count) {
-  constexpr core_int kShort = 48;
-  if (count <= kShort || std::is_sorted(columns, columns + count)) return sort_row(columns, values, count);
-  const auto exchange = [&](core_int p, core_int q) {
-    std::swap(columns[p], columns[q]);
-    if (values != nullptr) std::swap(values[p], values[q]);
-  };
-  const auto sink = [&](core_int root, core_int length) {
-    for (core_int child; (child = 2 * root + 1) < length; root = child) {
-      if (child + 1 < length && columns[child] < columns[child + 1]) ++child;
-      if (columns[root] >= columns[child]) return;
-      exchange(root, child);
-    }
-  };
-  for (core_int root = count / 2; root-- > 0;) sink(root, count);
-  for (core_int last = count - 1; last > 0; --last) {
-    exchange(0, last);
-    sink(0, last);
-  }
-}
-
 /// Sorts all rows of a matrix as sort_row does.
 template <class T>
 void sort_rows(core_int rows, T* values, int* ja, const int* ia) {
-  for (core_int i = 0; i < rows; ++i) sort_row(ja + ia[i] - 1, values + ia[i] - 1, core_int{ia[i + 1]} - ia[i]);
+  for (core_int i = 0; i < rows; ++i)
+    sort_row(ja + ia[i] - 1, values + ia[i] - 1, core_int{ia[i + 1]} - ia[i]);
 }
 
 /// The transpose, its rows sorted by column, conjugated if wanted; entries of one place keep their order.
@@ -68,7 +48,11 @@ template <class T>
 class transposed_copy {
  public:
   transposed_copy(const csr_matrix<T>& a, bool conjugated)
-      : ia_(a.columns + 1), ja_(count(a)), values_(a.values != nullptr ? count(a) : 1), rows_(a.columns), columns_(a.rows) {
+      : ia_(a.columns + 1),
+        ja_(count(a)),
+        values_(a.values != nullptr ? count(a) : 1),
+        rows_(a.columns),
+        columns_(a.rows) {
     if (!there()) return;
     int* const start = ia_.get();
     std::fill_n(start, rows_ + 1, 0);
@@ -112,47 +96,84 @@ inline void starts_from_counts(core_int m, int* ic) {
   if (i < m) ic[i + 1] += ic[i];
 }
 
-/// Builds rows of a sparse result out of multiples of other rows: a marker per column holds the place of the
-/// entry that the column already has. Each finished row is sorted by column.
+/// Builds rows of a sparse result out of multiples of other rows: the sums of a row stand by column, a bit
+/// says which columns it has. Each finished row is sorted by column.
 template <class T>
 class row_builder {
  public:
-  /// Up to limit entries fit at jc and values. Without values only counts are wanted.
+  /// Up to limit entries fit at jc and values. Only for counting if jc is null.
   row_builder(core_int columns, int* jc, T* values, core_int limit)
-      : marker_(std::max<core_int>(columns, 1)), jc_(jc), values_(values), limit_(limit) {
-    if (there()) std::fill_n(marker_.get(), columns, 0);
+      : has_((columns >> 6) + 1),
+        sums_(jc != nullptr ? std::max<core_int>(columns, 1) : 1),
+        list_(jc != nullptr ? 1 : std::max<core_int>(columns, 1)),
+        jc_(jc != nullptr ? jc : list_.get()),
+        values_(values),
+        limit_(limit) {
+    if (there()) std::fill_n(has_.get(), (columns >> 6) + 1, 0);
   }
-  bool there() const { return marker_.get() != nullptr; }
+  bool there() const { return has_.get() != nullptr && sums_.get() != nullptr && list_.get() != nullptr; }
 
   /// The next row begins at entry position, from 0.
   void begin(core_int position) { start_ = end_ = position; }
   /// Adds to a column, from 1; false if there is no room for one more entry.
   bool add(int column, T value) {
-    int& place = marker_.get()[column - 1];
-    if (place != 0) {
-      values_[place - 1] += value;
+    T& sum = sums_.get()[column - 1];
+    if (had(column)) {
+      sum += value;
       return true;
     }
     if (end_ == limit_) return false;
-    jc_[end_] = column;
-    values_[end_] = value;
-    place = static_cast<int>(++end_);
+    jc_[end_++] = column;
+    sum = value;
     return true;
   }
   /// Ends the row; returns where the next one begins.
   core_int finish() {
-    for (core_int p = start_; p < end_; ++p) marker_.get()[jc_[p] - 1] = 0;
-    sort_distinct_row(jc_ + start_, values_ + start_, end_ - start_);
+    sort_columns();
+    for (core_int p = start_; p < end_; ++p) values_[p] = sums_.get()[jc_[p] - 1];
     return end_;
   }
 
-  /// Counting: whether this is the first time that the row, numbered from 1, has the column.
-  bool is_new(int column, core_int row) {
-    return std::exchange(marker_.get()[column - 1], static_cast<int>(row)) != static_cast<int>(row);
+  /// Counting: notes a column of the row.
+  void note(int column) {
+    if (!had(column)) jc_[end_++] = column;
+  }
+  /// Ends a counted row; returns the number of its columns.
+  core_int finish_count() {
+    for (core_int p = 0; p < end_; ++p) has_.get()[(jc_[p] - 1) >> 6] = 0;
+    return end_;
   }
 
  private:
-  plain::scratch<int> marker_;
+  /// Whether the row has the column already; it has it from now on.
+  bool had(int column) {
+    uint64_t& word = has_.get()[(column - 1) >> 6];
+    const uint64_t bit = uint64_t{1} << ((column - 1) & 63);
+    const bool before = (word & bit) != 0;
+    word |= bit;
+    return before;
+  }
+  /// Sorts the row's columns and clears their bits: reads them off the bits unless those lie too far apart.
+  void sort_columns() {
+    constexpr core_int kWordsPerEntry = 4;
+    if (start_ == end_) return;
+    const auto [least, greatest] = std::minmax_element(jc_ + start_, jc_ + end_);
+    const core_int first = (*least - 1) >> 6, last = (*greatest - 1) >> 6;
+    if (last - first > kWordsPerEntry * (end_ - start_)) {
+      for (core_int p = start_; p < end_; ++p) has_.get()[(jc_[p] - 1) >> 6] = 0;
+      std::sort(jc_ + start_, jc_ + end_);
+      return;
+    }
+    int* next = jc_ + start_;
+    for (core_int w = first; w <= last; ++w) {
+      for (uint64_t word = std::exchange(has_.get()[w], 0); word != 0; word &= word - 1)
+        *next++ = static_cast<int>(w << 6) + std::countr_zero(word) + 1;
+    }
+  }
+
+  plain::scratch<uint64_t> has_;
+  plain::scratch<T> sums_;
+  plain::scratch<int> list_;
   int* jc_;
   T* values_;
   core_int limit_, start_ = 0, end_ = 0;
@@ -181,8 +202,8 @@ constexpr int threads_of_rows(int threads, core_int request, bool transposed, co
 ///   count(row)              the number of entries of a row, from 0
 ///   build(row, position)    writes the row from entry position on; where the next begins, or -1 without room
 template <class Worker>
-void run_request(const char* name, int name_length, core_int request, core_int rows, int threads, 
-                 int* ic, core_int nzmax, int* info, const Worker& worker) {
+void run_request(const char* name, int name_length, core_int request, core_int rows, int threads, int* ic,
+                 core_int nzmax, int* info, const Worker& worker) {
   *info = 0;
   if (request == kBuild) {
     auto one = worker(nzmax);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Products of a CSR matrix and a vector: carries a plan out over the kernels of this process.
 #include <algorithm>
+#include <cstring>
 
 #include "blas/level1/level1.h"
 #include "blas/plain/scratch.h"
@@ -50,7 +51,7 @@ struct csr_product {
   const T* x;
   T* y;
   core_int result_rows;
-  typename csr_kernels<T>::product* plain;      ///< one of these two
+  typename csr_kernels<T>::product* plain;  ///< one of these two
   typename csr_kernels<T>::mirrored* mirrored;
 };
 
@@ -121,9 +122,7 @@ bool run_far_rows(const csr_product<T>& product, const csr_vector_plan& plan) {
   const plain::scratch<unsigned char> marks(plan.threads * blocks, kAlignment);
   if (all.get() == nullptr || marks.get() == nullptr) return false;
   std::fill_n(marks.get(), plan.threads * blocks, 0);
-  const auto far_of = [&](int t) {
-    return far_rows<T>{all.get() + t * padded, marks.get() + t * blocks};
-  };
+  const auto far_of = [&](int t) { return far_rows<T>{all.get() + t * padded, marks.get() + t * blocks}; };
 #pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
   for (int t = 0; t < plan.threads; ++t) {
     const far_rows<T> far = far_of(t);
@@ -148,14 +147,16 @@ bool run_far_rows(const csr_product<T>& product, const csr_vector_plan& plan) {
 template <class T>
 void run_product(const csr_product<T>& product, const csr_vector_plan& plan) {
   switch (plan.scheme) {
-    case csr_scheme::kRowBlocks: return run_row_blocks(product, plan);
+    case csr_scheme::kRowBlocks:
+      return run_row_blocks(product, plan);
     case csr_scheme::kAccumulators:
       if (run_accumulators(product, plan)) return;
       break;
     case csr_scheme::kFarRows:
       if (run_far_rows(product, plan)) return;
       break;
-    case csr_scheme::kSerial: break;
+    case csr_scheme::kSerial:
+      break;
   }
   run_rows(product, {0, product.matrix.last}, product.y);
 }
@@ -176,15 +177,24 @@ void choose(csr_product<T>& product, const csr_class& about, bool transposed, bo
   const csr_part part = triangle_part(about);
   const int triangle = (about.lower ? 0 : 2) + (about.unit ? 1 : 0);
   switch (about.kind) {
-    case 'S': product.mirrored = table.symmetric[kSame][triangle][conjugated]; break;
-    case 'H': product.mirrored = table.symmetric[kConjugated][triangle][transposed && !conjugated]; break;
+    case 'S':
+      product.mirrored = table.symmetric[kSame][triangle][conjugated];
+      break;
+    case 'H':
+      product.mirrored = table.symmetric[kConjugated][triangle][transposed && !conjugated];
+      break;
     case 'A':
       product.mirrored = table.symmetric[kOpposite][triangle][conjugated];
       if (transposed) product.alpha = T{} - product.alpha;
       break;
-    case 'T': product.plain = products[part][conjugated]; break;
-    case 'D': product.plain = products[about.unit ? kDiagonalUnit : kDiagonal][conjugated]; break;
-    default: product.plain = products[kWhole][conjugated];
+    case 'T':
+      product.plain = products[part][conjugated];
+      break;
+    case 'D':
+      product.plain = products[about.unit ? kDiagonalUnit : kDiagonal][conjugated];
+      break;
+    default:
+      product.plain = products[kWhole][conjugated];
   }
 }
 
@@ -197,18 +207,24 @@ csr_options options_of(const char* transa, const csr_class& about) {
   return {about, letter != 'N', letter == 'C'};
 }
 
-/// y += op(A) x, A rows by columns.
+/// y = alpha op(A) x, A rows by columns, or with add set y += alpha op(A) x.
 template <class T>
 void multiply(const csr_options& options, core_int rows, core_int columns, T alpha, const T* a,
-              const int* indx, const int* begin, const int* end, const T* x, T* y) {
-  if (rows < 1) return;
+              const int* indx, const int* begin, const int* end, const T* x, bool add, T* y) {
+  // Scattered products and those with accumulators add to zeros, the others write their rows.
+  const bool scatters = options.transposed && std::strchr("GTD", options.about.kind) != nullptr;
+  const core_int length = options.transposed ? columns : rows;
+  if (rows < 1) {
+    if (!add) std::fill_n(y, length, T{});
+    return;
+  }
   csr_product<T> product{};
-  product.matrix = {0, rows, indx, begin, end, options.about.base, columns};
+  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters};
   product.a = a;
   product.alpha = alpha;
   product.x = x;
   product.y = y;
-  product.result_rows = options.transposed ? columns : rows;
+  product.result_rows = length;
   choose(product, options.about, options.transposed, options.conjugated);
   const csr_vector_facts facts = {options.about.kind,
                                   options.transposed,
@@ -217,13 +233,17 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
                                   core_int{end[rows - 1]} - begin[0],
                                   serv_in_parallel() ? 1 : serv_threads_all(),
                                   serv_cpu_level() >= 5};
-  run_product(product, plan_csr_vector(facts));
+  const csr_vector_plan plan = plan_csr_vector(facts);
+  if (!add && (scatters || plan.scheme == csr_scheme::kAccumulators)) {
+    std::fill_n(y, length, T{});
+    product.matrix.overwrites = false;
+  }
+  run_product(product, plan);
 }
 
 template <class T>
 void csrgemv(const char* transa, core_int m, const T* a, const int* ia, const int* ja, const T* x, T* y) {
-  std::fill_n(y, m, T{});
-  multiply(options_of(transa, {}), m, m, from_real<T>(1), a, ja, ia, ia + 1, x, y);
+  multiply(options_of(transa, {}), m, m, from_real<T>(1), a, ja, ia, ia + 1, x, /*add=*/false, y);
 }
 
 void scale(const core_int* n, const double* beta, double* y) {
@@ -240,12 +260,9 @@ void csrmv(const char* transa, core_int m, core_int k, T alpha, const char* matd
            const int* indx, const int* pntrb, const int* pntre, const T* x, T beta, T* y) {
   const csr_options options = options_of(transa, decode_matdescra(matdescra));
   const core_int length = options.transposed ? k : m;
-  if (beta == T{}) {
-    std::fill_n(y, length, T{});
-  } else {
-    scale(&length, &beta, y);
-  }
-  multiply(options, m, k, alpha, val, indx, pntrb, pntre, x, y);
+  const bool add = !(beta == T{});
+  if (add) scale(&length, &beta, y);
+  multiply(options, m, k, alpha, val, indx, pntrb, pntre, x, add, y);
 }
 
 }  // namespace

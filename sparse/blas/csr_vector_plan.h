@@ -18,7 +18,7 @@ struct csr_vector_facts {
   char kind;        ///< as in csr_class
   bool transposed;  ///< T or C
   core_int rows, columns, entries;
-  int threads;       ///< as the thread policy has it, 1 inside a parallel region
+  int threads;  ///< as the thread policy has it, 1 inside a parallel region
   bool native;
 };
 

@@ -16,6 +16,7 @@ struct csr_slice {
   const int* end;
   int base;
   core_int column_count;  ///< for the ones of a unit diagonal: rows from here on have none
+  bool overwrites;        ///< gather, symmetric: the rows of y are written, else added to
 };
 
 /// Where a thread's rows of a symmetric matrix add what lies outside of them: far is an accumulator for all
@@ -27,8 +28,8 @@ struct far_rows {
   unsigned char* touched;
 };
 
-/// Which stored entries take part: all, the triangle with its diagonal, or the diagonal alone; a unit diagonal
-/// replaces what is stored there.
+/// Which stored entries take part: all, the triangle with its diagonal, or the diagonal alone; a unit
+/// diagonal replaces what is stored there.
 enum csr_part : int { kWhole, kLower, kLowerUnit, kUpper, kUpperUnit, kDiagonal, kDiagonalUnit, kCsrParts };
 
 /// How a triangle is mirrored: as it is (symmetric), conjugated (Hermitian), with its sign changed and no
@@ -37,21 +38,21 @@ enum csr_mirror : int { kSame, kConjugated, kOpposite, kCsrMirrors };
 
 template <class T>
 struct csr_kernels {
-  /// y += alpha * A * x, or with transposed access y += alpha * A^T * x (kGather, kScatter).
+  /// y += alpha * A * x, or transposed y += alpha * A^T * x.
   using product = void(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y);
   /// The same with the mirrored triangle. With far, only rows of the slice are added to in y.
   using mirrored = void(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y,
                         const far_rows<T>* far);
 
-  product* gather[kCsrParts][2];          ///< [part][stored values conjugated]
-  product* scatter[kCsrParts][2];         ///< the same for the transposed product
+  product* gather[kCsrParts][2];           ///< [part][stored values conjugated]
+  product* scatter[kCsrParts][2];          ///< the same for the transposed product
   mirrored* symmetric[kCsrMirrors][4][2];  ///< [mirror][lower, lower unit, upper, upper unit][conjugated]
 };
 
-#define QEL_CSR_LEVEL(level)                        \
-  namespace level {                                 \
-  extern const csr_kernels<double> csr_d;           \
-  extern const csr_kernels<complex16> csr_z;        \
+#define QEL_CSR_LEVEL(level)                 \
+  namespace level {                          \
+  extern const csr_kernels<double> csr_d;    \
+  extern const csr_kernels<complex16> csr_z; \
   }
 QEL_CSR_LEVEL(l0_generic)
 QEL_CSR_LEVEL(l4_avx)

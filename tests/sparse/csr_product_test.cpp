@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Sums, products and conversions of CSR matrices against dense ones, in exact arithmetic.
 #include "service/serv.h"
-#include "tests/support/in_child.h"
 #include "tests/sparse/support.h"
+#include "tests/support/in_child.h"
 
 namespace qel::test {
 namespace {
@@ -50,8 +50,8 @@ struct operation {
     return info;
   }
   csr<T> in_one_pass(int nzmax, int* info) {
-    csr<T> c{result_rows(), result_columns(), std::vector<int>(result_rows() + 1, -7), std::vector<int>(nzmax),
-             std::vector<T>(nzmax)};
+    csr<T> c{result_rows(), result_columns(), std::vector<int>(result_rows() + 1, -7),
+             std::vector<int>(nzmax), std::vector<T>(nzmax)};
     *info = (*this)(0, c.a.data(), c.ja.data(), c.ia.data(), nzmax);
     return c;
   }
@@ -179,15 +179,16 @@ TYPED_TEST(CsrProduct, SortsTheCallersRows) {
 TYPED_TEST(CsrProduct, UnsortedRowsMergeWrong) {
   using T = TypeParam;
   // Row 2 1 against row 1: column 1 of A is met too late.
-  operation<T> o{false, 'N', 0, {1, 2, {1, 3}, {2, 1}, {make<T>(5), make<T>(6)}}, {1, 2, {1, 2}, {1}, {make<T>(1)}}, 0};
+  operation<T> o{
+      false, 'N', 0, {1, 2, {1, 3}, {2, 1}, {make<T>(5), make<T>(6)}}, {1, 2, {1, 2}, {1}, {make<T>(1)}}, 0};
   const csr<T> c = o.in_two_passes();
   EXPECT_EQ(c.ja, (std::vector<int>{1, 2, 1}));
 }
 
 TYPED_TEST(CsrProduct, ZeroSumsStay) {
   using T = TypeParam;
-  operation<T> o{false, 'N', 0, {1, 1, {1, 2}, {1}, {make<T>(5)}}, {1, 1, {1, 2}, {1}, {make<T>(-5)}}, 0,
-                 make<T>(1)};
+  operation<T> o{false, 'N',       0, {1, 1, {1, 2}, {1}, {make<T>(5)}}, {1, 1, {1, 2}, {1}, {make<T>(-5)}},
+                 0,     make<T>(1)};
   const csr<T> c = o.in_two_passes();
   ASSERT_EQ(c.ja.size(), 1u);
   EXPECT_EQ(widen(c.a[0]), reference());

@@ -70,7 +70,8 @@ csr<T> make_csr(pattern kind, int rows, int columns, unsigned seed) {
       const int tries = static_cast<int>(random() % 9);
       for (int t = 0; t < tries; ++t) {
         const int j = static_cast<int>(random() % static_cast<unsigned>(columns));
-        if (kind == pattern::duplicates || std::find(row.begin(), row.end(), j) == row.end()) row.push_back(j);
+        if (kind == pattern::duplicates || std::find(row.begin(), row.end(), j) == row.end())
+          row.push_back(j);
       }
       if (kind == pattern::sorted) std::sort(row.begin(), row.end());
     }
