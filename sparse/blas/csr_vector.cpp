@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Products of a CSR matrix and a vector: carries a plan out over the kernels of this process.
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "blas/level1/level1.h"
@@ -207,6 +208,23 @@ csr_options options_of(const char* transa, const csr_class& about) {
   return {about, letter != 'N', letter == 'C'};
 }
 
+/// How many entries lie in rows of other threads, estimated from a sample: an entry d rows off the diagonal
+/// does so with probability d over the rows of a thread.
+double far_share_of(const csr_slice& matrix, int threads) {
+  constexpr core_int kSample = 64;
+  const core_int rows = matrix.last, step = std::max<core_int>(rows / kSample, 1),
+                 per_thread = rows / threads;
+  core_int entries = 0;
+  double far = 0;
+  for (core_int i = 0; i < rows; i += step) {
+    for (core_int p = matrix.begin[i] - matrix.base; p < matrix.end[i] - matrix.base; ++p, ++entries) {
+      const core_int off = std::abs(matrix.columns[p] - matrix.base - i);
+      far += std::min(1.0, static_cast<double>(off) / static_cast<double>(per_thread));
+    }
+  }
+  return entries != 0 ? far / static_cast<double>(entries) : 0;
+}
+
 /// y = alpha op(A) x, A rows by columns, or with add set y += alpha op(A) x.
 template <class T>
 void multiply(const csr_options& options, core_int rows, core_int columns, T alpha, const T* a,
@@ -226,14 +244,18 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
   product.y = y;
   product.result_rows = length;
   choose(product, options.about, options.transposed, options.conjugated);
-  const csr_vector_facts facts = {options.about.kind,
-                                  options.transposed,
-                                  rows,
-                                  columns,
-                                  core_int{end[rows - 1]} - begin[0],
-                                  serv_in_parallel() ? 1 : serv_threads_all(),
-                                  serv_cpu_level() >= 5};
-  const csr_vector_plan plan = plan_csr_vector(facts);
+  csr_vector_facts facts = {options.about.kind,
+                            options.transposed,
+                            rows,
+                            columns,
+                            core_int{end[rows - 1]} - begin[0],
+                            serv_in_parallel() ? 1 : serv_threads_all(),
+                            serv_cpu_level() >= 5};
+  csr_vector_plan plan = plan_csr_vector(facts);
+  if (plan.scheme == csr_scheme::kFarRows) {
+    facts.far_share = far_share_of(product.matrix, facts.threads);
+    plan = plan_csr_vector(facts);
+  }
   if (!add && (scatters || plan.scheme == csr_scheme::kAccumulators)) {
     std::fill_n(y, length, T{});
     product.matrix.overwrites = false;

@@ -13,14 +13,19 @@ constexpr core_int kNativeThreadEntries = 30000;
 // A transposed product with results per thread moves three more numbers per column and thread.
 constexpr core_int kEntriesPerAccumulator = 6;
 
+// From here on telling far rows from near ones costs more than whole accumulators.
+constexpr double kManyFarRows = 1.0 / 16;
+
 char upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
 
 bool is_mirrored(char kind) { return std::strchr("SHA", kind) != nullptr; }
 
 csr_vector_plan native_plan(const csr_vector_facts& facts) {
   if (facts.entries < kNativeThreadEntries) return {};
-  if (is_mirrored(facts.kind))
-    return {csr_scheme::kFarRows, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};
+  if (is_mirrored(facts.kind)) {
+    const auto scheme = facts.far_share > kManyFarRows ? csr_scheme::kAccumulators : csr_scheme::kFarRows;
+    return {scheme, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};
+  }
   if (!facts.transposed) return {csr_scheme::kRowBlocks, facts.threads, /*even_entries=*/true, false};
   if (facts.entries < kEntriesPerAccumulator * facts.columns * facts.threads) return {};
   return {csr_scheme::kAccumulators, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};

@@ -20,6 +20,8 @@ struct csr_vector_facts {
   core_int rows, columns, entries;
   int threads;  ///< as the thread policy has it, 1 inside a parallel region
   bool native;
+  double far_share =
+      0;  ///< native, symmetric: entries that lie a thread's share of the rows off the diagonal
 };
 
 enum class csr_scheme {

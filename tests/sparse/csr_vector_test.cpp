@@ -107,15 +107,16 @@ TYPED_TEST(CsrVector, MeansWhatTheDescriptionSays) {
   }
 }
 
-TYPED_TEST(CsrVector, ManyRowsOnSeveralThreads) {
-  using T = TypeParam;
-  // Above the sizes where the accumulators are added by all threads and the native plans take threads.
+/// Above the sizes where the accumulators are added by all threads and the native plans take threads. Half of
+/// the entries lie up to reach rows off the diagonal.
+template <class T>
+void check_many_rows(int reach) {
   const int n = 100003;
   csr<T> a{n, n, {1}, {}, {}};
   std::mt19937 random(5);
   for (int i = 0; i < n; ++i) {
     for (int t = 0; t < 4; ++t) {
-      a.ja.push_back(1 + static_cast<int>(t < 2 ? random() % n : (i + t) % n));
+      a.ja.push_back(1 + (i + (t < 2 ? static_cast<int>(random() % static_cast<unsigned>(reach)) : t)) % n);
       a.a.push_back(exact_value<T>(random));
     }
     a.ia.push_back(static_cast<int>(a.ja.size()) + 1);
@@ -137,6 +138,10 @@ TYPED_TEST(CsrVector, ManyRowsOnSeveralThreads) {
       }
     }
   }
+}
+TYPED_TEST(CsrVector, ManyRowsOnSeveralThreads) {
+  check_many_rows<TypeParam>(100003);
+  check_many_rows<TypeParam>(900);
 }
 
 TYPED_TEST(CsrVector, RowStartsNeedNotAscend) {
@@ -223,6 +228,8 @@ TEST(CsrVectorPlan, Table) {
       {{'G', false, 100, 100, 29999, 4, true}, serial, 1, false, false},
       {{'G', false, 100, 100, 30000, 4, true}, blocks, 4, true, false},
       {{'S', false, 100, 100, 30000, 4, true}, far, 4, true, true},
+      {{'S', false, 100, 100, 30000, 4, true, 0.0625}, far, 4, true, true},
+      {{'S', false, 100, 100, 30000, 4, true, 0.063}, sums, 4, true, true},
       {{'S', false, 4, 4, 30000, 4, true}, serial, 1, false, false},
       {{'G', true, 100, 1250, 30000, 4, true}, sums, 4, true, true},
       {{'G', true, 100, 1251, 30000, 4, true}, serial, 1, false, false},

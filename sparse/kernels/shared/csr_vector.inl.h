@@ -124,15 +124,18 @@ void scatter(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y
   }
 }
 
-/// The accumulator's element for row j; zeroes its block at the first use.
 template <class T>
-[[gnu::noinline]] T& far_row(const far_rows<T>& far, core_int j) {
+[[gnu::noinline, gnu::cold]] void zero_block(const far_rows<T>& far, core_int block) {
+  far.touched[block] = 1;
+  T* const start = far.far + (block << kFarBlockBits);
+  for (int k = 0; k < 1 << kFarBlockBits; ++k) start[k] = T{};
+}
+/// The accumulator's element for row j, whose block is zeroed at its first use.
+template <class T>
+[[gnu::always_inline]] inline T& far_row(const far_rows<T>& far, core_int j) {
   const core_int block = j >> kFarBlockBits;
-  if (!far.touched[block]) {
-    far.touched[block] = 1;
-    T* const start = far.far + (block << kFarBlockBits);
-    for (int k = 0; k < 1 << kFarBlockBits; ++k) start[k] = T{};
-  }
+  if (!far.touched[block]) [[unlikely]]
+    zero_block(far, block);
   return far.far[j];
 }
 
