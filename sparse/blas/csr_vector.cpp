@@ -237,25 +237,27 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
     return;
   }
   csr_product<T> product{};
-  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters};
+  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters, false};
   product.a = a;
   product.alpha = alpha;
   product.x = x;
   product.y = y;
   product.result_rows = length;
   choose(product, options.about, options.transposed, options.conjugated);
-  csr_vector_facts facts = {options.about.kind,
-                            options.transposed,
-                            rows,
-                            columns,
-                            core_int{end[rows - 1]} - begin[0],
-                            serv_in_parallel() ? 1 : serv_threads_all(),
-                            serv_cpu_level() >= 5};
+  int caches[5];
+  serv_native_cache_sizes(caches);
+  const core_int entries = core_int{end[rows - 1]} - begin[0];
+  const core_int bytes = entries * static_cast<core_int>(sizeof(T) + sizeof(int));
+  const int threads = serv_in_parallel() ? 1 : serv_threads_all();
+  csr_vector_facts facts = {
+      options.about.kind, options.transposed, rows, columns, entries, threads, serv_cpu_level() >= 5, bytes,
+      caches[2]};
   csr_vector_plan plan = plan_csr_vector(facts);
   if (plan.scheme == csr_scheme::kFarRows) {
     facts.far_share = far_share_of(product.matrix, facts.threads);
     plan = plan_csr_vector(facts);
   }
+  product.matrix.streams = plan.streams;
   if (!add && (scatters || plan.scheme == csr_scheme::kAccumulators)) {
     std::fill_n(y, length, T{});
     product.matrix.overwrites = false;

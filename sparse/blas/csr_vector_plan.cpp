@@ -42,7 +42,9 @@ csr_class decode_matdescra(const char* matdescra) {
   return result;
 }
 
-csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
+namespace {
+
+csr_vector_plan shared_plan(const csr_vector_facts& facts) {
   const bool mirrored = is_mirrored(facts.kind);
   if (facts.threads < 2 || facts.kind == 'D') return {};
   if (mirrored && facts.rows <= facts.threads) return {};
@@ -50,6 +52,14 @@ csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
   if (mirrored) return {csr_scheme::kAccumulators, facts.threads, false, facts.rows >= kSharedSumRows};
   if (facts.transposed) return {};
   return {csr_scheme::kRowBlocks, facts.threads, false, false};
+}
+
+}  // namespace
+
+csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
+  csr_vector_plan plan = shared_plan(facts);
+  plan.streams = facts.bytes > facts.second_cache;
+  return plan;
 }
 
 }  // namespace qel::sparse

@@ -20,6 +20,7 @@ struct csr_vector_facts {
   core_int rows, columns, entries;
   int threads;  ///< as the thread policy has it, 1 inside a parallel region
   bool native;
+  core_int bytes = 0, second_cache = 0;  ///< of values and columns; 0: unknown
   double far_share =
       0;  ///< native, symmetric: entries that lie a thread's share of the rows off the diagonal
 };
@@ -36,6 +37,7 @@ struct csr_vector_plan {
   int threads = 1;
   bool even_entries = false;  ///< the threads' rows are chosen by entries, else by count
   bool shared_sum = false;    ///< the accumulators are added by all threads
+  bool streams = false;       ///< kernels ask for the matrix ahead
 };
 
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts);

@@ -228,8 +228,8 @@ TEST(CsrVectorPlan, Table) {
       {{'G', false, 100, 100, 29999, 4, true}, serial, 1, false, false},
       {{'G', false, 100, 100, 30000, 4, true}, blocks, 4, true, false},
       {{'S', false, 100, 100, 30000, 4, true}, far, 4, true, true},
-      {{'S', false, 100, 100, 30000, 4, true, 0.0625}, far, 4, true, true},
-      {{'S', false, 100, 100, 30000, 4, true, 0.063}, sums, 4, true, true},
+      {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.0625}, far, 4, true, true},
+      {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.063}, sums, 4, true, true},
       {{'S', false, 4, 4, 30000, 4, true}, serial, 1, false, false},
       {{'G', true, 100, 1250, 30000, 4, true}, sums, 4, true, true},
       {{'G', true, 100, 1251, 30000, 4, true}, serial, 1, false, false},
@@ -243,6 +243,8 @@ TEST(CsrVectorPlan, Table) {
     EXPECT_EQ(plan.even_entries, row.even) << line;
     EXPECT_EQ(plan.shared_sum, row.shared) << line;
   }
+  EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 1024}).streams);
+  EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 1024}).streams);
 }
 
 TEST(CsrChecks, FirstBadArgument) {

@@ -48,6 +48,22 @@ template <class E>
 // Below, the start and the end of four sums cost more than they save.
 constexpr core_int kLongRow = 10;
 
+/// Asks for what the next rows will read: processors follow many short streams late.
+template <class T>
+[[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns) {
+  constexpr uintptr_t kAhead = 1024;
+  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(a) + kAhead), _MM_HINT_T0);
+  _mm_prefetch(
+      reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(columns) + kAhead * sizeof(int) / sizeof(T)),
+      _MM_HINT_T0);
+}
+/// The same for a whole row.
+template <class T>
+[[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns, core_int count) {
+  constexpr core_int kPerLine = 64 / sizeof(T);
+  for (core_int p = 0; p < count; p += kPerLine) ask_ahead(a + p, columns + p);
+}
+
 constexpr bool is_unit(csr_part part) {
   return part == kLowerUnit || part == kUpperUnit || part == kDiagonalUnit;
 }
@@ -89,8 +105,10 @@ void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y)
   const core_int base = rows->base;
   const T* const based_x = rebased(x, base);
   const int* const columns = rows->columns;
+  const bool streams = rows->streams;
   for (core_int i = rows->first; i < rows->last; ++i) {
     const core_int begin = rows->begin[i] - base, end = rows->end[i] - base;
+    if (streams) ask_ahead(a + begin, columns + begin, end - begin);
     T sum{};
     if constexpr (kPart == kWhole) {
       sum = row_sum<kConjugate>(a + begin, columns + begin, end - begin, based_x);
@@ -154,7 +172,7 @@ void symmetric_rows(const csr_slice* rows, const T* a, const T* alpha, const T* 
   const core_int base = rows->base, slice_first = rows->first + base, slice_last = rows->last + base;
   const int* const columns = rebased(rows->columns, base);
   const int *const begin = rebased(rows->begin, base), *const end = rebased(rows->end, base);
-  const bool overwrites = rows->overwrites;
+  const bool overwrites = rows->overwrites, streams = rows->streams;
   const T scale = *alpha;
   a = rebased(a, base);
   x = rebased(x, base);
@@ -180,6 +198,7 @@ void symmetric_rows(const csr_slice* rows, const T* a, const T* alpha, const T* 
     };
     core_int p = begin[i];
     const core_int last = end[i];
+    if (streams) ask_ahead(a + p, columns + p, last - p);
     for (; last - p >= kLongRow; p += 4) {
       const core_int j0 = columns[p], j1 = columns[p + 1], j2 = columns[p + 2], j3 = columns[p + 3];
       if (!(inside(j0) & inside(j1) & inside(j2) & inside(j3))) break;
