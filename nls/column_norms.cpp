@@ -15,8 +15,13 @@ int threads_for_norms(int m, int n, int threads) {
 }
 
 void column_norms(int m, int n, const double* a, double* norms, int threads) {
-#pragma omp parallel for num_threads(threads) schedule(static) if (threads > 1)
-  for (int j = 0; j < n; ++j) norms[j] = norm(m, a + static_cast<core_int>(j) * m);
+  const auto one = [&](int j) { norms[j] = norm(m, a + static_cast<core_int>(j) * m); };
+  if (threads < 2) {  // a region of one thread would still dismiss the others
+    for (int j = 0; j < n; ++j) one(j);
+    return;
+  }
+#pragma omp parallel for num_threads(threads) schedule(static)
+  for (int j = 0; j < n; ++j) one(j);
 }
 
 }  // namespace qel::nls

@@ -221,13 +221,9 @@ void run_request(const char* name, int name_length, core_int request, core_int r
     return;
   }
   std::atomic<bool> memory{true};
-#pragma omp parallel for num_threads(threads) schedule(static, 1) if (threads > 1)
-  for (int t = 0; t < threads; ++t) {
+  const auto run_block = [&](int t) {
     auto one = worker(kUnlimited);
-    if (!one.there()) {
-      memory.store(false, std::memory_order_relaxed);
-      continue;
-    }
+    if (!one.there()) return memory.store(false, std::memory_order_relaxed);
     const row_range own = rows_of(rows, threads, t);
     for (core_int i = own.first; i < own.last; ++i) {
       if (request == kCount) {
@@ -236,6 +232,12 @@ void run_request(const char* name, int name_length, core_int request, core_int r
         one.build(i, ic[i] - 1);
       }
     }
+  };
+  if (threads < 2) {
+    run_block(0);
+  } else {
+#pragma omp parallel for num_threads(threads) schedule(static, 1)
+    for (int t = 0; t < threads; ++t) run_block(t);
   }
   if (!memory.load(std::memory_order_relaxed)) return report_no_memory(name, name_length, info);
   if (request == kCount) starts_from_counts(rows, ic);

@@ -106,12 +106,15 @@ bool run_accumulators(const csr_product<T>& product, const csr_vector_plan& plan
     std::fill_n(sums + t * n, n, T{});
     run_rows(product, share(product, plan, t), sums + t * n);
   }
-  const int adders = plan.shared_sum ? plan.threads : 1;
-#pragma omp parallel for num_threads(adders) schedule(static, 1) if (adders > 1)
-  for (int part = 0; part < adders; ++part) {
-    const row_range rows = rows_of(n, adders, part);
+  const auto add_rows = [&](row_range rows) {
     for (int t = 0; t < plan.threads; ++t)
       for (core_int i = rows.first; i < rows.last; ++i) product.y[i] += sums[t * n + i];
+  };
+  if (plan.shared_sum) {
+#pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
+    for (int part = 0; part < plan.threads; ++part) add_rows(rows_of(n, plan.threads, part));
+  } else {
+    add_rows({0, n});
   }
   return true;
 }
