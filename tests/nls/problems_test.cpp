@@ -42,7 +42,8 @@ const exceptions kClassicExceptions = {{"Powell badly scaled", {100}},
                                        {"Kowalik-Osborne", {10}},
                                        {"Osborne 1", {10, 100}},
                                        {"Osborne 2", {10}},
-                                       {"Brown almost linear", {100}}};
+                                       {"Brown almost linear", {100}},
+                                       {"Chebyquad 8", {10}}};
 const exceptions kModernExceptions = {{"Powell badly scaled", {100}},
                                       {"Beale", {10, 100}},
                                       {"Jennrich-Sampson", {10, 100}},
