@@ -12,44 +12,10 @@
 #include "lapack/factor/getrf.h"
 #include "lapack/factor/potrf.h"
 #include "lapack/lapack.h"
-#include "service/complex_arithmetic.h"
+#include "tests/lapack/matrices.h"
 
 namespace qel::lapack {
 namespace {
-
-template <class T>
-struct matrix {
-  core_int m, n, lda;
-  std::vector<T> cells;
-
-  matrix(core_int rows, core_int columns, core_int beyond = 3)
-      : m(rows), n(columns), lda(rows + beyond), cells(static_cast<size_t>(lda * columns)) {}
-  T* data() { return cells.data(); }
-  T& operator()(core_int i, core_int j) { return cells[static_cast<size_t>(i + j * lda)]; }
-  const T& operator()(core_int i, core_int j) const { return cells[static_cast<size_t>(i + j * lda)]; }
-};
-
-template <class T>
-matrix<T> random_matrix(core_int m, core_int n, unsigned seed) {
-  std::mt19937 generator(seed);
-  std::uniform_real_distribution<double> uniform(-1, 1);
-  matrix<T> a(m, n);
-  for (T& cell : a.cells) {
-    cell = from_real<T>(static_cast<real_of<T>>(uniform(generator)));
-    if constexpr (is_complex<T>) cell.imag = static_cast<real_of<T>>(uniform(generator));
-  }
-  return a;
-}
-/// Hermitian with a heavy diagonal; the imaginary parts there are noise that must not be read.
-template <class T>
-matrix<T> positive_matrix(core_int n, unsigned seed) {
-  matrix<T> a = random_matrix<T>(n, n, seed);
-  for (core_int j = 0; j < n; ++j) {
-    a(j, j) = a(j, j) + from_real<T>(static_cast<real_of<T>>(n));
-    for (core_int i = 0; i < j; ++i) a(i, j) = conj(a(j, i));
-  }
-  return a;
-}
 
 using wide = std::complex<double>;
 template <class T>
@@ -119,7 +85,6 @@ lu_plan tasks_of(int threads, core_int block, core_int group, core_int lookahead
 
 template <class T>
 class factors : public testing::Test {};
-using element_types = testing::Types<float, double, complex8, complex16>;
 TYPED_TEST_SUITE(factors, element_types);
 
 TYPED_TEST(factors, lu_of_every_shape_and_path) {
