@@ -3,7 +3,7 @@ set(qel_lapack_left_out xerbla.o xerbla_array.o second_INT_ETIME.o dsecnd_INT_ET
 # Kept under another name: the library's own routines go on to them, for each slice or where there is no memory.
 set(qel_lapack_kept)
 foreach(type s d c z)
-  foreach(routine getrf getrf2 potrf potrf2)
+  foreach(routine getrf getrf2 getri getrs lauum potrf potrf2 potrs trtri)
     list(APPEND qel_lapack_left_out ${type}${routine}.o)
   endforeach()
   foreach(routine gttrs pttrs pptrs sptrs gbtrs pbtrs tptrs)

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <limits>
 #include <random>
 #include <vector>
@@ -16,16 +15,6 @@
 
 namespace qel::lapack {
 namespace {
-
-using wide = std::complex<double>;
-template <class T>
-wide widened(T value) {
-  if constexpr (is_complex<T>) {
-    return {value.real, value.imag};
-  } else {
-    return value;
-  }
-}
 
 /// Largest column sum of |difference| over that of |a|, in units of n eps.
 template <class T, class Product>
@@ -176,6 +165,27 @@ TYPED_TEST(factors, lu_of_a_singular_matrix_names_the_first_zero_pivot) {
           threads == 1 ? lu_plan{lu_path::recursive, 1, 0, 0, 0, ""} : tasks_of(threads, 16, 2, 2);
       EXPECT_EQ(factor_lu_as_planned(plan, n, n, f.data(), f.lda, pivots.data()), zero);
       EXPECT_LT(lu_residual(a, f, pivots), kMostResidual);
+    }
+  }
+}
+
+TYPED_TEST(factors, lu_in_panels_with_room_for_few_pivots) {
+  using T = TypeParam;
+  const core_int shapes[][2] = {{1, 1}, {60, 60}, {50, 90}, {90, 50}, {40, 40}};
+  for (const auto& [m, n] : shapes) {
+    matrix<T> a = random_matrix<T>(m, n, 5);
+    for (core_int i = 0; i < m; ++i) a(i, n / 2) = a(i, n - 1) = T{};
+    matrix<T> f = a;
+    std::vector<core_int> pivots(static_cast<size_t>(std::min(m, n))), few(20);
+    const core_int zero = factor_lu_in_panels(m, n, f.data(), f.lda, few.data(), 20,
+                                              [&](core_int first, core_int count, const core_int* from) {
+                                                for (core_int i = first; i < first + count; ++i) {
+                                                  pivots[static_cast<size_t>(i)] = from[i - first] + first;
+                                                }
+                                              });
+    EXPECT_EQ(zero, n / 2 < m ? n / 2 + 1 : 0) << m << ' ' << n;
+    if (n > 1) {
+      EXPECT_LT(lu_residual(a, f, pivots), kMostResidual) << m << ' ' << n;
     }
   }
 }

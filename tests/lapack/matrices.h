@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <complex>
 #include <random>
 #include <vector>
 
@@ -47,6 +48,16 @@ matrix<T> positive_matrix(core_int n, unsigned seed) {
     for (core_int i = 0; i < j; ++i) a(i, j) = conj(a(j, i));
   }
   return a;
+}
+
+using wide = std::complex<double>;
+template <class T>
+wide widened(T value) {
+  if constexpr (is_complex<T>) {
+    return {value.real, value.imag};
+  } else {
+    return value;
+  }
 }
 
 /// This many threads for all calls while it lives, whatever the machine has.

@@ -19,9 +19,9 @@ TEST(split_plan, slices_by_facts) {
     double work;
     int threads, slices;
   } const rows[] = {
-      {100, 50, 1e4, 1, 1},     {100, 1, 1e9, 8, 1},      {100, 0, 1e9, 8, 1},
-      {100, 50, 1e4, 8, 8},     {100, 5, 1e5, 8, 5},      // no more slices than columns
-      {100, 50, 1e3, 8, 1},     {100, 50, 2e3, 8, 3},     // by the work there is
+      {100, 50, 1e4, 1, 1}, {100, 1, 1e9, 8, 1},  {100, 0, 1e9, 8, 1},
+      {100, 50, 1e4, 8, 8}, {100, 5, 1e5, 8, 5},   // no more slices than columns
+      {100, 50, 1e3, 8, 1}, {100, 50, 2e3, 8, 3},  // by the work there is
       {0, 50, 0, 8, 1},
   };
   for (const auto& row : rows) {
@@ -64,25 +64,25 @@ struct data {
   }
 };
 
-#define QEL_CASE(routine, ...)                                                                          \
-  cases.push_back({#routine, [=, &d](const core_int* nrhs, T* b, const core_int* ldb) {                     \
-                     core_int info = -77;                                                               \
-                     core::qel_core_##routine##_(__VA_ARGS__);                                          \
-                     return info;                                                                       \
+#define QEL_CASE(routine, ...)                                                          \
+  cases.push_back({#routine, [=, &d](const core_int* nrhs, T* b, const core_int* ldb) { \
+                     core_int info = -77;                                               \
+                     core::qel_core_##routine##_(__VA_ARGS__);                          \
+                     return info;                                                       \
                    }})
-#define QEL_CASES(s)                                                                                    \
-  for (const char* turned : {"N", "T", "C"}) {                                                          \
-    QEL_CASE(s##gttrs, turned, &n, nrhs, d.a.data(), d.a.data() + n, d.a.data() + 2 * n,                \
-             d.a.data() + 3 * n, d.near.data(), b, ldb, &info, 1);                                      \
-    QEL_CASE(s##gbtrs, turned, &n, &band, &band, nrhs, d.a.data(), &lda, d.near.data(), b, ldb, &info, 1); \
-    QEL_CASE(s##tptrs, "L", turned, "N", &n, nrhs, d.packed.data(), b, ldb, &info, 1, 1, 1);            \
-  }                                                                                                     \
-  QEL_CASE(s##pptrs, "L", &n, nrhs, d.packed.data(), b, ldb, &info, 1);                                 \
-  QEL_CASE(s##sptrs, "L", &n, nrhs, d.packed.data(), d.plain.data(), b, ldb, &info, 1);                 \
+#define QEL_CASES(s)                                                                                         \
+  for (const char* turned : {"N", "T", "C"}) {                                                               \
+    QEL_CASE(s##gttrs, turned, &n, nrhs, d.a.data(), d.a.data() + n, d.a.data() + 2 * n, d.a.data() + 3 * n, \
+             d.near.data(), b, ldb, &info, 1);                                                               \
+    QEL_CASE(s##gbtrs, turned, &n, &band, &band, nrhs, d.a.data(), &lda, d.near.data(), b, ldb, &info, 1);   \
+    QEL_CASE(s##tptrs, "L", turned, "N", &n, nrhs, d.packed.data(), b, ldb, &info, 1, 1, 1);                 \
+  }                                                                                                          \
+  QEL_CASE(s##pptrs, "L", &n, nrhs, d.packed.data(), b, ldb, &info, 1);                                      \
+  QEL_CASE(s##sptrs, "L", &n, nrhs, d.packed.data(), d.plain.data(), b, ldb, &info, 1);                      \
   QEL_CASE(s##pbtrs, "L", &n, &band, nrhs, d.a.data(), &lda, b, ldb, &info, 1)
-#define QEL_COMPLEX_CASES(s)                                                                       \
-  QEL_CASES(s);                                                                                    \
-  QEL_CASE(s##hptrs, "L", &n, nrhs, d.packed.data(), d.plain.data(), b, ldb, &info, 1);            \
+#define QEL_COMPLEX_CASES(s)                                                            \
+  QEL_CASES(s);                                                                         \
+  QEL_CASE(s##hptrs, "L", &n, nrhs, d.packed.data(), d.plain.data(), b, ldb, &info, 1); \
   QEL_CASE(s##pttrs, "U", &n, nrhs, d.diagonal.data(), d.a.data(), b, ldb, &info, 1)
 
 /// The cases refer to d, which must outlive them.
