@@ -9,7 +9,28 @@
 
 namespace qel::lapack {
 
-#define QEL_CALLS(T, letter, turned, ger_name, herk_name)                                                    \
+#define QEL_CALLS(T, letter, turned, ger_name, gerc_name, herk_name, norm_name)                              \
+  inline real_of<T> norm(core_int n, const T* x) {                                                           \
+    const core_int one = 1;                                                                                  \
+    return core::norm_name(&n, x, &one);                                                                     \
+  }                                                                                                          \
+  /* y += alpha x */                                                                                         \
+  inline void axpy(core_int n, T alpha, const T* x, T* y) {                                                  \
+    const core_int one = 1;                                                                                  \
+    core::letter##axpy(&n, &alpha, x, &one, y, &one);                                                        \
+  }                                                                                                          \
+  /* y = A**H x */                                                                                           \
+  inline void turned_times(core_int m, core_int n, const T* a, core_int lda, const T* x, T* y) {             \
+    const core_int one = 1;                                                                                  \
+    const T plus = from_real<T>(1), zero{};                                                                  \
+    const char trans = turned;                                                                               \
+    core::letter##gemv(&trans, &m, &n, &plus, a, &lda, x, &one, &zero, y, &one);                             \
+  }                                                                                                          \
+  /* A += alpha x y**H */                                                                                    \
+  inline void add_outer(core_int m, core_int n, T alpha, const T* x, const T* y, T* a, core_int lda) {       \
+    const core_int one = 1;                                                                                  \
+    core::gerc_name(&m, &n, &alpha, x, &one, y, &one, a, &lda);                                              \
+  }                                                                                                          \
   inline core_int amax(core_int n, const T* x) {                                                             \
     const core_int one = 1;                                                                                  \
     return core::i##letter##amax(&n, x, &one);                                                               \
@@ -49,8 +70,8 @@ namespace qel::lapack {
   }                                                                                                          \
   /* B = op(A) B, or B op(A) */                                                                              \
   inline void multiply_triangle(char side, char uplo, char trans, char diag, core_int m, core_int n,         \
-                                const T* a, core_int lda, T* b, core_int ldb) {                              \
-    const T factor = from_real<T>(1);                                                                        \
+                                const T* a, core_int lda, T* b, core_int ldb, real_of<T> alpha = 1) {        \
+    const T factor = from_real<T>(alpha);                                                                    \
     core::letter##trmm(&side, &uplo, &trans, &diag, &m, &n, &factor, a, &lda, b, &ldb);                      \
   }                                                                                                          \
   /* One triangle of C += alpha A A**H (trans N), or A**H A */                                               \
@@ -64,11 +85,33 @@ namespace qel::lapack {
                               core_int ldc) {                                                                \
     add_square(uplo, plain, n, k, -1, a, lda, c, ldc);                                                       \
   }
-QEL_CALLS(float, s, 'T', sger, ssyrk)
-QEL_CALLS(double, d, 'T', dger, dsyrk)
-QEL_CALLS(complex8, c, 'C', cgeru, cherk)
-QEL_CALLS(complex16, z, 'C', zgeru, zherk)
+QEL_CALLS(float, s, 'T', sger, sger, ssyrk, snrm2)
+QEL_CALLS(double, d, 'T', dger, dger, dsyrk, dnrm2)
+QEL_CALLS(complex8, c, 'C', cgeru, cgerc, cherk, scnrm2)
+QEL_CALLS(complex16, z, 'C', zgeru, zgerc, zherk, dznrm2)
 #undef QEL_CALLS
+
+// x**H y
+inline float dot(core_int n, const float* x, const float* y) {
+  const core_int one = 1;
+  return core::sdot(&n, x, &one, y, &one);
+}
+inline double dot(core_int n, const double* x, const double* y) {
+  const core_int one = 1;
+  return core::ddot(&n, x, &one, y, &one);
+}
+inline complex8 dot(core_int n, const complex8* x, const complex8* y) {
+  const core_int one = 1;
+  complex8 sum{};
+  core::cdotc(&sum, &n, x, &one, y, &one);
+  return sum;
+}
+inline complex16 dot(core_int n, const complex16* x, const complex16* y) {
+  const core_int one = 1;
+  complex16 sum{};
+  core::zdotc(&sum, &n, x, &one, y, &one);
+  return sum;
+}
 
 /// The letter that turns a factor into its conjugate transpose.
 template <class T>

@@ -30,8 +30,8 @@ void solve_by_cholesky(bool upper, core_int n, core_int nrhs, const T* a, core_i
   solve('L', uplo, upper ? 'N' : kTurnedLetter<T>, 'N', n, nrhs, a, lda, b, ldb);
 }
 
-/// A = inv(U) inv(L), columns put back in their places, where A holds inv(U) and L. Blocks of columns from the
-/// right, as wide as the work array (`length`, at least n) has room for.
+/// A = inv(U) inv(L), columns put back in their places, where A holds inv(U) and L. Blocks of columns from
+/// the right, as wide as the work array (`length`, at least n) has room for.
 template <class T, class Pivot>
 void finish_lu_inverse(core_int n, T* a, core_int lda, const Pivot* pivots, T* work, core_int length) {
   constexpr core_int kBlock = 64;

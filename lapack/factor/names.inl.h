@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Factorisations, their solves and inverses under LAPACK's names: arguments tested and reported as LAPACK does.
-// The including file defines QEL_INT, the integers; QEL_OWN(routine), the name; and
+// Factorisations, their solves and inverses under LAPACK's names: arguments tested and reported as LAPACK
+// does. The including file defines QEL_INT, the integers; QEL_OWN(routine), the name; and
 // qel::lapack::report(name, position, length). Names that end in 2 are LAPACK's own recursive forms, here the
 // same routine.
 #include "lapack/factor/factored.h"
@@ -131,31 +131,31 @@ extern "C" {
   void QEL_OWN(routine) parameters;           \
   void QEL_OWN(routine) parameters { qel::lapack::call; }
 
-#define QEL_FACTORISATIONS(T, s, S)                                                                      \
-  QEL_DEFINE(s##getrf, (QEL_SIZE m, QEL_SIZE n, T* a, QEL_SIZE lda, QEL_INT* ipiv, QEL_INT* info),       \
-             checked_getrf(S "GETRF", 6, *m, *n, a, *lda, ipiv, info))                                   \
-  QEL_DEFINE(s##getrf2, (QEL_SIZE m, QEL_SIZE n, T* a, QEL_SIZE lda, QEL_INT* ipiv, QEL_INT* info),      \
-             checked_getrf(S "GETRF2", 7, *m, *n, a, *lda, ipiv, info))                                  \
-  QEL_DEFINE(s##potrf, (QEL_LETTER uplo, QEL_SIZE n, T* a, QEL_SIZE lda, QEL_INT* info, size_t),         \
-             checked_potrf(S "POTRF", 6, *uplo, *n, a, *lda, info))                                      \
-  QEL_DEFINE(s##potrf2, (QEL_LETTER uplo, QEL_SIZE n, T* a, QEL_SIZE lda, QEL_INT* info, size_t),        \
-             checked_potrf(S "POTRF2", 7, *uplo, *n, a, *lda, info))                                     \
-  QEL_DEFINE(s##getrs,                                                                                   \
-             (QEL_LETTER trans, QEL_SIZE n, QEL_SIZE nrhs, const T* a, QEL_SIZE lda, QEL_SIZE ipiv, T* b, \
-              QEL_SIZE ldb, QEL_INT* info, size_t),                                                      \
-             checked_getrs(S "GETRS", *trans, *n, *nrhs, a, *lda, ipiv, b, *ldb, info))                  \
-  QEL_DEFINE(s##potrs,                                                                                   \
-             (QEL_LETTER uplo, QEL_SIZE n, QEL_SIZE nrhs, const T* a, QEL_SIZE lda, T* b, QEL_SIZE ldb,  \
-              QEL_INT* info, size_t),                                                                    \
-             checked_potrs(S "POTRS", *uplo, *n, *nrhs, a, *lda, b, *ldb, info))                         \
-  QEL_DEFINE(s##getri,                                                                                   \
-             (QEL_SIZE n, T* a, QEL_SIZE lda, QEL_SIZE ipiv, T* work, QEL_SIZE lwork, QEL_INT* info),    \
-             checked_getri(S "GETRI", *n, a, *lda, ipiv, work, *lwork, info))                            \
-  QEL_DEFINE(s##trtri,                                                                                   \
-             (QEL_LETTER uplo, QEL_LETTER diag, QEL_SIZE n, T* a, QEL_SIZE lda, QEL_INT* info, size_t,   \
-              size_t),                                                                                   \
-             checked_trtri(S "TRTRI", *uplo, *diag, *n, a, *lda, info))                                  \
-  QEL_DEFINE(s##lauum, (QEL_LETTER uplo, QEL_SIZE n, T* a, QEL_SIZE lda, QEL_INT* info, size_t),         \
+#define QEL_FACTORISATIONS(T, s, S)                                                                        \
+  QEL_DEFINE(s##getrf, (QEL_SIZE m, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * ipiv, QEL_INT * info),      \
+             checked_getrf(S "GETRF", 6, *m, *n, a, *lda, ipiv, info))                                     \
+  QEL_DEFINE(s##getrf2, (QEL_SIZE m, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * ipiv, QEL_INT * info),     \
+             checked_getrf(S "GETRF2", 7, *m, *n, a, *lda, ipiv, info))                                    \
+  QEL_DEFINE(s##potrf, (QEL_LETTER uplo, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * info, size_t),         \
+             checked_potrf(S "POTRF", 6, *uplo, *n, a, *lda, info))                                        \
+  QEL_DEFINE(s##potrf2, (QEL_LETTER uplo, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * info, size_t),        \
+             checked_potrf(S "POTRF2", 7, *uplo, *n, a, *lda, info))                                       \
+  QEL_DEFINE(s##getrs,                                                                                     \
+             (QEL_LETTER trans, QEL_SIZE n, QEL_SIZE nrhs, const T* a, QEL_SIZE lda, QEL_SIZE ipiv, T* b,  \
+              QEL_SIZE ldb, QEL_INT* info, size_t),                                                        \
+             checked_getrs(S "GETRS", *trans, *n, *nrhs, a, *lda, ipiv, b, *ldb, info))                    \
+  QEL_DEFINE(s##potrs,                                                                                     \
+             (QEL_LETTER uplo, QEL_SIZE n, QEL_SIZE nrhs, const T* a, QEL_SIZE lda, T* b, QEL_SIZE ldb,    \
+              QEL_INT* info, size_t),                                                                      \
+             checked_potrs(S "POTRS", *uplo, *n, *nrhs, a, *lda, b, *ldb, info))                           \
+  QEL_DEFINE(s##getri,                                                                                     \
+             (QEL_SIZE n, T * a, QEL_SIZE lda, QEL_SIZE ipiv, T * work, QEL_SIZE lwork, QEL_INT * info),   \
+             checked_getri(S "GETRI", *n, a, *lda, ipiv, work, *lwork, info))                              \
+  QEL_DEFINE(                                                                                              \
+      s##trtri,                                                                                            \
+      (QEL_LETTER uplo, QEL_LETTER diag, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * info, size_t, size_t), \
+      checked_trtri(S "TRTRI", *uplo, *diag, *n, a, *lda, info))                                           \
+  QEL_DEFINE(s##lauum, (QEL_LETTER uplo, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * info, size_t),         \
              checked_lauum(S "LAUUM", *uplo, *n, a, *lda, info))
 QEL_FACTORISATIONS(float, s, "S")
 QEL_FACTORISATIONS(double, d, "D")

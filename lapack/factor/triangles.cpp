@@ -126,8 +126,8 @@ void square_triangle(bool upper, core_int n, T* a, core_int lda) {
   square_triangle(upper, rest, below, lda);
 }
 
-#define QEL_INSTANTIATE(T)                                                     \
-  template core_int invert_triangle(bool, bool, core_int, T*, core_int);       \
+#define QEL_INSTANTIATE(T)                                               \
+  template core_int invert_triangle(bool, bool, core_int, T*, core_int); \
   template void square_triangle(bool, core_int, T*, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

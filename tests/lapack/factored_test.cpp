@@ -11,58 +11,11 @@
 
 #include "lapack/factor/triangles.h"
 #include "lapack/lapack.h"
-#include "tests/lapack/matrices.h"
+#include "tests/lapack/wide_matrix.h"
 
 namespace qel::lapack {
 namespace {
 
-using qel::operator*;  // else hidden by the product below
-
-/// A matrix of doubles to compare with.
-struct wide_matrix {
-  core_int m, n;
-  std::vector<wide> cells;
-  wide_matrix(core_int rows, core_int columns)
-      : m(rows), n(columns), cells(static_cast<size_t>(rows * columns)) {}
-  wide& operator()(core_int i, core_int j) { return cells[static_cast<size_t>(i + j * m)]; }
-  const wide& operator()(core_int i, core_int j) const { return cells[static_cast<size_t>(i + j * m)]; }
-};
-template <class Cell>
-wide_matrix filled(core_int m, core_int n, const Cell& cell) {
-  wide_matrix out(m, n);
-  for (core_int j = 0; j < n; ++j) {
-    for (core_int i = 0; i < m; ++i) out(i, j) = cell(i, j);
-  }
-  return out;
-}
-wide_matrix operator*(const wide_matrix& a, const wide_matrix& b) {
-  wide_matrix out(a.m, b.n);
-  for (core_int j = 0; j < b.n; ++j) {
-    for (core_int k = 0; k < a.n; ++k) {
-      for (core_int i = 0; i < a.m; ++i) out(i, j) += a(i, k) * b(k, j);
-    }
-  }
-  return out;
-}
-wide_matrix turned(const wide_matrix& a, bool conjugated) {
-  return filled(a.n, a.m, [&](core_int i, core_int j) { return conjugated ? std::conj(a(j, i)) : a(j, i); });
-}
-template <class T>
-wide_matrix whole(const matrix<T>& a) {
-  return filled(a.m, a.n, [&](core_int i, core_int j) { return widened(a(i, j)); });
-}
-template <class T>
-wide_matrix triangle(const matrix<T>& a, bool upper, bool unit) {
-  return filled(a.m, a.n, [&](core_int i, core_int j) -> wide {
-    if (i == j) return unit ? wide(1) : widened(a(i, j));
-    return (i < j) == upper ? widened(a(i, j)) : wide();
-  });
-}
-double largest(const wide_matrix& a) {
-  double size = 0;
-  for (const wide& cell : a.cells) size = std::max(size, std::abs(cell));
-  return size;
-}
 /// Rows exchanged as the pivots say, of the identity.
 wide_matrix exchanges(const std::vector<core_int>& pivots) {
   const auto n = static_cast<core_int>(pivots.size());
@@ -73,14 +26,6 @@ wide_matrix exchanges(const std::vector<core_int>& pivots) {
   return p;
 }
 
-/// Largest difference in units of n eps times the sizes that went in.
-template <class T>
-double apart(const wide_matrix& a, const wide_matrix& b, double size) {
-  wide_matrix difference = a;
-  for (size_t i = 0; i < a.cells.size(); ++i) difference.cells[i] -= b.cells[i];
-  return largest(difference) /
-         (size * static_cast<double>(a.m) * std::numeric_limits<real_of<T>>::epsilon());
-}
 constexpr double kMost = 10;
 
 /// A triangle with a heavy diagonal; what stands on the other side must not be read.
@@ -122,11 +67,11 @@ TYPED_TEST(factored, lu_solves_and_inverse) {
         const wide_matrix op = trans == 'N' ? a : turned(a, trans == 'C');
         EXPECT_LT(apart<T>(op * whole(x), whole(b), size * largest(whole(x))), kMost) << trans << nrhs;
         solve_by_lu(trans, n, nrhs, f.data(), f.lda, narrow.data(), y.data(), y.lda);
-        EXPECT_TRUE(std::equal(x.cells.begin(), x.cells.end(), y.cells.begin(),
-                               [](T u, T v) { return u == v; }));
+        EXPECT_TRUE(
+            std::equal(x.cells.begin(), x.cells.end(), y.cells.begin(), [](T u, T v) { return u == v; }));
       }
     }
-    const wide_matrix one = filled(n, n, [](core_int i, core_int j) { return wide(i == j ? 1 : 0); });
+    const wide_matrix one = identity(n);
     for (const core_int length : {n, 100 * n}) {
       matrix<T> inverse = f;
       std::vector<T> work(static_cast<size_t>(length));
@@ -167,9 +112,8 @@ TYPED_TEST(factored, triangles) {
       matrix<T> square = f;
       square_triangle(upper, n, square.data(), square.lda);
       const wide_matrix t = triangle(f, upper, false), s = upper ? t * turned(t, true) : turned(t, true) * t;
-      const wide_matrix expected = filled(n, n, [&](core_int i, core_int j) {
-        return i == j || (i < j) == upper ? s(i, j) : wide();
-      });
+      const wide_matrix expected =
+          filled(n, n, [&](core_int i, core_int j) { return i == j || (i < j) == upper ? s(i, j) : wide(); });
       EXPECT_LT(apart<T>(triangle(square, upper, false), expected, static_cast<double>(n)), kMost);
       EXPECT_TRUE(untouched(square));
 
@@ -183,8 +127,8 @@ TYPED_TEST(factored, triangles) {
       f(n / 2, n / 2) = T{};
       square = f;
       EXPECT_EQ(invert_triangle(upper, false, n, square.data(), square.lda), n / 2 + 1);
-      EXPECT_TRUE(std::equal(f.cells.begin(), f.cells.end(), square.cells.begin(),
-                             [](T u, T v) { return u == v; }));
+      EXPECT_TRUE(
+          std::equal(f.cells.begin(), f.cells.end(), square.cells.begin(), [](T u, T v) { return u == v; }));
     }
   }
 }
