@@ -20,7 +20,9 @@ core_int ask_block(char type, const char* real_name, const char* complex_name, c
 }  // namespace
 
 qr_plan plan_qr(const qr_facts& facts) {
+  constexpr core_int kSmall = 32;
   const core_int order = std::min(facts.m, facts.n);
+  if (order <= kSmall) return {1, "small: column by column"};
   if (facts.processor.level < kFirstNativeLevel) {
     const core_int block = ask_block(facts.type, "GEQRF", "GEQRF", facts.m, facts.n, facts.processor);
     return {std::min(order, block), "block size by name"};
@@ -45,8 +47,8 @@ q_product_plan plan_q_product(const q_product_facts& facts) {
   const core_int count = facts.left ? facts.n : facts.m;
   const double work =
       4 * static_cast<double>(facts.m) * static_cast<double>(facts.n) * static_cast<double>(facts.k);
-  const double most =
-      std::min({work / kWorkToFork, static_cast<double>(count / kThinnest), static_cast<double>(facts.threads)});
+  const double most = std::min(
+      {work / kWorkToFork, static_cast<double>(count / kThinnest), static_cast<double>(facts.threads)});
   if (most < 2) return {block, 1, "too little work for slices"};
   return {block, static_cast<int>(most), facts.left ? "slices of columns" : "slices of rows"};
 }

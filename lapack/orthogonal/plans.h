@@ -13,7 +13,7 @@ struct qr_facts {
   tuning_processor processor;
 };
 struct qr_plan {
-  core_int block;  ///< columns that are factored before the rest is updated
+  core_int block;  ///< columns that are factored before the rest is updated; 1: no blocks
   const char* reason;
 };
 qr_plan plan_qr(const qr_facts& facts);

@@ -17,9 +17,9 @@ namespace {
 /// Columns that are worked on one by one.
 constexpr core_int kNarrow = 8;
 
+/// Column by column; `products` has room for n elements.
 template <class T>
-void factor_narrow(core_int m, core_int n, T* a, core_int lda, T* tau) {
-  T products[kNarrow];
+void factor_columns(core_int m, core_int n, T* a, core_int lda, T* tau, T* products) {
   for (core_int i = 0; i < std::min(m, n); ++i) {
     T *const diagonal = a + i * (lda + 1), *const right = diagonal + lda;
     const T factor = make_reflector(m - i - 1, diagonal, diagonal + std::min<core_int>(1, m - i - 1));
@@ -44,7 +44,7 @@ struct block_store {
 template <class T>
 void factor_panel(core_int m, core_int n, T* a, core_int lda, T* tau, const block_store<T>& store, T* work) {
   if (n <= kNarrow) {
-    factor_narrow(m, n, a, lda, tau);
+    factor_columns(m, n, a, lda, tau, work);
     return form_block(m, n, a, lda, tau, store.top, store.t, store.ld);
   }
   const core_int left = (n / 2 + kNarrow - 1) / kNarrow * kNarrow, right = n - left, below = m - n;
@@ -62,7 +62,8 @@ void factor_panel(core_int m, core_int n, T* a, core_int lda, T* tau, const bloc
   // T between the halves: -T1 (V1**H V2) T2.
   const char turned = kTurnedLetter<T>;
   product(turned, 'N', left, right, right, 1, a + left, lda, second.top, store.ld, 0, across, store.ld);
-  if (below > 0) product(turned, 'N', left, right, below, 1, a + n, lda, beside + n, lda, 1, across, store.ld);
+  if (below > 0)
+    product(turned, 'N', left, right, below, 1, a + n, lda, beside + n, lda, 1, across, store.ld);
   multiply_triangle('L', 'U', 'N', 'N', left, right, store.t, store.ld, across, store.ld, -1);
   multiply_triangle('R', 'U', 'N', 'N', left, right, second.t, store.ld, across, store.ld);
 }
@@ -91,12 +92,18 @@ void multiply_one_by_one(bool turned, core_int m, core_int n, core_int k, const 
 template <class T>
 bool factor_qr_as_planned(const qr_plan& plan, core_int m, core_int n, T* a, core_int lda, T* tau) {
   const core_int order = std::min(m, n), block = plan.block;
-  if (n <= kNarrow) {
-    factor_narrow(m, n, a, lda, tau);
+  constexpr core_int kOnStack = 64;
+  T products[kOnStack];
+  if (block == 1 && n <= kOnStack) {
+    factor_columns(m, n, a, lda, tau, products);
     return true;
   }
   const plain::scratch<T> memory(block * (2 * block + n));
   if (memory.get() == nullptr) return false;
+  if (block == 1) {
+    factor_columns(m, n, a, lda, tau, memory.get());
+    return true;
+  }
   const block_store<T> store{memory.get(), memory.get() + block * block, block};
   T* const work = store.t + block * block;
   for (core_int first = 0; first < order; first += block) {
@@ -130,8 +137,8 @@ bool multiply_q_as_planned(const q_product_plan& plan, bool left, bool turned, c
   const auto block_at = [&](core_int b) {
     const core_int first = b * block;
     T* const top = memory.get() + b * 2 * square;
-    return reflector_block<T>{order - first, std::min(block, k - first), a + first * (lda + 1), lda, top,
-                              top + square,  block};
+    return reflector_block<T>{
+        order - first, std::min(block, k - first), a + first * (lda + 1), lda, top, top + square, block};
   };
 #pragma omp parallel num_threads(plan.slices) if (plan.slices > 1)
   {
@@ -160,18 +167,18 @@ bool multiply_q_as_planned(const q_product_plan& plan, bool left, bool turned, c
 }
 
 template <class T>
-bool ormqr(bool left, bool turned, core_int m, core_int n, core_int k, const T* a, core_int lda,
-           const T* tau, T* c, core_int ldc) {
+bool ormqr(bool left, bool turned, core_int m, core_int n, core_int k, const T* a, core_int lda, const T* tau,
+           T* c, core_int ldc) {
   const q_product_plan plan =
       plan_q_product({type_letter<T>, left, m, n, k, serv_threads_all(), this_tuning_processor()});
   return multiply_q_as_planned(plan, left, turned, m, n, k, a, lda, tau, c, ldc);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                 \
-  template bool factor_qr_as_planned(const qr_plan&, core_int, core_int, T*, core_int, T*);                \
-  template bool geqrf(core_int, core_int, T*, core_int, T*);                                               \
-  template bool multiply_q_as_planned(const q_product_plan&, bool, bool, core_int, core_int, core_int,     \
-                                      const T*, core_int, const T*, T*, core_int);                         \
+#define QEL_INSTANTIATE(T)                                                                             \
+  template bool factor_qr_as_planned(const qr_plan&, core_int, core_int, T*, core_int, T*);            \
+  template bool geqrf(core_int, core_int, T*, core_int, T*);                                           \
+  template bool multiply_q_as_planned(const q_product_plan&, bool, bool, core_int, core_int, core_int, \
+                                      const T*, core_int, const T*, T*, core_int);                     \
   template bool ormqr(bool, bool, core_int, core_int, core_int, const T*, core_int, const T*, T*, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -18,7 +18,7 @@ template <class T>
 bool multiply_q_as_planned(const q_product_plan& plan, bool left, bool turned, core_int m, core_int n,
                            core_int k, const T* a, core_int lda, const T* tau, T* c, core_int ldc);
 template <class T>
-bool ormqr(bool left, bool turned, core_int m, core_int n, core_int k, const T* a, core_int lda,
-           const T* tau, T* c, core_int ldc);
+bool ormqr(bool left, bool turned, core_int m, core_int n, core_int k, const T* a, core_int lda, const T* tau,
+           T* c, core_int ldc);
 
 }  // namespace qel::lapack

@@ -122,10 +122,10 @@ void apply_from_right(const reflector_block<T>& h, bool turned, core_int rows, T
   }
 }
 
-#define QEL_INSTANTIATE(T)                                                                             \
-  template T make_reflector(core_int, T*, T*);                                                         \
-  template void form_block(core_int, core_int, const T*, core_int, const T*, T*, T*, core_int);        \
-  template void apply_from_left(const reflector_block<T>&, bool, core_int, T*, core_int, T*);          \
+#define QEL_INSTANTIATE(T)                                                                      \
+  template T make_reflector(core_int, T*, T*);                                                  \
+  template void form_block(core_int, core_int, const T*, core_int, const T*, T*, T*, core_int); \
+  template void apply_from_left(const reflector_block<T>&, bool, core_int, T*, core_int, T*);   \
   template void apply_from_right(const reflector_block<T>&, bool, core_int, T*, core_int, T*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Householder reflectors H = I - tau v v**H, one by one and in blocks H1 H2 .. Hk = I - V T V**H (R. Schreiber,
-// C. Van Loan, SIAM J. Sci. Stat. Comput. 10 (1989) 53). V lies below the diagonal of a matrix, its ones and
-// zeros are not stored there; so blocks carry a dense copy of V's top square.
+// Householder reflectors H = I - tau v v**H, one by one and in blocks H1 H2 .. Hk = I - V T V**H (R.
+// Schreiber, C. Van Loan, SIAM J. Sci. Stat. Comput. 10 (1989) 53). V lies below the diagonal of a matrix,
+// its ones and zeros are not stored there; so blocks carry a dense copy of V's top square.
 #pragma once
 
 #include "service/core_types.h"
@@ -17,8 +17,8 @@ struct reflector_block {
   core_int ld;       ///< of both
 };
 
-/// A reflector that turns (alpha, x), x of n elements, into (beta, 0) with a real beta: v's other elements take
-/// x's place, beta takes alpha's. Returns tau; 0 means no reflection.
+/// A reflector that turns (alpha, x), x of n elements, into (beta, 0) with a real beta: v's other elements
+/// take x's place, beta takes alpha's. Returns tau; 0 means no reflection.
 template <class T>
 T make_reflector(core_int n, T* alpha, T* x);
 

@@ -2,4 +2,4 @@
 #define QEL_INT qel::core_int
 #define QEL_OWN(routine) qel_core_##routine##_
 #define QEL_PLAIN(routine) qel_core_plain_##routine##_
-#include "lapack/orthogonal/names.inl.h"
+#include "lapack/own_or_plain.inl.h"
