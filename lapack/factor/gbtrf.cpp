@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// With one less than its leading dimension a band is an ordinary matrix, of which only the band may be touched.
-// A panel of columns is factored in a dense copy, with zeros below the band. What follows it stands inside the
-// band and is updated there, but for a corner at the far right, whose top lies above the band: it has a copy,
-// too. Multipliers are stored as if each column had been eliminated by itself: later exchanges do not move them.
+// With one less than its leading dimension a band is an ordinary matrix, of which only the band may be
+// touched. A panel of columns is factored in a dense copy, with zeros below the band. What follows it stands
+// inside the band and is updated there, but for a corner at the far right, whose top lies above the band: it
+// has a copy, too. Multipliers are stored as if each column had been eliminated by itself: later exchanges do
+// not move them.
 #include "lapack/factor/gbtrf.h"
 
 #include "blas/plain/scratch.h"
@@ -10,7 +11,7 @@
 #include "lapack/factor/elements.h"
 #include "lapack/factor/lu_panel.h"
 #include "lapack/factor/row_swaps.h"
-#include "lapack/factor/type_letter.h"
+#include "lapack/four_types.h"
 #include "service/serv.h"
 
 namespace qel::lapack {
@@ -163,8 +164,8 @@ band_lu_plan plan_band_lu(const band_lu_facts& facts) {
 }
 
 template <class T>
-bool factor_band_as_planned(const band_lu_plan& plan, core_int m, core_int n, core_int kl, core_int ku,
-                            T* ab, core_int ldab, core_int* pivots, core_int* first_zero) {
+bool factor_band_as_planned(const band_lu_plan& plan, core_int m, core_int n, core_int kl, core_int ku, T* ab,
+                            core_int ldab, core_int* pivots, core_int* first_zero) {
   const plain::scratch<T> memory(band_lu<T>::memory_needed(plan.block, kl));
   if (memory.get() == nullptr) return false;
   *first_zero = band_lu<T>(plan, m, n, kl, ku, ab, ldab, pivots, memory.get()).run();
@@ -179,14 +180,11 @@ bool gbtrf(core_int m, core_int n, core_int kl, core_int ku, T* ab, core_int lda
   return plan.block > 0 && factor_band_as_planned(plan, m, n, kl, ku, ab, ldab, pivots, first_zero);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                \
-  template bool factor_band_as_planned(const band_lu_plan&, core_int, core_int, core_int, core_int, T*,    \
-                                       core_int, core_int*, core_int*);                                    \
+#define QEL_INSTANTIATE(T)                                                                              \
+  template bool factor_band_as_planned(const band_lu_plan&, core_int, core_int, core_int, core_int, T*, \
+                                       core_int, core_int*, core_int*);                                 \
   template bool gbtrf(core_int, core_int, core_int, core_int, T*, core_int, core_int*, core_int*);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

@@ -7,7 +7,7 @@
 #include "lapack/factor/cholesky_block.h"
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/tile_tracker.h"
-#include "lapack/factor/type_letter.h"
+#include "lapack/four_types.h"
 #include "service/serv.h"
 
 namespace qel::lapack {
@@ -120,10 +120,7 @@ core_int potrf(bool upper, core_int n, T* a, core_int lda) {
 #define QEL_INSTANTIATE(T)                                                                          \
   template core_int factor_cholesky_as_planned(const cholesky_plan&, bool, core_int, T*, core_int); \
   template core_int potrf(bool, core_int, T*, core_int);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

@@ -3,6 +3,7 @@
 
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
+#include "lapack/four_types.h"
 
 namespace qel::lapack {
 
@@ -129,10 +130,7 @@ void square_triangle(bool upper, core_int n, T* a, core_int lda) {
 #define QEL_INSTANTIATE(T)                                               \
   template core_int invert_triangle(bool, bool, core_int, T*, core_int); \
   template void square_triangle(bool, core_int, T*, core_int);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

@@ -6,7 +6,7 @@
 #include "blas/plain/scratch.h"
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
-#include "lapack/factor/type_letter.h"
+#include "lapack/four_types.h"
 #include "lapack/orthogonal/reflectors.h"
 #include "service/serv.h"
 
@@ -180,10 +180,7 @@ bool ormqr(bool left, bool turned, core_int m, core_int n, core_int k, const T* 
   template bool multiply_q_as_planned(const q_product_plan&, bool, bool, core_int, core_int, core_int, \
                                       const T*, core_int, const T*, T*, core_int);                     \
   template bool ormqr(bool, bool, core_int, core_int, core_int, const T*, core_int, const T*, T*, core_int);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

@@ -6,6 +6,7 @@
 
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
+#include "lapack/four_types.h"
 
 namespace qel::lapack {
 
@@ -127,10 +128,7 @@ void apply_from_right(const reflector_block<T>& h, bool turned, core_int rows, T
   template void form_block(core_int, core_int, const T*, core_int, const T*, T*, T*, core_int); \
   template void apply_from_left(const reflector_block<T>&, bool, core_int, T*, core_int, T*);   \
   template void apply_from_right(const reflector_block<T>&, bool, core_int, T*, core_int, T*);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack
