@@ -7,6 +7,7 @@
 #include "lapack/factor/elements.h"
 #include "lapack/factor/gbtrf.h"
 #include "lapack/orthogonal/qr.h"
+#include "lapack/spectral/slices.h"
 #include "service/complex_arithmetic.h"
 #include "service/serv.h"
 
@@ -63,6 +64,10 @@ void gbtrf_or(core_int m, core_int n, core_int kl, core_int ku, T* ab, core_int 
   *info = static_cast<QEL_INT>(first_zero);
 }
 
+constexpr bool is_one_of(char letter, char first, char second) {
+  return blas::letter_is(letter, first) || blas::letter_is(letter, second);
+}
+
 }  // namespace
 
 }  // namespace qel::lapack
@@ -101,5 +106,55 @@ QEL_ALL(float, s, ormqr)
 QEL_ALL(double, d, ormqr)
 QEL_ALL(qel::complex8, c, unmqr)
 QEL_ALL(qel::complex16, z, unmqr)
+
+// Eigenvectors in slices. Bad arguments, too, go to one call of the reference's routine.
+#define QEL_VECTORS(T, R, s, q, turned)                                                                      \
+  void QEL_PLAIN(s##q)(QEL_LETTER side, QEL_LETTER uplo, QEL_LETTER trans, QEL_SIZE m, QEL_SIZE n, T * ap,   \
+                       const T* tau, T* c, QEL_SIZE ldc, T* work, QEL_INT* info, size_t, size_t, size_t);    \
+  void QEL_OWN(s##q)(QEL_LETTER side, QEL_LETTER uplo, QEL_LETTER trans, QEL_SIZE m, QEL_SIZE n, T * ap,     \
+                     const T* tau, T* c, QEL_SIZE ldc, T* work, QEL_INT* info, size_t, size_t, size_t);      \
+  void QEL_OWN(s##q)(QEL_LETTER side, QEL_LETTER uplo, QEL_LETTER trans, QEL_SIZE m, QEL_SIZE n, T * ap,     \
+                     const T* tau, T* c, QEL_SIZE ldc, T* work, QEL_INT* info, size_t, size_t, size_t) {     \
+    using namespace qel::lapack;                                                                             \
+    const bool good = qel::blas::letter_is(*side, 'L') && is_one_of(*uplo, 'U', 'L') &&                      \
+                      is_one_of(*trans, 'N', turned) && *m > 0 && *n > 1 && *ldc >= *m;                      \
+    *info = 0;                                                                                               \
+    if (!good || !multiply_packed_q(*m, *n, ap,                                                              \
+                                    [=](qel::core_int first, qel::core_int columns, T* copy, T* own_work) {  \
+                                      const auto count = static_cast<QEL_INT>(columns);                      \
+                                      QEL_INT fine = 0;                                                      \
+                                      QEL_PLAIN(s##q)                                                        \
+                                      (side, uplo, trans, m, &count, copy, tau, c + first * *ldc, ldc,       \
+                                       own_work, &fine, 1, 1, 1);                                            \
+                                    })) {                                                                    \
+      QEL_PLAIN(s##q)(side, uplo, trans, m, n, ap, tau, c, ldc, work, info, 1, 1, 1);                        \
+    }                                                                                                        \
+  }                                                                                                          \
+  void QEL_PLAIN(s##stein)(QEL_SIZE n, const R* d, const R* e, QEL_SIZE m, const R* w, QEL_SIZE iblock,      \
+                           QEL_SIZE isplit, T* z, QEL_SIZE ldz, R* work, QEL_INT* iwork, QEL_INT* ifail,     \
+                           QEL_INT* info);                                                                   \
+  void QEL_OWN(s##stein)(QEL_SIZE n, const R* d, const R* e, QEL_SIZE m, const R* w, QEL_SIZE iblock,        \
+                         QEL_SIZE isplit, T* z, QEL_SIZE ldz, R* work, QEL_INT* iwork, QEL_INT* ifail,       \
+                         QEL_INT* info);                                                                     \
+  void QEL_OWN(s##stein)(QEL_SIZE n, const R* d, const R* e, QEL_SIZE m, const R* w, QEL_SIZE iblock,        \
+                         QEL_SIZE isplit, T* z, QEL_SIZE ldz, R* work, QEL_INT* iwork, QEL_INT* ifail,       \
+                         QEL_INT* info) {                                                                    \
+    using namespace qel::lapack;                                                                             \
+    const auto plain = [=](qel::core_int first, qel::core_int vectors, R* own_work, QEL_INT* own_iwork,      \
+                           QEL_INT* fail, QEL_INT* failed) {                                                 \
+      const auto count = static_cast<QEL_INT>(vectors);                                                      \
+      QEL_PLAIN(s##stein)                                                                                    \
+      (n, d, e, &count, w + first, iblock + first, isplit, z + first * *ldz, ldz, own_work, own_iwork, fail, \
+       failed);                                                                                              \
+    };                                                                                                       \
+    const bool good = *n > 1 && *m > 1 && *m <= *n && *ldz >= *n && in_order(*m, w, iblock);                 \
+    if (!good || !iterate_inversely(*n, *m, d, e, w, iblock, ifail, info, plain)) {                          \
+      plain(0, *m, work, iwork, ifail, info);                                                                \
+    }                                                                                                        \
+  }
+QEL_VECTORS(float, float, s, opmtr, 'T')
+QEL_VECTORS(double, double, d, opmtr, 'T')
+QEL_VECTORS(qel::complex8, float, c, upmtr, 'C')
+QEL_VECTORS(qel::complex16, double, z, upmtr, 'C')
 
 }  // extern "C"
