@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Eigenvectors of packed symmetric matrices, shared out to threads: inverse iteration by groups of eigenvalues,
-// and the way back from the tridiagonal matrix by columns. Each slice goes through the plain routine with work
-// memory of its own.
+// Eigenvectors of packed symmetric matrices, shared out to threads: inverse iteration by groups of
+// eigenvalues, and the way back from the tridiagonal matrix by columns. Each slice goes through the plain
+// routine with work memory of its own.
 #pragma once
 
 #include <algorithm>
@@ -23,8 +23,8 @@ struct vector_facts {
 /// Slices of the vectors, one thread each; 1 where threads do not pay.
 int plan_vectors(const vector_facts& facts);
 
-/// plain(first, columns, ap, work) applies the reflectors of `ap`, which it writes to and restores, to columns
-/// of C. False if there is one slice only or no memory for copies of ap; nothing is done then.
+/// plain(first, columns, ap, work) applies the reflectors of `ap`, which it writes to and restores, to
+/// columns of C. False if there is one slice only or no memory for copies of ap; nothing is done then.
 template <class T, class Plain>
 bool multiply_packed_q(core_int order, core_int columns, T* ap, const Plain& plain) {
   const double work = 4 * static_cast<double>(order) * static_cast<double>(order);
@@ -53,8 +53,8 @@ bool in_order(core_int vectors, const R* w, const Int* iblock) {
   return true;
 }
 
-/// True if vectors `at` - 1 and `at` need not be made orthogonal to each other: other blocks of the matrix, or
-/// eigenvalues so far apart that inverse iteration does not look back.
+/// True if vectors `at` - 1 and `at` need not be made orthogonal to each other: other blocks of the matrix,
+/// or eigenvalues so far apart that inverse iteration does not look back.
 template <class R, class Int>
 bool independent(core_int at, const R* w, const Int* iblock, R norm) {
   if (element(iblock + at) != element(iblock + at - 1)) return true;
@@ -62,17 +62,17 @@ bool independent(core_int at, const R* w, const Int* iblock, R norm) {
 }
 
 /// plain(first, vectors, work, iwork, ifail, info) finds vectors by inverse iteration. Slices begin where a
-/// vector does not depend on the one before. Failures are numbered as for one call. False if there is one slice
-/// only or no memory; nothing is done then.
+/// vector does not depend on the one before. Failures are numbered as for one call. False if there is one
+/// slice only or no memory; nothing is done then.
 template <class R, class Int, class Plain>
 bool iterate_inversely(core_int n, core_int vectors, const R* d, const R* e, const R* w, const Int* iblock,
                        Int* ifail, Int* info, const Plain& plain) {
   constexpr int kMostSlices = 64;
-  const int slices = std::min(
-      kMostSlices, plan_vectors({n, vectors, 500 * static_cast<double>(n), serv_threads_all()}));
+  const int slices =
+      std::min(kMostSlices, plan_vectors({n, vectors, 500 * static_cast<double>(n), serv_threads_all()}));
   if (slices < 2) return false;
-  const core_int reals = 5 * n, bytes = reals * static_cast<core_int>(sizeof(R)) +
-                                        n * static_cast<core_int>(sizeof(Int));
+  const core_int reals = 5 * n,
+                 bytes = reals * static_cast<core_int>(sizeof(R)) + n * static_cast<core_int>(sizeof(Int));
   const core_int padded = (bytes + 63) / 64 * 64;
   const plain::scratch<char> memory(padded * slices);
   if (memory.get() == nullptr) return false;

@@ -29,10 +29,10 @@ struct matrix {
 };
 
 template <class T>
-matrix<T> random_matrix(core_int m, core_int n, unsigned seed) {
+matrix<T> random_matrix(core_int m, core_int n, unsigned seed, core_int beyond = 3) {
   std::mt19937 generator(seed);
   std::uniform_real_distribution<double> uniform(-1, 1);
-  matrix<T> a(m, n);
+  matrix<T> a(m, n, beyond);
   for (T& cell : a.cells) {
     cell = from_real<T>(static_cast<real_of<T>>(uniform(generator)));
     if constexpr (is_complex<T>) cell.imag = static_cast<real_of<T>>(uniform(generator));

@@ -107,7 +107,8 @@ TYPED_TEST(packed_spectra, with_threads) {
                     1000 * std::numeric_limits<real_of<T>>::epsilon() * static_cast<double>(n));
         EXPECT_EQ(pairs.fail[at], 0);
       }
-      const wide_matrix z = filled(n, pairs.found, [&](core_int i, core_int j) { return widened(pairs.z(i, j)); });
+      const wide_matrix z =
+          filled(n, pairs.found, [&](core_int i, core_int j) { return widened(pairs.z(i, j)); });
       EXPECT_LT(apart<T>(turned(z, true) * z, identity(pairs.found), 10), 10);
       const wide_matrix scaled = filled(n, pairs.found, [&](core_int i, core_int j) {
         return z(i, j) * static_cast<double>(pairs.w[static_cast<size_t>(j)]);
