@@ -15,8 +15,8 @@ struct release {
   void operator()(double* p) const { std::free(p); }
 };
 std::unique_ptr<double, release> numbers(int n) {
-  auto* memory = static_cast<double*>(
-      std::aligned_alloc(64, (static_cast<size_t>(n) * sizeof(double) + 63) / 64 * 64));
+  auto* memory =
+      static_cast<double*>(std::aligned_alloc(64, (static_cast<size_t>(n) * sizeof(double) + 63) / 64 * 64));
   for (int i = 0; i < n; ++i) memory[i] = 1 + 1.0 / (i + 1);
   return std::unique_ptr<double, release>(memory);
 }

@@ -39,9 +39,9 @@ QEL_API void vdSub(int n, const double* a, const double* b, double* r);
 #define VML_EP 3
 /* Reactions to a status, bits 8 to 15; a mode with VML_ERRMODE_IGNORE alone has none. */
 #define VML_ERRMODE_IGNORE 0x100
-#define VML_ERRMODE_ERRNO 0x200    /* sets errno */
-#define VML_ERRMODE_PRINT 0x400    /* prints a line, and the operands, on standard output */
-#define VML_ERRMODE_EXCEPT 0x800   /* raises the floating-point flag */
+#define VML_ERRMODE_ERRNO 0x200     /* sets errno */
+#define VML_ERRMODE_PRINT 0x400     /* prints a line, and the operands, on standard output */
+#define VML_ERRMODE_EXCEPT 0x800    /* raises the floating-point flag */
 #define VML_ERRMODE_CALLBACK 0x1000 /* calls the callback, if there is one */
 
 #define VML_STATUS_BADMEM (-2)

@@ -53,7 +53,7 @@ TEST_F(VectorErrors, OnlyAnExactZeroRaisesAStatus) {
   const struct {
     double a, b;
     int status;
-  } cases[] = {{1, 0, 2}, {1, -0.0, 2}, {0, 0, 2},        {1, 5e-324, 0}, {1e-300, 1e300, 0},
+  } cases[] = {{1, 0, 2}, {1, -0.0, 2}, {0, 0, 2},        {1, 5e-324, 0},    {1e-300, 1e300, 0},
                {1, 2, 0}, {1, NAN, 0},  {1, INFINITY, 0}, {1e300, 1e-300, 0}};
   for (const auto& c : cases) {
     for (const int place : {3, 16, 18}) {  // in a block, in the tail
@@ -107,7 +107,8 @@ TEST_F(VectorErrors, PrintsTheRowAndTheValues) {
       {2, 5, 0, 3, 0, "Error (VML_STATUS_SING) in vdX: argument caused singularity.\na(1)=5\nr(1)=3\n"},
       {3, 5, 2, 3, 4,
        "Error (VML_STATUS_OVERFLOW) in vdX: argument caused overflow.\na(1)=5\nb(1)=2\ny(1)=3\nz(1)=4\n"},
-      {4, 5, 0, NAN, NAN, "Error (VML_STATUS_UNDERFLOW) in vdX: argument caused underflow.\na(1)=5\nr(1)=nan\n"},
+      {4, 5, 0, NAN, NAN,
+       "Error (VML_STATUS_UNDERFLOW) in vdX: argument caused underflow.\na(1)=5\nr(1)=nan\n"},
       {9, 5, 5, 3, 3, "Unknown error in vdX.\na(1)=5\nr(1)=3\n"},
   };
   mode(VML_ERRMODE_PRINT);
@@ -221,11 +222,12 @@ TEST_F(VectorErrors, SettingTheModeReplacesByGroups) {
   const struct {
     unsigned before, request, after;
   } cases[] = {
-      {0x1a02, 0, 0x1a02},           {0x1a02, 1, 0x1a01},         {0x1a02, 0x100, 0x0102},
-      {0x1a02, 0x403, 0x0403},       {0x1a02, 0x10000, 0x10002},  {0x11a02, 0x20400, 0x20402},
-      {0x21a02, 0x400, 0x20402},     {0x1a02, 0x30001, 0x30001},  {0x1a02, 0xf0, 0x1a02},
+      {0x1a02, 0, 0x1a02},       {0x1a02, 1, 0x1a01},        {0x1a02, 0x100, 0x0102},
+      {0x1a02, 0x403, 0x0403},   {0x1a02, 0x10000, 0x10002}, {0x11a02, 0x20400, 0x20402},
+      {0x21a02, 0x400, 0x20402}, {0x1a02, 0x30001, 0x30001}, {0x1a02, 0xf0, 0x1a02},
   };
-  for (const auto& c : cases) EXPECT_EQ(changed_vml_mode(c.before, c.request), c.after) << std::hex << c.request;
+  for (const auto& c : cases)
+    EXPECT_EQ(changed_vml_mode(c.before, c.request), c.after) << std::hex << c.request;
 }
 
 TEST_F(VectorErrors, BadArgumentsAreReportedUnderTheEntrysName) {

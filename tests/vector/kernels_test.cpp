@@ -44,7 +44,8 @@ std::vector<double> numbers(int n, unsigned seed) {
   std::mt19937_64 engine(seed);
   std::vector<double> values;
   for (int i = 0; i < n; ++i) {
-    const double ordinary = std::ldexp(static_cast<double>(engine() >> 11), static_cast<int>(engine() % 200) - 150);
+    const double ordinary =
+        std::ldexp(static_cast<double>(engine() >> 11), static_cast<int>(engine() % 200) - 150);
     values.push_back(engine() % 5 == 0 ? kSpecial[engine() % std::size(kSpecial)] : ordinary);
   }
   return values;
@@ -82,8 +83,8 @@ TEST(VectorKernels, GiveTheIeeeResultAtEveryLengthAndAddress) {
           std::vector<double> got(size);
           std::memcpy(got.data(), r.data(), size * sizeof(double));
           for (std::size_t i = 0; i < size; ++i) {
-            ASSERT_TRUE(same(got[i], op.of(x[i], y[i])))
-                << op.name << " type " << type << " n " << n << ": " << x[i] << ", " << y[i] << " -> " << got[i];
+            ASSERT_TRUE(same(got[i], op.of(x[i], y[i]))) << op.name << " type " << type << " n " << n << ": "
+                                                         << x[i] << ", " << y[i] << " -> " << got[i];
           }
         }
       }
@@ -101,7 +102,8 @@ TEST(VectorKernels, WorkInPlace) {
       op.row.kernel[type](n, over_a.data(), y.data(), over_a.data());
       op.row.kernel[type](n, x.data(), over_b.data(), over_b.data());
       for (std::size_t i = 0; i < n; ++i) {
-        ASSERT_TRUE(same(over_a[i], op.of(x[i], y[i])) && same(over_b[i], op.of(x[i], y[i]))) << op.name << type;
+        ASSERT_TRUE(same(over_a[i], op.of(x[i], y[i])) && same(over_b[i], op.of(x[i], y[i])))
+            << op.name << type;
       }
     }
   }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Random streams against a recurrence written down independently: seeds, splits of a fill, intervals, kernels;
-// statuses and reports; the tables.
+// Random streams against a recurrence written down independently: seeds, splits of a fill, intervals,
+// kernels; statuses and reports; the tables.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,7 +24,8 @@ namespace {
 std::vector<uint32_t> words_of(uint32_t seed, size_t n) {
   std::vector<uint32_t> y;
   uint32_t word = seed == 0 ? 1 : seed;
-  for (int k = 0; k < 250; ++k) y.push_back(word = static_cast<uint32_t>(uint64_t{word} * 69069 % 4294967296));
+  for (int k = 0; k < 250; ++k)
+    y.push_back(word = static_cast<uint32_t>(uint64_t{word} * 69069 % 4294967296));
   for (unsigned k = 0; k < 32; ++k) {
     uint32_t& x = y[3 + 7 * k];
     x &= 0xffffffffu >> k;
@@ -53,8 +54,8 @@ class stream {
 
 TEST(RandomStream, FollowsTheRecurrenceForAnySeedAndAnySplit) {
   const std::vector<std::vector<int>> splits = {
-      {2000},           {249, 1, 1750},        {250, 250, 1500},     {1, 250, 1749},
-      {251, 1749},      {500, 500, 500, 500},  {17, 400, 3, 1580},   {147, 103, 1000, 750},
+      {2000},           {249, 1, 1750},       {250, 250, 1500},   {1, 250, 1749},
+      {251, 1749},      {500, 500, 500, 500}, {17, 400, 3, 1580}, {147, 103, 1000, 750},
       {999, 1, 1, 999},
   };
   for (unsigned seed = 0; seed < 100; ++seed) {
@@ -218,11 +219,16 @@ TEST(RandomStream, ChecksArgumentsInOrder) {
     double a, b;
     int status, position;
   } cases[] = {
-      {-1, nullptr, -1, nullptr, 1, 0, -3, 1}, {5, nullptr, -1, nullptr, 1, 0, -5, 2},
-      {5, no_stream, -1, nullptr, 1, 0, -1006, 2}, {5, s.get(), -1, nullptr, 1, 0, -3, 3},
-      {5, s.get(), 0, nullptr, 1, 0, 0, 0},    {5, s.get(), 4, nullptr, 1, 0, -3, 4},
-      {5, s.get(), 4, r, 1, 0, -3, 1},         {0, s.get(), 4, r, 1, 1, -3, 5},
-      {0, s.get(), 4, r, NAN, 1, -3, 5},       {0, s.get(), 4, r, 0, NAN, -3, 5},
+      {-1, nullptr, -1, nullptr, 1, 0, -3, 1},
+      {5, nullptr, -1, nullptr, 1, 0, -5, 2},
+      {5, no_stream, -1, nullptr, 1, 0, -1006, 2},
+      {5, s.get(), -1, nullptr, 1, 0, -3, 3},
+      {5, s.get(), 0, nullptr, 1, 0, 0, 0},
+      {5, s.get(), 4, nullptr, 1, 0, -3, 4},
+      {5, s.get(), 4, r, 1, 0, -3, 1},
+      {0, s.get(), 4, r, 1, 1, -3, 5},
+      {0, s.get(), 4, r, NAN, 1, -3, 5},
+      {0, s.get(), 4, r, 0, NAN, -3, 5},
   };
   for (const auto& c : cases) {
     testing::internal::CaptureStdout();

@@ -44,9 +44,9 @@ TEST(VmlTopology, ComesFromTheVendorsLeafUnlessItContradictsItself) {
       {{"GenuineIntel", 8, 4, 99}, 16, {16, 8, 2}},
       {{"AuthenticAMD", 8, 99, 4}, 16, {16, 8, 2}},
       {{"AuthenticAMD", 2, 1, 2}, 2, {2, 2, 1}},
-      {{"GenuineIntel", 16, 8, 1}, 4, {4, 4, 4}},    // no whole package
-      {{"GenuineIntel", 0, 8, 1}, 4, {4, 4, 4}},     // no answer
-      {{"GenuineIntel", 4, 8, 1}, 4, {4, 4, 4}},     // more cores than processors
+      {{"GenuineIntel", 16, 8, 1}, 4, {4, 4, 4}},  // no whole package
+      {{"GenuineIntel", 0, 8, 1}, 4, {4, 4, 4}},   // no answer
+      {{"GenuineIntel", 4, 8, 1}, 4, {4, 4, 4}},   // more cores than processors
   };
   for (const auto& c : cases) {
     current = c.cpu;
@@ -63,17 +63,17 @@ TEST(VmlForkLength, IsTheOverheadInElementsAndAtLeastAHundred) {
     vml_cost_row row;
     int type, want;
   } cases[] = {
-      {{1, 1, 1}, kDivisionHa, 0, INT_MAX},            // one processor
-      {{8, 4, 1}, kDivisionHa, 5, INT_MAX},            // cost 0
-      {{2, 2, 1}, kDivisionHa, 0, 3498},               // 60000 / 17.15
-      {{2, 2, 1}, kDivisionHa, 1, 1682},               // 60000 / 35.67
-      {{2, 2, 1}, kDivisionLa, 4, 9389},               // 60000 / 6.39
-      {{2, 1, 1}, kDivisionEp, 0, 29154},              // 500000 / 17.15
-      {{2, 2, 2}, kDivisionHa, 0, 524},                // 9000 / 17.15
-      {{4, 4, 4}, kDivisionHa, 1, 252},                // 9000 / 35.67
-      {{4, 4, 2}, kDivisionHa, 0, 1516},               // (2/3) 9000 + (1/3) 60000
-      {{8, 4, 1}, kDivisionHa, 0, 7163},               // (6/7) 60000 + (1/7) 500000
-      {{2, 2, 1}, kDivisionHa, 6, 40960},              // native: by bytes
+      {{1, 1, 1}, kDivisionHa, 0, INT_MAX},  // one processor
+      {{8, 4, 1}, kDivisionHa, 5, INT_MAX},  // cost 0
+      {{2, 2, 1}, kDivisionHa, 0, 3498},     // 60000 / 17.15
+      {{2, 2, 1}, kDivisionHa, 1, 1682},     // 60000 / 35.67
+      {{2, 2, 1}, kDivisionLa, 4, 9389},     // 60000 / 6.39
+      {{2, 1, 1}, kDivisionEp, 0, 29154},    // 500000 / 17.15
+      {{2, 2, 2}, kDivisionHa, 0, 524},      // 9000 / 17.15
+      {{4, 4, 4}, kDivisionHa, 1, 252},      // 9000 / 35.67
+      {{4, 4, 2}, kDivisionHa, 0, 1516},     // (2/3) 9000 + (1/3) 60000
+      {{8, 4, 1}, kDivisionHa, 0, 7163},     // (6/7) 60000 + (1/7) 500000
+      {{2, 2, 1}, kDivisionHa, 6, 40960},    // native: by bytes
   };
   for (const auto& c : cases) {
     EXPECT_EQ(vml_fork_length(c.topology, c.row, c.type), c.want) << c.topology.logical << ' ' << c.type;
@@ -86,16 +86,13 @@ TEST(VmlTeam, GrowsUntilItCostsAsMuchAsTheWork) {
     vml_topology topology;
     int type, n, want;
   } cases[] = {
-      {8, {2, 2, 1}, 0, 3498, 1},    // the region alone costs as much
-      {8, {2, 2, 1}, 0, 1000000, 2}, // as many as the machine has
-      {8, {4, 4, 1}, 0, 5830, 2},    // 60000 / 17.15 = 3498; with three left + 40000: 5830; + 20000: 6997
-      {8, {4, 4, 1}, 0, 5831, 3},
-      {8, {4, 4, 1}, 0, 6998, 4},
-      {8, {4, 4, 1}, 0, 1000000, 4},
-      {3, {4, 4, 1}, 0, 1000000, 3}, // not more than the policy allows
-      {0, {2, 2, 1}, 0, 10, 0},
-      {8, {8, 4, 1}, 5, INT_MAX, 1}, // never on this type
-      {8, {8, 8, 1}, 6, 40960, 2},   // native
+      {8, {2, 2, 1}, 0, 3498, 1},     // the region alone costs as much
+      {8, {2, 2, 1}, 0, 1000000, 2},  // as many as the machine has
+      {8, {4, 4, 1}, 0, 5830, 2},     // 60000 / 17.15 = 3498; with three left + 40000: 5830; + 20000: 6997
+      {8, {4, 4, 1}, 0, 5831, 3},    {8, {4, 4, 1}, 0, 6998, 4},
+      {8, {4, 4, 1}, 0, 1000000, 4}, {3, {4, 4, 1}, 0, 1000000, 3},  // not more than the policy allows
+      {0, {2, 2, 1}, 0, 10, 0},      {8, {8, 4, 1}, 5, INT_MAX, 1},  // never on this type
+      {8, {8, 8, 1}, 6, 40960, 2},                                   // native
       {8, {8, 8, 1}, 7, 102400, 5},
   };
   for (const auto& c : cases) {

@@ -15,52 +15,69 @@ inline void divide_one(int i, const double* a, const double* b, double* r, doubl
   if (y == 0) vml_error(kSingularity, i, a, b, r, r, "vdDiv");
 }
 
-/// A block with a divisor of exponent field 0, which may be zero. In order; operands were read before
-/// anything is stored, since r may be a or b.
-[[gnu::noinline, gnu::cold]] void divide_small(int start, const double* a, const double* b, double* r) {
+/// Elements with a divisor of exponent field 0 among them, which may be zero. In order; operands are read
+/// before anything is stored, since r may be a or b.
+[[gnu::noinline, gnu::cold]] void divide_small(int start, int count, const double* a, const double* b,
+                                               double* r) {
   double x[kBlock], y[kBlock];
-  for (int k = 0; k < kBlock; ++k) {
+  for (int k = 0; k < count; ++k) {
     x[k] = element_at(a + start + k);
     y[k] = element_at(b + start + k);
   }
-  for (int k = 0; k < kBlock; ++k) divide_one(start + k, a, b, r, x[k], y[k]);
+  for (int k = 0; k < count; ++k) divide_one(start + k, a, b, r, x[k], y[k]);
 }
 
-[[gnu::noinline]] void divide(int n, const double* a, const double* b, double* r) {
-  int i = 0;
-  for (; i < (n & ~(kBlock - 1)); i += kBlock) {
-    doubles::reg quotient[kRegisters];
-    doubles::flags small = doubles::none();
-#pragma GCC unroll 8
-    for (int k = 0; k < kRegisters; ++k) {
-      const doubles::reg divisor = doubles::load(b + i + k * doubles::kCount);
-      small = doubles::zero_exponents(divisor, small);
-      quotient[k] = doubles::div(doubles::load(a + i + k * doubles::kCount), divisor);
-    }
-    if (doubles::any(small)) [[unlikely]] {
-      divide_small(i, a, b, r);
-      continue;
-    }
-#pragma GCC unroll 8
-    for (int k = 0; k < kRegisters; ++k) doubles::store(r + i + k * doubles::kCount, quotient[k]);
-  }
+[[gnu::noinline]] void divide_rest(int i, int n, const double* a, const double* b, double* r) {
   for (; i < n; ++i) divide_one(i, a, b, r, element_at(a + i), element_at(b + i));
 }
 
+/// A block of kRegs registers; false, with nothing stored, if a divisor has exponent field 0.
+template <int kRegs>
+[[gnu::always_inline]] inline bool divide_registers(const double* a, const double* b, double* r) {
+  doubles::reg quotient[kRegs];
+  doubles::flags small = doubles::none();
+#pragma GCC unroll 8
+  for (int k = 0; k < kRegs; ++k) {
+    const doubles::reg divisor = doubles::load(b + k * doubles::kCount);
+    small = doubles::zero_exponents(divisor, small);
+    quotient[k] = doubles::div(doubles::load(a + k * doubles::kCount), divisor);
+  }
+  if (doubles::any(small)) [[unlikely]] {
+    return false;
+  }
+#pragma GCC unroll 8
+  for (int k = 0; k < kRegs; ++k) doubles::store(r + k * doubles::kCount, quotient[k]);
+  return true;
+}
+
+[[gnu::always_inline]] inline void divide(int n, const double* a, const double* b, double* r) {
+  int i = 0;
+  for (; i < (n & ~(kBlock - 1)); i += kBlock) {
+    if (!divide_registers<kRegisters>(a + i, b + i, r + i)) divide_small(i, kBlock, a, b, r);
+  }
+  for (; i + doubles::kCount <= n; i += doubles::kCount) {
+    if (!divide_registers<1>(a + i, b + i, r + i)) divide_small(i, doubles::kCount, a, b, r);
+  }
+  if (i < n) divide_rest(i, n, a, b, r);
+}
+
 /// Op works on registers and on single numbers.
+template <int kRegs, class Op>
+[[gnu::always_inline]] inline void join_registers(const double* a, const double* b, double* r, Op op) {
+  doubles::reg result[kRegs];
+#pragma GCC unroll 8
+  for (int k = 0; k < kRegs; ++k) {
+    result[k] = op(doubles::load(a + k * doubles::kCount), doubles::load(b + k * doubles::kCount));
+  }
+#pragma GCC unroll 8
+  for (int k = 0; k < kRegs; ++k) doubles::store(r + k * doubles::kCount, result[k]);
+}
 template <class Op>
 [[gnu::always_inline]] inline void for_blocks(int n, const double* a, const double* b, double* r, Op op) {
   int i = 0;
-  for (; i < (n & ~(kBlock - 1)); i += kBlock) {
-    doubles::reg result[kRegisters];
-#pragma GCC unroll 8
-    for (int k = 0; k < kRegisters; ++k) {
-      result[k] =
-          op(doubles::load(a + i + k * doubles::kCount), doubles::load(b + i + k * doubles::kCount));
-    }
-#pragma GCC unroll 8
-    for (int k = 0; k < kRegisters; ++k) doubles::store(r + i + k * doubles::kCount, result[k]);
-  }
+  for (; i < (n & ~(kBlock - 1)); i += kBlock) join_registers<kRegisters>(a + i, b + i, r + i, op);
+  for (; i + doubles::kCount <= n; i += doubles::kCount) join_registers<1>(a + i, b + i, r + i, op);
+#pragma GCC unroll 1
   for (; i < n; ++i) set_element(r + i, op(element_at(a + i), element_at(b + i)));
 }
 

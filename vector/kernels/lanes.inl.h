@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The widest registers of the processor type: doubles, and random words in 64-bit lanes. A block of 16 doubles
-// is what the kernels work at a time.
+// The widest registers of the processor type: doubles, and random words in 64-bit lanes. A block of 16
+// doubles is what the kernels work at a time.
 #pragma once
 
 namespace qel::QEL_LEVEL {
@@ -47,8 +47,7 @@ struct doubles {
   static flags none() { return _mm256_setzero_pd(); }
   static flags zero_exponents(reg v, flags others) {
     const reg infinity = _mm256_set1_pd(__builtin_inf());  // all ones in the exponent field, else zeros
-    return _mm256_or_pd(others,
-                        _mm256_cmp_pd(_mm256_and_pd(v, infinity), _mm256_setzero_pd(), _CMP_EQ_OQ));
+    return _mm256_or_pd(others, _mm256_cmp_pd(_mm256_and_pd(v, infinity), _mm256_setzero_pd(), _CMP_EQ_OQ));
   }
   static bool any(flags f) { return _mm256_movemask_pd(f) != 0; }
 };
@@ -102,9 +101,7 @@ struct words : doubles {
   static word_reg load_words(const double* p) {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(p));
   }
-  static void store_words(double* p, word_reg v) {
-    _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(p), v);
-  }
+  static void store_words(double* p, word_reg v) { _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(p), v); }
   static word_reg exclusive_or(word_reg a, word_reg b) { return _mm256_xor_si256(a, b); }
   static reg number(word_reg v) {
     return sub(_mm256_castsi256_pd(_mm256_or_si256(v, _mm256_set1_epi64x(kExponentOf52))), all(kTwoTo52));

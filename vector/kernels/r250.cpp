@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Numbers of the R250 generator, y(k) = y(k - 250) ^ y(k - 147) (S. Kirkpatrick, E. P. Stoll, J. Comput. Phys.
-// 40 (1981) 517), and the clamp of uniform numbers into their interval.
+// Numbers of the R250 generator, y(k) = y(k - 250) ^ y(k - 147) (S. Kirkpatrick, E. P. Stoll, J. Comput.
+// Phys. 40 (1981) 517), and the clamp of uniform numbers into their interval.
 #include "vector/kernels/kernel_prelude.h"
 #include "vector/kernels/lanes.inl.h"
 

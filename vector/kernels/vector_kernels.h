@@ -29,12 +29,12 @@ using r250_fill_kernel = void(r250_register& state, int n, double* r, double a, 
 using clamp_kernel = void(int n, double* r, double a, double b);
 
 // Division in its three accuracies (HA, 50: low, 26: enhanced performance), which all divide exactly.
-#define QEL_VECTOR_KERNELS(type, code)                                                              \
-  namespace type {                                                                                  \
-  vml_kernel qel_vml_core_##code##_vml_dDiv_HA, qel_vml_core_##code##_vml_dDiv_50,                  \
+#define QEL_VECTOR_KERNELS(type, code)                                                                   \
+  namespace type {                                                                                       \
+  vml_kernel qel_vml_core_##code##_vml_dDiv_HA, qel_vml_core_##code##_vml_dDiv_50,                       \
       qel_vml_core_##code##_vml_dDiv_26, qel_vml_core_##code##_vml_dMul, qel_vml_core_##code##_vml_dSub; \
-  r250_fill_kernel qel_vsl_core_##code##_r250_fill;                                                 \
-  clamp_kernel qel_vsl_core_##code##_clamp;                                                         \
+  r250_fill_kernel qel_vsl_core_##code##_r250_fill;                                                      \
+  clamp_kernel qel_vsl_core_##code##_clamp;                                                              \
   }
 
 QEL_VECTOR_KERNELS(t0_ex, ex)  // generic

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// When a vector-math call is worth threads: pure functions of the machine's topology and of an element's cost.
+// When a vector-math call is worth threads: pure functions of the machine's topology and of an element's
+// cost.
 #pragma once
 
 #include "service/cpu_facts.h"

@@ -7,22 +7,22 @@
 
 namespace qel {
 
-#define QEL_VML_ROW(name)                                                                             \
-  {                                                                                                   \
-    {                                                                                                 \
-      t0_ex::qel_vml_core_ex_vml_##name, t1_e7::qel_vml_core_e7_vml_##name,                           \
-          t2_u8::qel_vml_core_u8_vml_##name, t3_y8::qel_vml_core_y8_vml_##name,                       \
-          t4_h8::qel_vml_core_h8_vml_##name, t5_e9::qel_vml_core_e9_vml_##name,                       \
-          t6_n6::qel_vml_core_n6_vml_##name, t7_n7::qel_vml_core_n7_vml_##name                        \
-    }                                                                                                 \
+#define QEL_VML_ROW(name)                                                       \
+  {                                                                             \
+    {                                                                           \
+      t0_ex::qel_vml_core_ex_vml_##name, t1_e7::qel_vml_core_e7_vml_##name,     \
+          t2_u8::qel_vml_core_u8_vml_##name, t3_y8::qel_vml_core_y8_vml_##name, \
+          t4_h8::qel_vml_core_h8_vml_##name, t5_e9::qel_vml_core_e9_vml_##name, \
+          t6_n6::qel_vml_core_n6_vml_##name, t7_n7::qel_vml_core_n7_vml_##name  \
+    }                                                                           \
   }
-#define QEL_VSL_ROW(name)                                                                             \
-  {                                                                                                   \
-    {                                                                                                 \
-      t0_ex::qel_vsl_core_ex_##name, t1_e7::qel_vsl_core_e7_##name, t2_u8::qel_vsl_core_u8_##name,    \
+#define QEL_VSL_ROW(name)                                                                              \
+  {                                                                                                    \
+    {                                                                                                  \
+      t0_ex::qel_vsl_core_ex_##name, t1_e7::qel_vsl_core_e7_##name, t2_u8::qel_vsl_core_u8_##name,     \
           t3_y8::qel_vsl_core_y8_##name, t4_h8::qel_vsl_core_h8_##name, t5_e9::qel_vsl_core_e9_##name, \
-          t6_n6::qel_vsl_core_n6_##name, t7_n7::qel_vsl_core_n7_##name                                \
-    }                                                                                                 \
+          t6_n6::qel_vsl_core_n6_##name, t7_n7::qel_vsl_core_n7_##name                                 \
+    }                                                                                                  \
   }
 
 inline constexpr type_row<vml_kernel> kDivHa = QEL_VML_ROW(dDiv_HA);
