@@ -60,7 +60,8 @@ int call_info(Entry* entry, const A&... arguments) {
 
 /// Index arithmetic wraps, as that of the managed callers does.
 inline int moved_offset(int offset, int steps, int stride) {
-  return static_cast<int>(static_cast<unsigned>(offset) + static_cast<unsigned>(steps) * static_cast<unsigned>(stride));
+  return static_cast<int>(static_cast<unsigned>(offset) +
+                          static_cast<unsigned>(steps) * static_cast<unsigned>(stride));
 }
 
 /// The element with the lowest address of the vector (n, block, inc), which is what an entry takes together
@@ -92,12 +93,32 @@ T* array_pointer(const Core::Array<T>& array) {
   return &array[0];
 }
 
+/// The sum of x_k y_k.
+template <class T>
+T dot_product(int n, const T* x, int incx, const T* y, int incy) {
+  if constexpr (is_complex<T>) {
+    T result(0, 0);
+    call(entries<T>::dotu, &result, n, x, incx, y, incy);
+    return result;
+  } else {
+    return call(entries<T>::dot, n, x, incx, y, incy);
+  }
+}
+/// The sum of conj(x_k) y_k.
+template <class T>
+T conjugated_dot(int n, const T* x, int incx, const T* y, int incy) {
+  T result(0, 0);
+  call(entries<T>::dotc, &result, n, x, incx, y, incy);
+  return result;
+}
+
 /// Scratch of size elements, at least one; its values are not set.
 template <class T>
 class workspace {
  public:
   explicit workspace(std::ptrdiff_t size)
-      : cells_(std::make_unique_for_overwrite<T[]>(static_cast<std::size_t>(std::max<std::ptrdiff_t>(size, 1)))) {}
+      : cells_(std::make_unique_for_overwrite<T[]>(
+            static_cast<std::size_t>(std::max<std::ptrdiff_t>(size, 1)))) {}
   operator T*() const { return cells_.get(); }
   T* get() const { return cells_.get(); }
 
@@ -123,7 +144,8 @@ int with_best_work(const Run& run) {
   return run(work.get(), lwork);
 }
 
-/// Pivots are zero-based between calls and one-based inside one. The array is lent to run() in the core's form.
+/// Pivots are zero-based between calls and one-based inside one. The array is lent to run() in the core's
+/// form.
 template <class Run>
 auto with_core_indices(const Core::Array<int>& indices, const Run& run) {
   struct loan {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Element-wise operations, in the facade's own loops.
 #include "facade/calls.h"
-#include "facade/shared_operations.h"
 #include "facade/views.h"
 #include "tavik/kernel/dot_net_blas.h"
 
@@ -61,48 +60,48 @@ void apply_to_matrices(const Op& op, int rows, int cols, const matrix_view<T>&..
 
 }  // namespace
 
-#define DEFINE(T)                                                                                            \
-  void DotNetBlas::Multiply(int n, const DataBlock<T>& x, int xStride, const DataBlock<T>& y, int yStride,   \
-                            const DataBlock<T>& z, int zStride) {                                            \
-    apply(kMultiply, n, x, xStride, y, yStride, z, zStride);                                                 \
-  }                                                                                                          \
-  void DotNetBlas::Multiply(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride,   \
-                            const DataBlock<T>& BData, int BRowStride, int BColStride) {                     \
-    apply_to_matrices(kMultiplySecond, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},            \
-                      matrix_view<T>{BData, BRowStride, BColStride});                                        \
-  }                                                                                                          \
-  void DotNetBlas::Multiply(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride,   \
-                            const DataBlock<T>& BData, int BRowStride, int BColStride,                       \
-                            const DataBlock<T>& CData, int CRowStride, int CColStride) {                     \
-    apply_to_matrices(kMultiply, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},                  \
-                      matrix_view<T>{BData, BRowStride, BColStride},                                         \
-                      matrix_view<T>{CData, CRowStride, CColStride});                                        \
-  }                                                                                                          \
-  void DotNetBlas::Divide(int n, const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy) {         \
-    apply(kDivideFirst, n, x, incx, y, incy);                                                                \
-  }                                                                                                          \
-  void DotNetBlas::Divide(int n, const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy,           \
-                          const DataBlock<T>& z, int incz) {                                                 \
-    apply(kDivide, n, x, incx, y, incy, z, incz);                                                            \
-  }                                                                                                          \
-  void DotNetBlas::Divide(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride,     \
-                          const DataBlock<T>& BData, int BRowStride, int BColStride) {                       \
-    apply_to_matrices(kDivideFirst, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},               \
-                      matrix_view<T>{BData, BRowStride, BColStride});                                        \
-  }                                                                                                          \
-  void DotNetBlas::Divide(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride,     \
-                          const DataBlock<T>& BData, int BRowStride, int BColStride,                         \
-                          const DataBlock<T>& CData, int CRowStride, int CColStride) {                       \
-    apply_to_matrices(kDivide, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},                    \
-                      matrix_view<T>{BData, BRowStride, BColStride},                                         \
-                      matrix_view<T>{CData, CRowStride, CColStride});                                        \
+#define DEFINE(T)                                                                                          \
+  void DotNetBlas::Multiply(int n, const DataBlock<T>& x, int xStride, const DataBlock<T>& y, int yStride, \
+                            const DataBlock<T>& z, int zStride) {                                          \
+    apply(kMultiply, n, x, xStride, y, yStride, z, zStride);                                               \
+  }                                                                                                        \
+  void DotNetBlas::Multiply(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride, \
+                            const DataBlock<T>& BData, int BRowStride, int BColStride) {                   \
+    apply_to_matrices(kMultiplySecond, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},          \
+                      matrix_view<T>{BData, BRowStride, BColStride});                                      \
+  }                                                                                                        \
+  void DotNetBlas::Multiply(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride, \
+                            const DataBlock<T>& BData, int BRowStride, int BColStride,                     \
+                            const DataBlock<T>& CData, int CRowStride, int CColStride) {                   \
+    apply_to_matrices(kMultiply, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},                \
+                      matrix_view<T>{BData, BRowStride, BColStride},                                       \
+                      matrix_view<T>{CData, CRowStride, CColStride});                                      \
+  }                                                                                                        \
+  void DotNetBlas::Divide(int n, const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy) {       \
+    apply(kDivideFirst, n, x, incx, y, incy);                                                              \
+  }                                                                                                        \
+  void DotNetBlas::Divide(int n, const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy,         \
+                          const DataBlock<T>& z, int incz) {                                               \
+    apply(kDivide, n, x, incx, y, incy, z, incz);                                                          \
+  }                                                                                                        \
+  void DotNetBlas::Divide(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride,   \
+                          const DataBlock<T>& BData, int BRowStride, int BColStride) {                     \
+    apply_to_matrices(kDivideFirst, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},             \
+                      matrix_view<T>{BData, BRowStride, BColStride});                                      \
+  }                                                                                                        \
+  void DotNetBlas::Divide(int rows, int cols, const DataBlock<T>& AData, int ARowStride, int AColStride,   \
+                          const DataBlock<T>& BData, int BRowStride, int BColStride,                       \
+                          const DataBlock<T>& CData, int CRowStride, int CColStride) {                     \
+    apply_to_matrices(kDivide, rows, cols, matrix_view<T>{AData, ARowStride, AColStride},                  \
+                      matrix_view<T>{BData, BRowStride, BColStride},                                       \
+                      matrix_view<T>{CData, CRowStride, CColStride});                                      \
   }
 TAVIK_FOR_ALL(DEFINE)
 #undef DEFINE
 
-#define DEFINE(T)                                                                                           \
+#define DEFINE(T)                                                                                            \
   void DotNetBlas::Multiply(int n, const DataBlock<T>& x, int xStride, const DataBlock<T>& y, int yStride) { \
-    apply(kMultiplySecond, n, x, xStride, y, yStride);                                                      \
+    apply(kMultiplySecond, n, x, xStride, y, yStride);                                                       \
   }
 DEFINE(double)
 TAVIK_FOR_COMPLEX(DEFINE)
@@ -138,24 +137,5 @@ TAVIK_FOR_REALS(DEFINE)
   }
 TAVIK_FOR_COMPLEX(DEFINE)
 #undef DEFINE
-
-void DotNetBlas::SafeDivide(int len, const Array<double>& a, const Array<double>& b, const Array<double>& c) {
-  safe_divide(len, a, b, c, epsilon);
-}
-void DotNetBlas::SafeDivide(int rows, int cols, const DoubleDataBlock& AData, int ARowStride, int AColStride,
-                            const DoubleDataBlock& BData, int BRowStride, int BColStride) {
-  SafeDivide(rows, cols, AData, ARowStride, AColStride, BData, BRowStride, BColStride, AData, ARowStride,
-             AColStride);
-}
-void DotNetBlas::SafeDivide(int rows, int cols, const DoubleDataBlock& AData, int ARowStride, int AColStride,
-                            const DoubleDataBlock& BData, int BRowStride, int BColStride,
-                            const DoubleDataBlock& CData, int CRowStride, int CColStride) {
-  safe_divide(rows, cols, AData, ARowStride, AColStride, BData, BRowStride, BColStride, CData, CRowStride,
-              CColStride, epsilon);
-}
-void DotNetBlas::MakeNonNegative(int rows, int cols, const DoubleDataBlock& AData, int ARowStride,
-                                 int AColStride) {
-  make_non_negative(rows, cols, AData, ARowStride, AColStride);
-}
 
 }  // namespace Tavik::Kernel

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Products of strided matrices: one call of gemm or gemv if everything is compact, else a dot product for each
-// element of the result.
-// Kept: the compact way accumulates, the other one overwrites.
+// Products of strided matrices: one call of gemm or gemv if everything is compact, else a dot product for
+// each element of the result. Kept: the compact way accumulates, the other one overwrites.
 #include <algorithm>
 
 #include "facade/calls.h"
@@ -18,23 +17,6 @@ struct operand {
   int row_stride, col_stride;
   bool compact(int rows) const { return DotNetBlas::IsCompactStride(rows, row_stride, col_stride); }
 };
-
-template <class T>
-T unconjugated(int n, const T* x, int incx, const T* y, int incy) {
-  if constexpr (is_complex<T>) {
-    T result(0, 0);
-    call(entries<T>::dotu, &result, n, x, incx, y, incy);
-    return result;
-  } else {
-    return call(entries<T>::dot, n, x, incx, y, incy);
-  }
-}
-template <class T>
-T conjugated(int n, const T* x, int incx, const T* y, int incy) {
-  T result(0, 0);
-  call(entries<T>::dotc, &result, n, x, incx, y, incy);
-  return result;
-}
 
 template <class T>
 void set_element(const operand<T>& c, int i, int j, T value) {
@@ -69,7 +51,7 @@ void product_with_gaps(int m, int n, int k, char transa, char transb, operand<T>
     std::swap(b.row_stride, b.col_stride);
     base_length = n;
   }
-  product_by_dots(m, n, k, base_length, a, b, c, unconjugated<T>);
+  product_by_dots(m, n, k, base_length, a, b, c, dot_product<T>);
 }
 
 /// C += op(A) op(B), cleared first if asked for. All compact; letters and stored row counts as given.
@@ -81,8 +63,8 @@ void compact_product(char transa, char transb, int m, int n, int k, const operan
     std::fill_n(cleared.first, std::max(m * n, 0), T(0));
   }
   const T one(1);
-  call(entries<T>::gemm, transa, transb, m, n, k, one, block_pointer(a.block), lda, block_pointer(b.block), ldb,
-       one, block_pointer(c.block), ldc);
+  call(entries<T>::gemm, transa, transb, m, n, k, one, block_pointer(a.block), lda, block_pointer(b.block),
+       ldb, one, block_pointer(c.block), ldc);
 }
 
 template <class T>
@@ -95,7 +77,7 @@ void any_product(char transa, char transb, int m, int n, int k, const operand<T>
   if constexpr (is_complex<T>) {
     if (transa == 'C') {
       const operand<T> adjoint{a.block, a.col_stride, a.row_stride};
-      return product_by_dots(m, n, k, k, adjoint, b, c, conjugated<T>);
+      return product_by_dots(m, n, k, k, adjoint, b, c, conjugated_dot<T>);
     }
   }
   product_with_gaps(m, n, k, transa, transb, a, b, c);
@@ -122,33 +104,34 @@ void matrix_vector(char trans, int m, int n, const operand<T>& a, const DataBloc
   if (a.compact(m)) {
     call(entries<T>::gemv, trans, m, n, one, block_pointer(a.block), m, x_base, incx, one, y_base, incy);
   } else if (trans == 'N') {
-    matrix_vector_by_dots(m, n, a.block, a.row_stride, a.col_stride, x_base, incx, y, incy, unconjugated<T>);
+    matrix_vector_by_dots(m, n, a.block, a.row_stride, a.col_stride, x_base, incx, y, incy, dot_product<T>);
   } else if constexpr (is_complex<T>) {
-    matrix_vector_by_dots(n, m, a.block, a.col_stride, a.row_stride, x_base, incx, y, incy, conjugated<T>);
+    matrix_vector_by_dots(n, m, a.block, a.col_stride, a.row_stride, x_base, incx, y, incy,
+                          conjugated_dot<T>);
   }
 }
 
 }  // namespace
 
 // A product under its name, with and without zeroC.
-#define DEFINE_PRODUCT(T, Name, transa, transb)                                                              \
-  void DotNetBlas::Name(int m, int n, int k, const DataBlock<T>& a, int aRowStride, int aColStride,          \
-                        const DataBlock<T>& b, int bRowStride, int bColStride, const DataBlock<T>& c,        \
-                        int cRowStride, int cColStride) {                                                    \
-    Name(m, n, k, a, aRowStride, aColStride, b, bRowStride, bColStride, c, cRowStride, cColStride, false);   \
-  }                                                                                                          \
-  void DotNetBlas::Name(int m, int n, int k, const DataBlock<T>& a, int aRowStride, int aColStride,          \
-                        const DataBlock<T>& b, int bRowStride, int bColStride, const DataBlock<T>& c,        \
-                        int cRowStride, int cColStride, bool zeroC) {                                        \
-    any_product<T>(transa, transb, m, n, k, {a, aRowStride, aColStride}, {b, bRowStride, bColStride},        \
-                   {c, cRowStride, cColStride}, zeroC);                                                      \
+#define DEFINE_PRODUCT(T, Name, transa, transb)                                                            \
+  void DotNetBlas::Name(int m, int n, int k, const DataBlock<T>& a, int aRowStride, int aColStride,        \
+                        const DataBlock<T>& b, int bRowStride, int bColStride, const DataBlock<T>& c,      \
+                        int cRowStride, int cColStride) {                                                  \
+    Name(m, n, k, a, aRowStride, aColStride, b, bRowStride, bColStride, c, cRowStride, cColStride, false); \
+  }                                                                                                        \
+  void DotNetBlas::Name(int m, int n, int k, const DataBlock<T>& a, int aRowStride, int aColStride,        \
+                        const DataBlock<T>& b, int bRowStride, int bColStride, const DataBlock<T>& c,      \
+                        int cRowStride, int cColStride, bool zeroC) {                                      \
+    any_product<T>(transa, transb, m, n, k, {a, aRowStride, aColStride}, {b, bRowStride, bColStride},      \
+                   {c, cRowStride, cColStride}, zeroC);                                                    \
   }
-#define DEFINE(T)                                                                                            \
-  DEFINE_PRODUCT(T, Product, 'N', 'N')                                                                       \
-  DEFINE_PRODUCT(T, TransposeProduct, 'T', 'N')                                                              \
-  void DotNetBlas::Product(int m, int n, const DataBlock<T>& a, int aRowStride, int aColStride,              \
-                           const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy) {               \
-    matrix_vector<T>('N', m, n, {a, aRowStride, aColStride}, x, incx, y, incy);                              \
+#define DEFINE(T)                                                                               \
+  DEFINE_PRODUCT(T, Product, 'N', 'N')                                                          \
+  DEFINE_PRODUCT(T, TransposeProduct, 'T', 'N')                                                 \
+  void DotNetBlas::Product(int m, int n, const DataBlock<T>& a, int aRowStride, int aColStride, \
+                           const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy) {  \
+    matrix_vector<T>('N', m, n, {a, aRowStride, aColStride}, x, incx, y, incy);                 \
   }
 TAVIK_FOR_ALL(DEFINE)
 #undef DEFINE
@@ -171,23 +154,23 @@ DEFINE_PRODUCT(double, ProductTranspose, 'N', 'T')
 TAVIK_FOR_COMPLEX(DEFINE)
 #undef DEFINE
 
-#define DEFINE(T)                                                                                            \
-  void DotNetBlas::NonCompactProduct(int m, int n, int k, char transa, char transb, const DataBlock<T>& a,   \
-                                     int aRowStride, int aColStride, const DataBlock<T>& b, int bRowStride,  \
-                                     int bColStride, const DataBlock<T>& c, int cRowStride,                  \
-                                     int cColStride) {                                                       \
-    product_with_gaps<T>(m, n, k, transa, transb, {a, aRowStride, aColStride}, {b, bRowStride, bColStride},  \
-                         {c, cRowStride, cColStride});                                                       \
+#define DEFINE(T)                                                                                           \
+  void DotNetBlas::NonCompactProduct(int m, int n, int k, char transa, char transb, const DataBlock<T>& a,  \
+                                     int aRowStride, int aColStride, const DataBlock<T>& b, int bRowStride, \
+                                     int bColStride, const DataBlock<T>& c, int cRowStride,                 \
+                                     int cColStride) {                                                      \
+    product_with_gaps<T>(m, n, k, transa, transb, {a, aRowStride, aColStride}, {b, bRowStride, bColStride}, \
+                         {c, cRowStride, cColStride});                                                      \
   }
 TAVIK_FOR_REALS(DEFINE)
 #undef DEFINE
 #undef DEFINE_PRODUCT
 
-#define DEFINE(T, Name)                                                                                      \
-  void DotNetBlas::Name(int m, int n, const DataBlock<T>& a, int aRowStride, int aColStride,                 \
-                        const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy) {                  \
-    matrix_vector_by_dots(m, n, a, aRowStride, aColStride, vector_pointer(n, x, incx), incx, y, incy,        \
-                          unconjugated<T>);                                                                  \
+#define DEFINE(T, Name)                                                                               \
+  void DotNetBlas::Name(int m, int n, const DataBlock<T>& a, int aRowStride, int aColStride,          \
+                        const DataBlock<T>& x, int incx, const DataBlock<T>& y, int incy) {           \
+    matrix_vector_by_dots(m, n, a, aRowStride, aColStride, vector_pointer(n, x, incx), incx, y, incy, \
+                          dot_product<T>);                                                            \
   }
 DEFINE(DoubleComplex, ProductUsingZdotu)
 DEFINE(FloatComplex, ProductUsingCdotu)

@@ -37,7 +37,8 @@ T narrowed(wide_of<T> v) {
 template <class T>
 T sum(int n, const DataBlock<T>& x, int stride) {
   T total(0);
-  for_each_element(n, [&](const T& v) { total = total + v; }, elements(n, x, stride));
+  for_each_element(
+      n, [&](const T& v) { total = total + v; }, elements(n, x, stride));
   return total;
 }
 
@@ -155,17 +156,17 @@ T nan_variance(int n, const DataBlock<T>& x, int stride, T mean) {
 
 }  // namespace
 
-#define DEFINE(T)                                                                                         \
-  T DotNetBlas::Sum(int n, const DataBlock<T>& x, int stride) { return sum(n, x, stride); }               \
-  T DotNetBlas::Product(int n, const DataBlock<T>& x, int stride) { return product(n, x, stride); }       \
-  void DotNetBlas::Delta(int n, const DataBlock<T>& x, int stride, const DataBlock<T>& y) {               \
-    make_sequence(n, x, stride, y, [](T now, T before, T) { return now - before; });                      \
-  }                                                                                                       \
-  T DotNetBlas::SumOfSquares(int n, const DataBlock<T>& x, int stride) {                                  \
-    return sum_of_squares(n, elements(n, x, stride));                                                     \
-  }                                                                                                       \
-  T DotNetBlas::Variance(int n, const DataBlock<T>& x, int stride) {                                      \
-    return SumOfSquares(n, x, stride) / T(static_cast<real_of<T>>(n));                                    \
+#define DEFINE(T)                                                                                   \
+  T DotNetBlas::Sum(int n, const DataBlock<T>& x, int stride) { return sum(n, x, stride); }         \
+  T DotNetBlas::Product(int n, const DataBlock<T>& x, int stride) { return product(n, x, stride); } \
+  void DotNetBlas::Delta(int n, const DataBlock<T>& x, int stride, const DataBlock<T>& y) {         \
+    make_sequence(n, x, stride, y, [](T now, T before, T) { return now - before; });                \
+  }                                                                                                 \
+  T DotNetBlas::SumOfSquares(int n, const DataBlock<T>& x, int stride) {                            \
+    return sum_of_squares(n, elements(n, x, stride));                                               \
+  }                                                                                                 \
+  T DotNetBlas::Variance(int n, const DataBlock<T>& x, int stride) {                                \
+    return SumOfSquares(n, x, stride) / T(static_cast<real_of<T>>(n));                              \
   }
 TAVIK_FOR_ALL(DEFINE)
 #undef DEFINE
@@ -174,48 +175,48 @@ double DotNetBlas::SumOfSquares(const Array<double>& data) {
   return SumOfSquares(data.Length(), DoubleDataBlock{data, 0}, 1);
 }
 
-#define DEFINE(T)                                                                                    \
-  void DotNetBlas::CumulativeSum(int n, const DataBlock<T>& x, int stride, const DataBlock<T>& y) {  \
-    make_sequence(n, x, stride, y, [](T now, T, T total) { return total + now; });                   \
-  }                                                                                                  \
-  int DotNetBlas::MaxIndex(int n, const DataBlock<T>& x, int stride) {                               \
-    return extreme_index(n, x, stride, kGreater);                                                    \
-  }                                                                                                  \
-  int DotNetBlas::MinIndex(int n, const DataBlock<T>& x, int stride) {                               \
-    return extreme_index(n, x, stride, kSmaller);                                                    \
-  }                                                                                                  \
-  T DotNetBlas::MaxValue(int n, const DataBlock<T>& x, int stride) {                                 \
-    return extreme_value(n, x, stride, kGreater);                                                    \
-  }                                                                                                  \
-  T DotNetBlas::MinValue(int n, const DataBlock<T>& x, int stride) {                                 \
-    return extreme_value(n, x, stride, kSmaller);                                                    \
-  }                                                                                                  \
-  int DotNetBlas::NaNMaxIndex(int n, const DataBlock<T>& x, int stride) {                            \
-    return extreme_index_from(std::numeric_limits<T>::lowest(), n, x, stride, kGreater);             \
-  }                                                                                                  \
-  int DotNetBlas::NaNMinIndex(int n, const DataBlock<T>& x, int stride) {                            \
-    return extreme_index_from(std::numeric_limits<T>::max(), n, x, stride, kSmaller);                \
-  }                                                                                                  \
-  T DotNetBlas::NaNMaxValue(int n, const DataBlock<T>& x, int stride) {                              \
-    return extreme_value(n, x, stride, kGreaterOrFirst);                                             \
-  }                                                                                                  \
-  T DotNetBlas::NaNMinValue(int n, const DataBlock<T>& x, int stride) {                              \
-    return extreme_value(n, x, stride, kSmallerOrFirst);                                             \
-  }                                                                                                  \
-  int DotNetBlas::NaNCount(int n, const DataBlock<T>& x, int stride) {                               \
-    return moments_of(n, elements(n, x, stride), kNumbers).count;                                    \
-  }                                                                                                  \
-  T DotNetBlas::NaNSum(int n, const DataBlock<T>& x, int stride) {                                   \
-    return static_cast<T>(moments_of(n, elements(n, x, stride), kNumbers).first);                    \
-  }                                                                                                  \
-  T DotNetBlas::NaNMean(int n, const DataBlock<T>& x, int stride) {                                  \
-    return NaNSum(n, x, stride) / static_cast<T>(NaNCount(n, x, stride));                            \
-  }                                                                                                  \
-  T DotNetBlas::NaNSumOfSquares(int n, const DataBlock<T>& x, int stride) {                          \
-    return nan_sum_of_squares(n, x, stride);                                                         \
-  }                                                                                                  \
-  T DotNetBlas::NaNVariance(int n, const DataBlock<T>& x, int stride) {                              \
-    return nan_variance(n, x, stride, NaNMean(n, x, stride));                                        \
+#define DEFINE(T)                                                                                   \
+  void DotNetBlas::CumulativeSum(int n, const DataBlock<T>& x, int stride, const DataBlock<T>& y) { \
+    make_sequence(n, x, stride, y, [](T now, T, T total) { return total + now; });                  \
+  }                                                                                                 \
+  int DotNetBlas::MaxIndex(int n, const DataBlock<T>& x, int stride) {                              \
+    return extreme_index(n, x, stride, kGreater);                                                   \
+  }                                                                                                 \
+  int DotNetBlas::MinIndex(int n, const DataBlock<T>& x, int stride) {                              \
+    return extreme_index(n, x, stride, kSmaller);                                                   \
+  }                                                                                                 \
+  T DotNetBlas::MaxValue(int n, const DataBlock<T>& x, int stride) {                                \
+    return extreme_value(n, x, stride, kGreater);                                                   \
+  }                                                                                                 \
+  T DotNetBlas::MinValue(int n, const DataBlock<T>& x, int stride) {                                \
+    return extreme_value(n, x, stride, kSmaller);                                                   \
+  }                                                                                                 \
+  int DotNetBlas::NaNMaxIndex(int n, const DataBlock<T>& x, int stride) {                           \
+    return extreme_index_from(std::numeric_limits<T>::lowest(), n, x, stride, kGreater);            \
+  }                                                                                                 \
+  int DotNetBlas::NaNMinIndex(int n, const DataBlock<T>& x, int stride) {                           \
+    return extreme_index_from(std::numeric_limits<T>::max(), n, x, stride, kSmaller);               \
+  }                                                                                                 \
+  T DotNetBlas::NaNMaxValue(int n, const DataBlock<T>& x, int stride) {                             \
+    return extreme_value(n, x, stride, kGreaterOrFirst);                                            \
+  }                                                                                                 \
+  T DotNetBlas::NaNMinValue(int n, const DataBlock<T>& x, int stride) {                             \
+    return extreme_value(n, x, stride, kSmallerOrFirst);                                            \
+  }                                                                                                 \
+  int DotNetBlas::NaNCount(int n, const DataBlock<T>& x, int stride) {                              \
+    return moments_of(n, elements(n, x, stride), kNumbers).count;                                   \
+  }                                                                                                 \
+  T DotNetBlas::NaNSum(int n, const DataBlock<T>& x, int stride) {                                  \
+    return static_cast<T>(moments_of(n, elements(n, x, stride), kNumbers).first);                   \
+  }                                                                                                 \
+  T DotNetBlas::NaNMean(int n, const DataBlock<T>& x, int stride) {                                 \
+    return NaNSum(n, x, stride) / static_cast<T>(NaNCount(n, x, stride));                           \
+  }                                                                                                 \
+  T DotNetBlas::NaNSumOfSquares(int n, const DataBlock<T>& x, int stride) {                         \
+    return nan_sum_of_squares(n, x, stride);                                                        \
+  }                                                                                                 \
+  T DotNetBlas::NaNVariance(int n, const DataBlock<T>& x, int stride) {                             \
+    return nan_variance(n, x, stride, NaNMean(n, x, stride));                                       \
   }
 TAVIK_FOR_REALS(DEFINE)
 #undef DEFINE

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "facade/calls.h"
-#include "facade/shared_operations.h"
 #include "tavik/kernel/dot_net_blas.h"
 
 namespace Tavik::Kernel {
@@ -13,9 +12,8 @@ template <class T>
 int invert_factors(int n, T* a, int lda, const Array<int>& ipvt) {
   int* const pivots = array_pointer(ipvt);
   return with_core_indices(ipvt, [&] {
-    return with_best_work<T>([&](T* work, int lwork) {
-      return call_info(entries<T>::getri, n, a, lda, pivots, work, lwork);
-    });
+    return with_best_work<T>(
+        [&](T* work, int lwork) { return call_info(entries<T>::getri, n, a, lda, pivots, work, lwork); });
   });
 }
 
@@ -66,7 +64,8 @@ int qr_factors(int m, int n, const DoubleDataBlock& a, int lda, const DoubleData
 /// C := op(Q) C with m reflections.
 int multiply_by_q(char trans, int m, int n, const DoubleDataBlock& a, int lda, const DoubleDataBlock& tau,
                   const DoubleDataBlock& c, int ldc) {
-  double *const matrix = block_pointer(a), *const factors = block_pointer(tau), *const target = block_pointer(c);
+  double *const matrix = block_pointer(a), *const factors = block_pointer(tau),
+                *const target = block_pointer(c);
   return with_best_work<double>([&](double* work, int lwork) {
     return call_info(dormqr, 'L', trans, m, n, m, matrix, lda, factors, target, ldc, work, lwork);
   });
@@ -84,9 +83,8 @@ int multiply_by_q(char trans, int m, int n, const DoubleDataBlock& a, int lda, c
                           const DataBlock<T>& b, int ldb) {                                                  \
     T *const factors = block_pointer(a), *const sides = &b.Data[a.Offset];                                   \
     int* const pivots = array_pointer(ipvt);                                                                 \
-    return with_core_indices(ipvt, [&] {                                                                     \
-      return call_info(entries<T>::getrs, 'N', n, nrhs, factors, lda, pivots, sides, ldb);                   \
-    });                                                                                                      \
+    return with_core_indices(                                                                                \
+        ipvt, [&] { return call_info(entries<T>::getrs, 'N', n, nrhs, factors, lda, pivots, sides, ldb); }); \
   }                                                                                                          \
   int DotNetBlas::LUInverse(int n, const DataBlock<T>& a, int lda, const Array<int>& ipvt) {                 \
     return invert_factors(n, block_pointer(a), lda, ipvt);                                                   \
@@ -95,8 +93,7 @@ int multiply_by_q(char trans, int m, int n, const DoubleDataBlock& a, int lda, c
     return condition<T>(norm, n, anorm, block_pointer(a), lda);                                              \
   }                                                                                                          \
   int DotNetBlas::LeastSquareCO(int m, int n, int nrhs, const DataBlock<T>& a, int lda,                      \
-                                const DataBlock<T>& b, int ldb, const Array<int>& jpvt,                      \
-                                real_of<T> rcond) {                                                          \
+                                const DataBlock<T>& b, int ldb, const Array<int>& jpvt, real_of<T> rcond) {  \
     return with_new_indices(jpvt, least_squares<T>(m, n, nrhs, block_pointer(a), lda, block_pointer(b), ldb, \
                                                    array_pointer(jpvt), rcond));                             \
   }                                                                                                          \
@@ -133,11 +130,6 @@ int DotNetBlas::SolveTriDiag(int n, int nrhs, const DoubleDataBlock& dl, const D
                              const DoubleDataBlock& du, const DoubleDataBlock& b, int ldb) {
   return call_info(dgtsv, n, nrhs, block_pointer(dl), block_pointer(d), block_pointer(du), block_pointer(b),
                    ldb);
-}
-
-int DotNetBlas::SolveSymPd(char uplo, int n, int nrhs, const DoubleDataBlock& a, int lda,
-                           const DoubleDataBlock& b, int ldb) {
-  return solve_symmetric_positive(uplo, n, nrhs, a, lda, b, ldb);
 }
 
 int DotNetBlas::QRDecomp(int m, int n, const DoubleDataBlock& a, int lda, const DoubleDataBlock& tau) {

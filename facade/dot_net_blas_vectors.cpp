@@ -35,24 +35,6 @@ void update(int n, T a, const DataBlock<T>& x, int incx, const DataBlock<T>& y, 
   add_multiple(n, a, vector_pointer(n, x, incx), incx, vector_pointer(n, y, incy), incy);
 }
 
-template <class T>
-T dot_product(int n, const T* x, int incx, const T* y, int incy) {
-  if constexpr (is_complex<T>) {
-    T result(0, 0);
-    call(entries<T>::dotu, &result, n, x, incx, y, incy);
-    return result;
-  } else {
-    return call(entries<T>::dot, n, x, incx, y, incy);
-  }
-}
-
-template <class T>
-T conjugated_dot(int n, const T* x, int incx, const T* y, int incy) {
-  T result(0, 0);
-  call(entries<T>::dotc, &result, n, x, incx, y, incy);
-  return result;
-}
-
 constexpr int kContiguous = 1;
 
 }  // namespace

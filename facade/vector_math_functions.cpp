@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "tavik/kernel/vector_math_functions.h"
 
-#include "facade/shared_operations.h"
+#include "facade/calls.h"
 #include "qel/rng.h"
 #include "qel/vml.h"
 
@@ -15,11 +15,6 @@ void VectorMathFunctions::mul(int n, const Array<double>& a, const Array<double>
 }
 void VectorMathFunctions::sub(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) {
   vdSub(n, array_pointer(a), array_pointer(b), array_pointer(y));
-}
-
-void DotNetBlas::FastDivide(int n, const DoubleDataBlock& AData, const DoubleDataBlock& BData,
-                            const DoubleDataBlock& CData) {
-  fast_divide(n, AData, BData, CData);
 }
 
 void DotNetBlas::UniformRandomNumbers(unsigned seed, double min, double max, const Array<double>& deviants) {

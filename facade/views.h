@@ -15,22 +15,22 @@ template <class T>
 struct strided {
   T* first;
   std::ptrdiff_t inc;
-  T& operator[](int k) const { return first[k * inc]; }
+  T& operator[](std::ptrdiff_t k) const { return first[k * inc]; }
 };
 
-/// n elements of block from its offset plus shift on, inc apart. Throws std::out_of_range unless the first and
-/// the last one lie in the array; n <= 0 touches nothing.
+/// n elements of block from its offset plus shift on, inc apart. Throws std::out_of_range unless the first
+/// and the last one lie in the array; n <= 0 touches nothing.
 template <class T>
-strided<T> elements(int n, const Core::DataBlock<T>& block, int inc, long shift = 0) {
+strided<T> elements(long n, const Core::DataBlock<T>& block, int inc, long shift = 0) {
   if (n <= 0) return {nullptr, inc};
   const auto checked = [&block](long index) -> T& {
     constexpr int kNowhere = -1;
-    return block.Data[index < 0 || index > std::numeric_limits<int>::max() ? kNowhere
-                                                                          : static_cast<int>(index)];
+    return block
+        .Data[index < 0 || index > std::numeric_limits<int>::max() ? kNowhere : static_cast<int>(index)];
   };
   const long start = block.Offset + shift;
   T& first = checked(start);
-  checked(start + (n - 1L) * inc);
+  checked(start + (n - 1) * inc);
   return {&first, inc};
 }
 /// Column j of a matrix of rows rows.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Products of strided matrices: the compact way accumulates, the one with gaps overwrites; forms, strides, and
-// the bases that negative strides of a transposed operand get.
+// Products of strided matrices: the compact way accumulates, the one with gaps overwrites; forms, strides,
+// and the bases that negative strides of a transposed operand get.
 #include <functional>
 
 #include "tests/facade/support.h"
@@ -16,11 +16,13 @@ TYPED_TEST_SUITE(Products, AllTypes);
 
 enum class form { plain, transposed, adjoint };
 template <class T>
-using product_fn = void (Kernel::DotNetBlas::*)(int, int, int, const DataBlock<T>&, int, int, const DataBlock<T>&,
-                                                int, int, const DataBlock<T>&, int, int, bool);
+using product_fn = void (Kernel::DotNetBlas::*)(int, int, int, const DataBlock<T>&, int, int,
+                                                const DataBlock<T>&, int, int, const DataBlock<T>&, int, int,
+                                                bool);
 template <class T>
 using short_product_fn = void (Kernel::DotNetBlas::*)(int, int, int, const DataBlock<T>&, int, int,
-                                                      const DataBlock<T>&, int, int, const DataBlock<T>&, int, int);
+                                                      const DataBlock<T>&, int, int, const DataBlock<T>&, int,
+                                                      int);
 
 wide element(form how, const auto& matrix, int i, int j) {
   return how == form::plain        ? matrix.was(i, j)
@@ -85,8 +87,8 @@ TYPED_TEST(Products, FollowAnyStrides) {
   for (const matrix_placing pa : kMatrixPlacings) {
     for (const matrix_placing pb : {kMatrixPlacings[2], kMatrixPlacings[3], kMatrixPlacings[4]}) {
       const matrix_operand<T> a(pa, 1), b(pb, 2), c({100, -1, 9}, 3);
-      blas.Product(5, 4, 3, a.block, a.row_stride, a.col_stride, b.block, b.row_stride, b.col_stride, c.block, -1, 9,
-                   true);
+      blas.Product(5, 4, 3, a.block, a.row_stride, a.col_stride, b.block, b.row_stride, b.col_stride, c.block,
+                   -1, 9, true);
       c.expect(
           5, 4,
           [&](int i, int j) {
@@ -152,16 +154,22 @@ TEST(ProductHelpers, ServeByThemselves) {
   const matrix_operand<DoubleComplex> a({30, 3, 20}, 1);
   const vector_operand<DoubleComplex> x({100, 1}, 2), y({50, 1}, 3);
   Kernel::DotNetBlas::ProductUsingZdotu(2, 3, a.block, 3, 20, x.block, 1, y.block, 1);
-  y.expect(2, [&](int i) { return a.was(i, 0) * x.was(0) + a.was(i, 1) * x.was(1) + a.was(i, 2) * x.was(2); }, 0, "");
+  y.expect(
+      2, [&](int i) { return a.was(i, 0) * x.was(0) + a.was(i, 1) * x.was(1) + a.was(i, 2) * x.was(2); }, 0,
+      "");
   const matrix_operand<FloatComplex> b({30, 3, 20}, 1), c({150, 1, 4}, 5);
   const vector_operand<FloatComplex> u({100, 1}, 2), v({50, 1}, 3);
   Kernel::DotNetBlas::ProductUsingCdotu(2, 1, b.block, 3, 20, u.block, 1, v.block, 1);
-  v.expect(2, [&](int i) { return b.was(i, 0) * u.was(0); }, 0, "");
-  Kernel::DotNetBlas::NonCompactProduct(1, 1, 2, 'n', 't', b.block, 3, 20, b.block, 3, 20, c.block, 1, 4, false);
-  c.expect(1, 1, [&](int, int) { return b.was(0, 0) * b.was(0, 0) + b.was(0, 1) * b.was(0, 1); }, 0, "");
+  v.expect(
+      2, [&](int i) { return b.was(i, 0) * u.was(0); }, 0, "");
+  Kernel::DotNetBlas::NonCompactProduct(1, 1, 2, 'n', 't', b.block, 3, 20, b.block, 3, 20, c.block, 1, 4,
+                                        false);
+  c.expect(
+      1, 1, [&](int, int) { return b.was(0, 0) * b.was(0, 0) + b.was(0, 1) * b.was(0, 1); }, 0, "");
   const matrix_operand<double> d({30, 3, 20}, 1), e({150, 1, 4}, 5);
   Kernel::DotNetBlas::NonCompactProduct(1, 1, 2, 'T', 'N', d.block, 3, 20, d.block, 3, 20, e.block, 1, 4);
-  e.expect(1, 1, [&](int, int) { return d.was(0, 0) * d.was(0, 0) + d.was(1, 0) * d.was(1, 0); }, 0, "");
+  e.expect(
+      1, 1, [&](int, int) { return d.was(0, 0) * d.was(0, 0) + d.was(1, 0) * d.was(1, 0); }, 0, "");
 }
 
 }  // namespace

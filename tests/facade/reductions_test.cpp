@@ -28,7 +28,8 @@ TYPED_TEST(Reductions, FollowTheirDefinitions) {
       const wide deviation = squares - sum * sum / static_cast<double>(n);
       const double tolerance = 4 * kEpsilon<T> * (1 + std::abs(squares));
       EXPECT_LE(std::abs(widened(blas.SumOfSquares(n, x.block, x.inc)) - deviation), tolerance);
-      EXPECT_LE(std::abs(widened(blas.Variance(n, x.block, x.inc)) - deviation / static_cast<double>(n)), tolerance);
+      EXPECT_LE(std::abs(widened(blas.Variance(n, x.block, x.inc)) - deviation / static_cast<double>(n)),
+                tolerance);
       EXPECT_LE(std::abs(widened(blas.Product(std::min(n, 5), x.block, x.inc)) - product),
                 8 * kEpsilon<T> * std::abs(product));
       const DataBlock<T> y{Array<T>(30), 3};
@@ -50,7 +51,8 @@ TYPED_TEST(Reductions, FollowTheirDefinitions) {
   EXPECT_TRUE(std::isnan(widened(blas.Variance(0, x, 1)).real()));
 }
 
-/// Data in the manner of the statistical reference sets: the exact mean and sum of squared deviations are known.
+/// Data in the manner of the statistical reference sets: the exact mean and sum of squared deviations are
+/// known.
 struct reference_set {
   const char* name;
   std::vector<double> data;
@@ -72,13 +74,15 @@ TEST(Statistics, OnePassLosesWhatTheMeanExceedsTheDeviations) {
     const int n = static_cast<int>(set.data.size());
     const DoubleDataBlock x{set.data, 0};
     // The squares of the data sum up to about n mean^2, each with a relative error of half a unit.
-    const double error = n * set.mean * set.mean * std::numeric_limits<double>::epsilon() * 300 + 1e-12 * set.deviation;
+    const double error =
+        n * set.mean * set.mean * std::numeric_limits<double>::epsilon() * 300 + 1e-12 * set.deviation;
     EXPECT_NEAR(blas.SumOfSquares(n, x, 1), set.deviation, error) << set.name << set.mean;
     EXPECT_EQ(blas.SumOfSquares(x.Data), blas.SumOfSquares(n, x, 1));
     EXPECT_EQ(blas.Variance(n, x, 1), blas.SumOfSquares(n, x, 1) / n);
     EXPECT_NEAR(blas.NaNMean(n, x, 1), set.mean, 1e-12 * set.mean);
     // The two-pass form keeps its digits.
-    EXPECT_NEAR(blas.NaNVariance(n, x, 1), set.deviation / n, 1e-9 * set.deviation / n + 2e-16 * set.mean) << set.mean;
+    EXPECT_NEAR(blas.NaNVariance(n, x, 1), set.deviation / n, 1e-9 * set.deviation / n + 2e-16 * set.mean)
+        << set.mean;
   }
 }
 
@@ -146,7 +150,9 @@ TYPED_TEST(NaNForms, LeaveNaNOut) {
     for (const int stride : {1, -1, 2}) {
       DataBlock<T> x{Array<T>(2 * n), stride < 0 ? n - 1 : 0};
       for (int k = 0; k < n; ++k) x.Data[x.Offset + k * stride] = c.data[static_cast<size_t>(k)];
-      const auto value = [&](int index) { return index < 0 ? c.data[0] : c.data[static_cast<size_t>(index)]; };
+      const auto value = [&](int index) {
+        return index < 0 ? c.data[0] : c.data[static_cast<size_t>(index)];
+      };
       const auto same = [](T a, T b) { return a == b || (std::isnan(a) && std::isnan(b)); };
       EXPECT_EQ(blas.MaxIndex(n, x, stride), c.max_index);
       EXPECT_EQ(blas.MinIndex(n, x, stride), c.min_index);

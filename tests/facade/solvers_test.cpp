@@ -66,7 +66,8 @@ TYPED_TEST(Solvers, FindTheLeastSquaresOfAnyRank) {
   const dense b = random_dense<T>(m, kSides, 4);
   const DataBlock<T> factors = block_of<T>(a, m, kAhead), x = block_of<T>(b, m, kAhead);
   const Array<int> permutation(n);
-  EXPECT_EQ(blas.LeastSquareCO(m, n, kSides, factors, m, x, m, permutation, static_cast<real_of<T>>(1e-3)), 4);
+  EXPECT_EQ(blas.LeastSquareCO(m, n, kSides, factors, m, x, m, permutation, static_cast<real_of<T>>(1e-3)),
+            4);
   std::vector<int> sorted = values_of(permutation);
   std::sort(sorted.begin(), sorted.end());
   EXPECT_EQ(sorted, (std::vector<int>{0, 1, 2, 3, 4})) << "zero-based";
@@ -81,7 +82,8 @@ TYPED_TEST(Solvers, SolveTriangles) {
   using T = TypeParam;
   for (const char uplo : {'U', 'l'}) {
     for (const char trans : {'N', 'T', 'c'}) {
-      const dense a = triangle(positive_dense<T>(kOrder, 5), uplo == 'U'), b = random_dense<T>(kOrder, kSides, 6);
+      const dense a = triangle(positive_dense<T>(kOrder, 5), uplo == 'U'),
+                  b = random_dense<T>(kOrder, kSides, 6);
       const DataBlock<T> x = block_of<T>(b, kOrder, kAhead);
       blas.SolveTriSystem(uplo, trans, kOrder, kSides, block_of<T>(a, kOrder, 1), kOrder, x, kOrder);
       const dense op = trans == 'N' ? a : trans == 'T' ? transposed(a) : adjoint(a);
@@ -133,7 +135,8 @@ TEST(DoubleSolvers, SolveInOneCall) {
   const dense positive = adjoint(a) * a, c = random_dense<double>(kOrder, kSides, 10);
   for (const char uplo : {'U', 'L'}) {
     const DoubleDataBlock y = block_of<double>(c, kOrder, kAhead);
-    ASSERT_EQ(blas.SolveSymPd(uplo, kOrder, kSides, block_of<double>(positive, kOrder, 2), kOrder, y, kOrder), 0);
+    ASSERT_EQ(blas.SolveSymPd(uplo, kOrder, kSides, block_of<double>(positive, kOrder, 2), kOrder, y, kOrder),
+              0);
     expect_close<double>(positive * dense_of(y, kOrder, kSides, kOrder), c);
   }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the facade tests share: blocks in the middle of arrays, and their elements as complex numbers, in which
-// everything is computed again by plain loops.
+// What the facade tests share: blocks in the middle of arrays, and their elements as complex numbers, in
+// which everything is computed again by plain loops.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -56,11 +56,14 @@ T narrowed(wide v) {
   }
 }
 
-/// Small numbers that are multiples of 1/4, so that sums and products of a few are exact in every type; none is 0.
+/// Small numbers that are multiples of 1/4, so that sums and products of a few are exact in every type; none
+/// is 0.
 template <class T>
 Array<T> exact_numbers(int length, unsigned seed) {
   std::mt19937 engine(seed);
-  const auto number = [&engine] { return (static_cast<double>(engine() % 15) - 7.0 + 0.25 * static_cast<double>(engine() % 3 + 1)); };
+  const auto number = [&engine] {
+    return (static_cast<double>(engine() % 15) - 7.0 + 0.25 * static_cast<double>(engine() % 3 + 1));
+  };
   Array<T> array(length);
   for (int i = 0; i < length; ++i) {
     const double re = number();
@@ -124,7 +127,8 @@ struct vector_operand {
     }
   }
   void expect_unchanged(const char* what) const {
-    expect(0, [](int) { return wide(); }, 0, what);
+    expect(
+        0, [](int) { return wide(); }, 0, what);
   }
 };
 
@@ -132,8 +136,8 @@ struct vector_operand {
 struct matrix_placing {
   int offset, row_stride, col_stride;
 };
-inline constexpr matrix_placing kMatrixPlacings[] = {
-    {100, 1, 5}, {100, 1, 7}, {100, 7, 1}, {100, -2, 11}, {100, 3, -16}, {0, 1, 5}};
+inline constexpr matrix_placing kMatrixPlacings[] = {{100, 1, 5},   {100, 1, 7},   {100, 7, 1},
+                                                     {100, -2, 11}, {100, 3, -16}, {0, 1, 5}};
 template <class T>
 struct matrix_operand {
   DataBlock<T> block;
@@ -159,7 +163,8 @@ struct matrix_operand {
     }
   }
   void expect_unchanged(const char* what) const {
-    expect(0, 0, [](int, int) { return wide(); }, 0, what);
+    expect(
+        0, 0, [](int, int) { return wide(); }, 0, what);
   }
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Vector and matrix operations of DotNetBlas over level 1 and in its own loops: every operation in every element
-// type, strides of both signs, gaps, offsets, views; what is not an operand stays as it was.
+// Vector and matrix operations of DotNetBlas over level 1 and in its own loops: every operation in every
+// element type, strides of both signs, gaps, offsets, views; what is not an operand stays as it was.
 #include <functional>
 
 #include "tests/facade/support.h"
@@ -33,7 +33,8 @@ void expect_vector_cases(const std::vector<vector_case<T>>& cases) {
           const vector_operand<T>* operands[] = {&x, &y, &z};
           for (int i = 0; i < 3; ++i) {
             if (i == c.target) {
-              operands[i]->expect(n, [&](int k) { return c.want(x.was(k), y.was(k)); }, c.tolerance, c.name);
+              operands[i]->expect(
+                  n, [&](int k) { return c.want(x.was(k), y.was(k)); }, c.tolerance, c.name);
             } else {
               operands[i]->expect_unchanged(c.name);
             }
@@ -52,7 +53,12 @@ TYPED_TEST_SUITE(Vectors, AllTypes);
 #define X x.block, x.inc
 #define Y y.block, y.inc
 #define Z z.block, z.inc
-#define RUN(call) [&](int n, [[maybe_unused]] const auto& x, [[maybe_unused]] const auto& y, [[maybe_unused]] const auto& z) { (void)n; call; }
+#define RUN(call)                                                            \
+  [&](int n, [[maybe_unused]] const auto& x, [[maybe_unused]] const auto& y, \
+      [[maybe_unused]] const auto& z) {                                      \
+    (void)n;                                                                 \
+    call;                                                                    \
+  }
 
 TYPED_TEST(Vectors, OfAllTypesGetTheRightElements) {
   using T = TypeParam;
@@ -62,7 +68,8 @@ TYPED_TEST(Vectors, OfAllTypesGetTheRightElements) {
   expect_vector_cases<T>({
       {"copy", 1, RUN(blas.copy(n, X, Y)), [](wide x, wide) { return x; }},
       {"copy with offsets", 1,
-       RUN(blas.copy(n, {x.block.Data, x.block.Offset + 1}, -1, x.inc, {y.block.Data, y.block.Offset - 2}, 2, y.inc)),
+       RUN(blas.copy(n, {x.block.Data, x.block.Offset + 1}, -1, x.inc, {y.block.Data, y.block.Offset - 2}, 2,
+                     y.inc)),
        [](wide x, wide) { return x; }},
       {"axpy", 1, RUN(blas.axpy(n, a, X, Y)), [=](wide x, wide y) { return y + wa * x; }},
       {"Negate", 0, RUN(blas.Negate(n, X)), [](wide x, wide) { return -x; }},
@@ -76,7 +83,8 @@ TYPED_TEST(Vectors, OfAllTypesGetTheRightElements) {
       {"Divide to", 2, RUN(blas.Divide(n, X, Y, Z)), [](wide x, wide y) { return x / y; }, rounding},
   });
   if constexpr (!std::is_same_v<T, float>) {
-    expect_vector_cases<T>({{"Multiply", 1, RUN(blas.Multiply(n, X, Y)), [](wide x, wide y) { return x * y; }}});
+    expect_vector_cases<T>(
+        {{"Multiply", 1, RUN(blas.Multiply(n, X, Y)), [](wide x, wide y) { return x * y; }}});
   }
   if constexpr (is_complex<T>) {
     const auto real = static_cast<real_of<T>>(2.5);
@@ -151,7 +159,8 @@ TYPED_TEST(Vectors, LookAtTheirBlocksFirst) {
   using T = TypeParam;
   const DataBlock<T> good{Array<T>(10), 0}, past{good.Data, 10}, high{good.Data, 8};
   EXPECT_THROW(blas.copy(1, past, 1, good, 1), std::out_of_range);
-  EXPECT_THROW(blas.Multiply(3, good, 1, good, 1, high, 1), std::out_of_range) << "its own loops test the end, too";
+  EXPECT_THROW(blas.Multiply(3, good, 1, good, 1, high, 1), std::out_of_range)
+      << "its own loops test the end, too";
   EXPECT_THROW(blas.Sum(3, good, -1), std::out_of_range);
   // Nothing to do: not looked at, but by the one form without a test of its own.
   blas.copy(0, past, 1, past, 1);
@@ -168,7 +177,8 @@ template <class T>
 struct matrix_case {
   const char* name;
   int target;
-  std::function<void(int, int, const matrix_operand<T>&, const matrix_operand<T>&, const matrix_operand<T>&)> run;
+  std::function<void(int, int, const matrix_operand<T>&, const matrix_operand<T>&, const matrix_operand<T>&)>
+      run;
   std::function<wide(wide, wide)> want;
   double tolerance = 0;
 };
@@ -182,8 +192,9 @@ void expect_matrix_cases(const std::vector<matrix_case<T>>& cases) {
         const matrix_operand<T>* operands[] = {&a, &b, &d};
         for (int i = 0; i < 3; ++i) {
           if (i == c.target) {
-            operands[i]->expect(rows, cols, [&](int r, int s) { return c.want(a.was(r, s), b.was(r, s)); },
-                                c.tolerance, c.name);
+            operands[i]->expect(
+                rows, cols, [&](int r, int s) { return c.want(a.was(r, s), b.was(r, s)); }, c.tolerance,
+                c.name);
           } else {
             operands[i]->expect_unchanged(c.name);
           }
@@ -197,7 +208,8 @@ void expect_matrix_cases(const std::vector<matrix_case<T>>& cases) {
 #define A a.block, a.row_stride, a.col_stride
 #define B b.block, b.row_stride, b.col_stride
 #define C d.block, d.row_stride, d.col_stride
-#define RUN_ALL(call) [&](int m, int n, const auto& a, [[maybe_unused]] const auto& b, [[maybe_unused]] const auto& d) { call; }
+#define RUN_ALL(call) \
+  [&](int m, int n, const auto& a, [[maybe_unused]] const auto& b, [[maybe_unused]] const auto& d) { call; }
 
 TYPED_TEST(Vectors, OfMatricesColumnByColumn) {
   using T = TypeParam;
@@ -225,8 +237,10 @@ TYPED_TEST(Vectors, OfMatricesColumnByColumn) {
   }
   if constexpr (std::is_same_v<T, double>) {
     expect_matrix_cases<T>({
-        {"SafeDivide", 0, RUN_ALL(blas.SafeDivide(m, n, A, B)), [](wide a, wide b) { return a / b; }, rounding},
-        {"SafeDivide to", 2, RUN_ALL(blas.SafeDivide(m, n, A, B, C)), [](wide a, wide b) { return a / b; }, rounding},
+        {"SafeDivide", 0, RUN_ALL(blas.SafeDivide(m, n, A, B)), [](wide a, wide b) { return a / b; },
+         rounding},
+        {"SafeDivide to", 2, RUN_ALL(blas.SafeDivide(m, n, A, B, C)), [](wide a, wide b) { return a / b; },
+         rounding},
         {"MakeNonNegative", 0, RUN_ALL(blas.MakeNonNegative(m, n, A)),
          [](wide a, wide) { return a.real() < 0 ? 0 : a; }},
     });
@@ -237,7 +251,8 @@ TYPED_TEST(Vectors, CopyAPartOfAMatrix) {
   using T = TypeParam;
   const matrix_operand<T> a({40, 1, 10}, 1), b({30, -1, 9}, 2);
   blas.Copy(3, 2, a.block, 2, 20, 1, 10, b.block, 4, 9, -1, 9);
-  b.expect(0, 0, [](int, int) { return wide(); }, 1e300, "");
+  b.expect(
+      0, 0, [](int, int) { return wide(); }, 1e300, "");
   for (int j = 0; j < 2; ++j) {
     for (int i = 0; i < 3; ++i) EXPECT_EQ(widened(b.block.Data[30 + 13 + 9 * j - i]), a.was(i + 2, j + 2));
   }
