@@ -254,6 +254,8 @@ void qel_core_ssptri_(const char* uplo, const core_int* n, float* ap, const core
                       core_int* info, size_t);
 void qel_core_dsptri_(const char* uplo, const core_int* n, double* ap, const core_int* ipiv, double* work,
                       core_int* info, size_t);
+void qel_core_csptri_(const char* uplo, const core_int* n, complex8* ap, const core_int* ipiv, complex8* work,
+                      core_int* info, size_t);
 void qel_core_zsptri_(const char* uplo, const core_int* n, complex16* ap, const core_int* ipiv,
                       complex16* work, core_int* info, size_t);
 void qel_core_sspcon_(const char* uplo, const core_int* n, const float* ap, const core_int* ipiv,
@@ -261,6 +263,8 @@ void qel_core_sspcon_(const char* uplo, const core_int* n, const float* ap, cons
 void qel_core_dspcon_(const char* uplo, const core_int* n, const double* ap, const core_int* ipiv,
                       const double* anorm, double* rcond, double* work, core_int* iwork, core_int* info,
                       size_t);
+void qel_core_cspcon_(const char* uplo, const core_int* n, const complex8* ap, const core_int* ipiv,
+                      const float* anorm, float* rcond, complex8* work, core_int* info, size_t);
 void qel_core_zspcon_(const char* uplo, const core_int* n, const complex16* ap, const core_int* ipiv,
                       const double* anorm, double* rcond, complex16* work, core_int* info, size_t);
 void qel_core_chptrf_(const char* uplo, const core_int* n, complex8* ap, core_int* ipiv, core_int* info,

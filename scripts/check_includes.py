@@ -13,7 +13,7 @@ ALLOWED = {
     "include/qel": PUBLIC,
     "include/tavik": {"include/tavik"},
     "facade": {"facade", "include/tavik"} | PUBLIC,
-    "entry": {"entry", "blas", "lapack", "sparse", "fft", "nls", "service"} | PUBLIC,
+    "entry": {"entry", "blas", "lapack", "sparse", "fft", "nls", "vector", "service"} | PUBLIC,
     "service": {"service"} | PUBLIC,
     "blas": {"blas", "blas/kernels", "service"},
     "blas/kernels": {"blas/kernels", "service/core_types.h"},
@@ -23,9 +23,11 @@ ALLOWED = {
     "nls": {"nls", "blas", "lapack", "service"},
     "fft": {"fft", "fft/kernels", "service"} | PUBLIC,
     "fft/kernels": {"fft/kernels", "service/core_types.h"},
+    "vector": {"vector", "vector/kernels", "service"} | PUBLIC,
+    "vector/kernels": {"vector/kernels"},
     "dropin": {"dropin", "blas", "lapack", "service"} | PUBLIC,
     "cli": {"cli", "blas", "lapack", "service"} | PUBLIC,
-    "bench": {"bench", "blas", "blas/kernels", "service"} | PUBLIC,
+    "bench": {"bench", "blas", "blas/kernels", "include/tavik", "service"} | PUBLIC,
 }
 # What every kernel translation unit may pull in beside its own folder.
 KERNEL_SYSTEM_HEADERS = {"immintrin.h", "stdint.h"}
