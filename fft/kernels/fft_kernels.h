@@ -38,6 +38,14 @@ struct fft_kernels {
   using generic_join = void(const C* source, C* target, core_int blocks, core_int m, const C* twiddles, int n,
                             const C* roots, C* work);
 
+  /// The transpose of a join, from natural order on: the radix, then twiddles; sub-block p of the target is
+  /// that of the outputs p, p + radix, ... source may be target.
+  using split_pass = join_pass;
+  /// A real line of a fixed length and its spectrum as R0, Rh, R1, I1, ... (odd lengths: no Rh), times scale.
+  using real_straight = void(const R* input, R* output, R scale);
+  /// n odd real elements and their spectrum, a sum for each pair of outputs; work: n reals.
+  using real_direct = void(const R* input, R* output, int n, const C* roots, R* work);
+
   straight* unscaled[2][kStraightLengths + 1];  ///< by length, from 1
   straight* scaled[2][kStraightLengths + 1];
   straight* of_32[2];
@@ -50,8 +58,21 @@ struct fft_kernels {
   first_pass* first[2][kPow2Radices];
   join_pass* pow2_join[2][kPow2Radices];
   column_pass* columns[2][kPow2Radices];
-  /// target[k] = source[k] * factor[k]
-  void (*multiply)(const C* source, const C* factor, C* target, core_int n);
+  // For lines in scrambled order: what the passes above do, transposed.
+  split_pass* split[2][kRadices];
+  generic_join* any_split[2];
+  first_pass* last[2][kPow2Radices];
+  split_pass* pow2_split[2][kPow2Radices];
+  column_pass* column_splits[2][kPow2Radices];
+  real_straight* real[2][kStraightLengths + 1];
+  real_direct* direct_real[2];
+  /// Between the transform of n / 2 complex numbers and the spectrum of the n reals in them, in place;
+  /// forward after the transform, backward before it. roots[k] = -i exp(-2 pi i k / n) / 2.
+  void (*real_ends[2])(C* data, core_int half, const C* roots);
+  /// data[l] *= factor * powers[l], backward its conjugate
+  void (*turn_row[2])(C* data, core_int n, C factor, const C* powers);
+  /// target[k] = source[k] * factor[k], backward its conjugate
+  void (*multiply[2])(const C* source, const C* factor, C* target, core_int n);
   void (*scale)(C* data, core_int n, R factor);
 };
 

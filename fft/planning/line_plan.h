@@ -21,12 +21,16 @@ struct line_plan {
   int factor_count;     ///< of kMixed
   int padded;           ///< of kBluestein
   int workspace_bytes;  ///< without that of a power of two
+  bool scrambled;       ///< the result is left in an order of the plan's own
 };
-line_plan plan_line(core_int length);
+/// may_scramble: the order of the result is left to the plan.
+line_plan plan_line(core_int length, bool may_scramble = false);
 
 inline constexpr int kCachedBlock = 501;        ///< bound below which a block counts as cached
 inline constexpr int kLargestDirect = 150;      ///< also the largest factor
 inline constexpr int kLargestSpecialised = 11;  ///< factors above it go through the generic passes
+inline constexpr int kFirstScrambledMixed =
+    5001;  ///< below it a mixed line is not worth a second set of passes
 inline constexpr int kLargestStraight = 16;
 inline constexpr int kLargestPlainOrder = 16;  ///< powers of two above it are transformed in blocks
 inline constexpr int kLargestOrder = 26;

@@ -9,6 +9,13 @@
 
 namespace qel::fft {
 
+/// How the numbers of a line lie.
+enum class line_form : int {
+  kOrdered,    ///< pairs, in natural order
+  kScrambled,  ///< pairs; the forward transform leaves, the backward one takes an order of the plan's own
+  kSplit,      ///< real and imaginary parts in two arrays
+};
+
 /// What dft_spec_create is asked to scale.
 enum spec_flag : int { kForwardByN = 1, kBackwardByN = 2, kBothByRoot = 4, kUnscaled = 8 };
 
@@ -24,7 +31,12 @@ enum spec_result : int {
 template <class R>
 struct dft_spec {
   using C = complex_of<R>;
-  static constexpr int kKind = sizeof(R) == sizeof(double) ? 16 : 13;
+  static constexpr int kind_of(line_form form) {
+    constexpr bool kDouble = sizeof(R) == sizeof(double);
+    if (form == line_form::kSplit) return kDouble ? 17 : 14;
+    if (form == line_form::kScrambled) return kDouble ? 0x434D414B : 0x534D414B;  // "KAMC", "KAMS"
+    return kDouble ? 16 : 13;
+  }
 
   /// A row of the factor table; a block of factor * remaining elements is joined from `factor` sub-blocks.
   struct factor_row {
@@ -38,6 +50,7 @@ struct dft_spec {
   };
 
   int kind;
+  line_form form;
   int length;
   int scaled[2];  ///< by direction
   double scale;
@@ -54,15 +67,26 @@ struct dft_spec {
 
 /// Creates the plan; 0 or a spec_result.
 template <class R>
-int dft_spec_create(dft_spec<R>** spec, core_int length, int flag);
+int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form form = line_form::kOrdered);
 /// Null is ignored.
 template <class R>
 void dft_spec_free(dft_spec<R>* spec);
 
-/// Transforms a line at unit stride, in place or out. work: workspace_bytes and 32 more, at any address;
-/// null: taken for the call. 0 or a spec_result.
+/// Transforms a line of pairs at unit stride, in place or out. work: workspace_bytes and 32 more, at any
+/// address; null: taken for the call. 0 or a spec_result.
 template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
                  direction way);
+
+/// The two arrays of a split line.
+template <class R>
+struct split_line {
+  R* real;
+  R* imag;
+};
+/// The same for a split line.
+template <class R>
+int dft_spec_run_split(split_line<const R> input, split_line<R> output, const dft_spec<R>* spec, void* work,
+                       direction way);
 
 }  // namespace qel::fft

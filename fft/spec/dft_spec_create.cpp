@@ -1,25 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <algorithm>
 #include <cmath>
-#include <new>
 
 #include "fft/spec/dft_spec.h"
+#include "fft/spec/objects.h"
 
 namespace qel::fft {
 namespace {
-
-/// An object in the service's memory, its fields zero; null if memory is out.
-template <class T>
-T* make_object() {
-  void* memory = serv_aligned_malloc(sizeof(T), 64);
-  return memory == nullptr ? nullptr : new (memory) T{};
-}
-template <class T>
-void free_object(T* object) {
-  if (object == nullptr) return;
-  object->~T();
-  serv_aligned_free(object);
-}
 
 table<complex16> whole_table(int n) {
   auto roots = make_table<complex16>(n);
@@ -151,6 +138,12 @@ int build(dft_spec<R>& spec) {
   return kSpecBadLength;
 }
 
+/// A split line's pairs, aligned.
+template <class R>
+int split_bytes(core_int length) {
+  return static_cast<int>((length + 3) / 4 * 4 * core_int{sizeof(complex_of<R>)});
+}
+
 }  // namespace
 
 template <class R>
@@ -160,7 +153,7 @@ dft_spec<R>::~dft_spec() {
 }
 
 template <class R>
-int dft_spec_create(dft_spec<R>** result, core_int length, int flag) {
+int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form form) {
   if (length < 1) return kSpecBadLength;
   if (result == nullptr) return kSpecNull;
   if (flag != kForwardByN && flag != kBackwardByN && flag != kBothByRoot && flag != kUnscaled)
@@ -168,13 +161,16 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag) {
   auto* spec = make_object<dft_spec<R>>();
   if (spec == nullptr) return kSpecNoMemory;
   const auto n = static_cast<double>(length);
-  spec->kind = dft_spec<R>::kKind;
+  spec->kind = dft_spec<R>::kind_of(form);
+  spec->form = form;
   spec->length = static_cast<int>(length);
   spec->scaled[kForward] = flag == kForwardByN || flag == kBothByRoot;
   spec->scaled[kBackward] = flag == kBackwardByN || flag == kBothByRoot;
   spec->scale = flag == kUnscaled ? 1.0 : flag == kBothByRoot ? 1.0 / std::sqrt(n) : 1.0 / n;
-  spec->plan = plan_line(length);
+  spec->plan = plan_line(length, form == line_form::kScrambled);
   spec->workspace_bytes = spec->plan.workspace_bytes;
+  // A split line is put together in the work, before the method's own.
+  if (form == line_form::kSplit) spec->workspace_bytes += split_bytes<R>(length);
   if (const int status = build(*spec)) {
     free_object(spec);
     return status;
@@ -190,8 +186,8 @@ void dft_spec_free(dft_spec<R>* spec) {
 
 template struct dft_spec<float>;
 template struct dft_spec<double>;
-template int dft_spec_create<float>(dft_spec<float>**, core_int, int);
-template int dft_spec_create<double>(dft_spec<double>**, core_int, int);
+template int dft_spec_create<float>(dft_spec<float>**, core_int, int, line_form);
+template int dft_spec_create<double>(dft_spec<double>**, core_int, int, line_form);
 template void dft_spec_free<float>(dft_spec<float>*);
 template void dft_spec_free<double>(dft_spec<double>*);
 
