@@ -53,8 +53,8 @@ int run_pass(const dfti_node* first, const pass_shape& shape, int k, const pass_
   node_kernel* kernel = kernel_of(first[k], way);
   if (kernel == nullptr) return DFTI_INVALID_CONFIGURATION;
   if (k > 0) {
-    return run_strided_pass<R>(on_output(shape), k, range, out, out, width_of(first), first + k, kernel, buffer,
-                               work);
+    return run_strided_pass<R>(on_output(shape), k, range, out, out, width_of(first), first + k, kernel,
+                               buffer, work);
   }
   using C = complex_of<R>;
   const core_int n = first->length;
@@ -75,8 +75,8 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
   const call_buffer buffer(blocks ? buffer_bytes<R>(first) : 0);
   if (blocks && buffer.as<C>() == nullptr) return DFTI_MEMORY_ERROR;
   if (lie_interleaved(first)) {
-    return run_lines<R>({in, first->input_stride, 1}, {out, first->output_stride, 1}, transforms, kWidestBlock,
-                        first, kernel, buffer.as<C>(), work);
+    return run_lines<R>({in, first->input_stride, 1}, {out, first->output_stride, 1}, transforms,
+                        kWidestBlock, first, kernel, buffer.as<C>(), work);
   }
   const pass_shape shape = shape_of(first);
   int status = DFTI_NO_ERROR;
@@ -164,14 +164,14 @@ int run_split_lines(const dfti_node* first, split_line<const R> in, split_line<R
   return DFTI_NO_ERROR;
 }
 
-#define QEL_INSTANTIATE(R)                                                                                     \
-  template int dfti_sequential_forward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*, core_int,    \
-                                          void*);                                                              \
-  template int dfti_sequential_backward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*, core_int,   \
-                                           void*);                                                             \
-  template int dfti_threaded_forward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*);               \
-  template int dfti_threaded_backward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*);              \
-  template int run_split_lines<R, kForward>(const dfti_node*, split_line<const R>, split_line<R>, void*);      \
+#define QEL_INSTANTIATE(R)                                                                                   \
+  template int dfti_sequential_forward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*, core_int,  \
+                                          void*);                                                            \
+  template int dfti_sequential_backward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*, core_int, \
+                                           void*);                                                           \
+  template int dfti_threaded_forward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*);             \
+  template int dfti_threaded_backward<R>(const dfti_node*, const complex_of<R>*, complex_of<R>*);            \
+  template int run_split_lines<R, kForward>(const dfti_node*, split_line<const R>, split_line<R>, void*);    \
   template int run_split_lines<R, kBackward>(const dfti_node*, split_line<const R>, split_line<R>, void*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

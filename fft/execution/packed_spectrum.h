@@ -70,8 +70,9 @@ class packed_walk {
         const core_int n = length_[axis];
         for (core_int k = 0; k < n; ++k) {
           const core_int back = k == 0 ? 0 : n - k, step = k * stride_[axis];
-          inner<axis + 1>(at + k * half_stride_[axis], mirrored < 0 ? -1 : mirrored + back * half_stride_[axis],
-                          real + step, imag + step, visit);
+          inner<axis + 1>(at + k * half_stride_[axis],
+                          mirrored < 0 ? -1 : mirrored + back * half_stride_[axis], real + step, imag + step,
+                          visit);
         }
         return;
       }

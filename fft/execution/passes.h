@@ -55,8 +55,8 @@ class line_walk {
   int counter_count_ = 0;
 };
 
-/// Calls body(in offset, out offset) for the indices of all nodes but the given ones, those of the range's axis
-/// limited to the range, until one fails.
+/// Calls body(in offset, out offset) for the indices of all nodes but the given ones, those of the range's
+/// axis limited to the range, until one fails.
 template <class Body>
 int for_places(const pass_shape& shape, int without, int without_too, const pass_range& range, Body body) {
   line_walk walk;
@@ -75,20 +75,20 @@ int for_places(const pass_shape& shape, int without, int without_too, const pass
   return status;
 }
 
-/// The pass over the strided lines of a node other than node 0, by blocks of neighbours along node 0. The buffer
-/// holds width lines.
+/// The pass over the strided lines of a node other than node 0, by blocks of neighbours along node 0. The
+/// buffer holds width lines.
 template <class R>
-int run_strided_pass(const pass_shape& shape, int pass_node, const pass_range& range,
-                     const complex_of<R>* in, complex_of<R>* out, core_int width, const dfti_node* node,
-                     node_kernel* kernel, complex_of<R>* buffer, void* work) {
+int run_strided_pass(const pass_shape& shape, int pass_node, const pass_range& range, const complex_of<R>* in,
+                     complex_of<R>* out, core_int width, const dfti_node* node, node_kernel* kernel,
+                     complex_of<R>* buffer, void* work) {
   if (node->length == 1) return DFTI_NO_ERROR;
   const bool columns = range.axis == 0;
   const core_int first = columns ? range.from : 0, count = (columns ? range.to : shape.count[0]) - first;
   return for_places(shape, 0, pass_node, range, [&](core_int in_offset, core_int out_offset) {
-    return run_lines<R>({in + in_offset + first * shape.in_stride[0], shape.in_stride[pass_node], shape.in_stride[0]},
-                        {out + out_offset + first * shape.out_stride[0], shape.out_stride[pass_node],
-                         shape.out_stride[0]},
-                        count, width, node, kernel, buffer, work);
+    return run_lines<R>(
+        {in + in_offset + first * shape.in_stride[0], shape.in_stride[pass_node], shape.in_stride[0]},
+        {out + out_offset + first * shape.out_stride[0], shape.out_stride[pass_node], shape.out_stride[0]},
+        count, width, node, kernel, buffer, work);
   });
 }
 

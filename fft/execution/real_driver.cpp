@@ -30,7 +30,8 @@ class real_call {
  public:
   real_call(const dfti_node* first, const void* input, void* output, void* work)
       : first_(first), work_(work), in_place_(input == output) {
-    // In place there is one array: the input's strides are those of the reals, the output's those of the spectrum.
+    // In place there is one array: the input's strides are those of the reals, the output's those of the
+    // spectrum.
     const bool reals_are_input = in_place_ || kWay == kForward;
     reals_ = side_of(first, reals_are_input);
     spectrum_ = side_of(first, !reals_are_input);
@@ -73,11 +74,11 @@ class real_call {
   int line(core_int t, core_int count, void* work) const {
     const core_int n = first_->length;
     if constexpr (kWay == kForward) {
-      return run_line<R, T>({reals(t), reals_.stride[0], n}, {spectrum<T>(t), spectrum_.stride[0], count}, first_,
-                            first_->node_forward, false, work);
+      return run_line<R, T>({reals(t), reals_.stride[0], n}, {spectrum<T>(t), spectrum_.stride[0], count},
+                            first_, first_->node_forward, false, work);
     } else {
-      return run_line<T, R>({spectrum<T>(t), spectrum_.stride[0], count}, {reals(t), reals_.stride[0], n}, first_,
-                            first_->node_backward, false, work);
+      return run_line<T, R>({spectrum<T>(t), spectrum_.stride[0], count}, {reals(t), reals_.stride[0], n},
+                            first_, first_->node_backward, false, work);
     }
   }
 

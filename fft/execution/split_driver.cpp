@@ -38,7 +38,8 @@ class split_call {
     return kWay == kForward ? lines->node_forward : lines->node_backward;
   }
   C* line_buffer(int part) const {
-    return reinterpret_cast<C*>(static_cast<char*>(first_->workspace) + core_int{part} * first_->workspace_bytes);
+    return reinterpret_cast<C*>(static_cast<char*>(first_->workspace) +
+                                core_int{part} * first_->workspace_bytes);
   }
   void* work(int part) const {
     return line_buffer(part) + kWidestBlock * std::max(plan_.rows, plan_.columns);
@@ -46,10 +47,11 @@ class split_call {
 
   int columns_by_groups(C* middle) const {
     const column_groups groups = deal_columns(plan_.columns, threads());
-    return over_shares(groups.count, std::min(threads(), groups.count), [&](int part, core_int from, core_int to) {
-      const core_int last = to == groups.count ? plan_.columns : to * groups.width;
-      return columns(middle, from * groups.width, last, part);
-    });
+    return over_shares(groups.count, std::min(threads(), groups.count),
+                       [&](int part, core_int from, core_int to) {
+                         const core_int last = to == groups.count ? plan_.columns : to * groups.width;
+                         return columns(middle, from * groups.width, last, part);
+                       });
   }
   /// Whole blocks for each part, since the twiddles lie by blocks.
   int columns_by_blocks(C* middle) const {
@@ -64,8 +66,8 @@ class split_call {
     for (core_int first = from; first < to; first += kWidestBlock) {
       const core_int width = std::min(kWidestBlock, to - first);
       const int status =
-          run_lines<R>({input_ + first, plan_.columns, 1}, {middle + first, plan_.columns, 1}, width, kWidestBlock,
-                       lines, kernel_of(lines), line_buffer(part), work(part));
+          run_lines<R>({input_ + first, plan_.columns, 1}, {middle + first, plan_.columns, 1}, width,
+                       kWidestBlock, lines, kernel_of(lines), line_buffer(part), work(part));
       if (status != DFTI_NO_ERROR) return status;
       turn(middle + first, first, width);
     }

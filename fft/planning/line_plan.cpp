@@ -5,6 +5,8 @@
 #include <bit>
 #include <utility>
 
+#include "fft/planning/native_plan.h"
+
 namespace qel::fft {
 namespace {
 
@@ -55,9 +57,35 @@ void add_passes(pow2_passes& passes, int left) {
   }
 }
 
+line_plan native_line(core_int length) {
+  const native_plan found = plan_native_line(length);
+  line_plan plan{};
+  plan.rows = found.rows;
+  plan.columns = found.columns;
+  plan.padded = static_cast<int>(found.padded);
+  switch (found.method) {
+    case native_method::kAutosort:
+      plan.method = line_method::kAutosort;
+      break;
+    case native_method::kLong:
+      plan.method = line_method::kLong;
+      break;
+    case native_method::kBluestein:
+      plan.method = line_method::kBluestein;
+      plan.workspace_bytes = plan.padded * 16 + 32;
+      break;
+    case native_method::kRefused:
+      plan.method = line_method::kRefused;
+      break;
+  }
+  return plan;
+}
+
 }  // namespace
 
-line_plan plan_line(core_int length, bool may_scramble) {
+line_plan plan_line(core_int length, bool may_scramble, bool native) {
+  if (native && length > kLargestStraight && length <= core_int{1} << kLargestOrder)
+    return native_line(length);
   line_plan plan{};
   const auto bits = static_cast<uint64_t>(length);
   if (length <= kLargestStraight) {

@@ -17,8 +17,8 @@ namespace {
 template <class R>
 int make_inner(dfti_node** made, core_int length, const dfti_node* scales) {
   const int n = static_cast<int>(length);
-  if (const int status = create_descriptor(made, {sizeof(R) == sizeof(double) ? DFTI_DOUBLE : DFTI_SINGLE,
-                                                  DFTI_COMPLEX, 1, &n})) {
+  if (const int status = create_descriptor(
+          made, {sizeof(R) == sizeof(double) ? DFTI_DOUBLE : DFTI_SINGLE, DFTI_COMPLEX, 1, &n})) {
     return status;
   }
   dfti_node* inner = *made;
@@ -111,7 +111,8 @@ void release_thread_buffer(dfti_node* first) {
 
 template <class R>
 split_plan<R>::~split_plan() {
-  if (column_descriptor != nullptr && column_descriptor != row_descriptor) free_descriptor(&column_descriptor);
+  if (column_descriptor != nullptr && column_descriptor != row_descriptor)
+    free_descriptor(&column_descriptor);
   if (row_descriptor != nullptr) free_descriptor(&row_descriptor);
 }
 
@@ -137,9 +138,9 @@ int make_long_plan(dfti_node* first, const long_choice& choice) {
 template <class R>
 int long_workspace(const dfti_node& first) {
   const auto& plan = *static_cast<const split_plan<R>*>(first.extra_buffer != nullptr ? first.extra_buffer
-                                                                                       : first.thread_buffer);
-  const int lines = static_cast<int>(kWidestBlock * std::max(plan.rows, plan.columns) *
-                                     core_int{sizeof(complex_of<R>)});
+                                                                                      : first.thread_buffer);
+  const int lines =
+      static_cast<int>(kWidestBlock * std::max(plan.rows, plan.columns) * core_int{sizeof(complex_of<R>)});
   return lines + std::max(plan.row_descriptor->workspace_bytes, plan.column_descriptor->workspace_bytes);
 }
 
@@ -153,9 +154,9 @@ void release_long_plan(dfti_node* first) {
   first->threaded_backward = nullptr;
 }
 
-#define QEL_INSTANTIATE(R)                                               \
-  template struct split_plan<R>;                                         \
-  template int make_long_plan<R>(dfti_node*, const long_choice&);        \
+#define QEL_INSTANTIATE(R)                                        \
+  template struct split_plan<R>;                                  \
+  template int make_long_plan<R>(dfti_node*, const long_choice&); \
   template int long_workspace<R>(const dfti_node&);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

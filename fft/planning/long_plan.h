@@ -2,9 +2,9 @@
 // A long line on several threads, as rows times columns.
 #pragma once
 
+#include "fft/descriptor/dfti_node.h"
 #include "fft/planning/long_rules.h"
 #include "fft/spec/dft_spec.h"
-#include "fft/descriptor/dfti_node.h"
 
 namespace qel::fft {
 
@@ -13,14 +13,15 @@ namespace qel::fft {
 template <class R>
 struct split_plan {
   using C = complex_of<R>;
-  core_int rows, columns;         ///< rows is the smaller
-  dfti_node* row_descriptor;      ///< of length rows
-  dfti_node* column_descriptor;   ///< of length columns, with the scales; the same one if both are alike
-  int parts;                      ///< threads of both regions; 0: as many as the descriptor may use
-  core_int twiddle_block;         ///< a power of two
-  table<complex16> twiddles;      ///< of the first twiddle_block exponents, then of the multiples of twiddle_block
-  table<C> powers;                ///< kWidestBlock of them for each k1: w^(k1 l)
-  table<C> all_twiddles;          ///< of a fixed number of parts: by blocks of columns, in the order of their use
+  core_int rows, columns;        ///< rows is the smaller
+  dfti_node* row_descriptor;     ///< of length rows
+  dfti_node* column_descriptor;  ///< of length columns, with the scales; the same one if both are alike
+  int parts;                     ///< threads of both regions; 0: as many as the descriptor may use
+  core_int twiddle_block;        ///< a power of two
+  table<complex16>
+      twiddles;           ///< of the first twiddle_block exponents, then of the multiples of twiddle_block
+  table<C> powers;        ///< kWidestBlock of them for each k1: w^(k1 l)
+  table<C> all_twiddles;  ///< of a fixed number of parts: by blocks of columns, in the order of their use
   ~split_plan();
 };
 

@@ -47,7 +47,8 @@ line_form form_of(spec_slot slot) {
 template <class R>
 int plan_complex_node(dfti_node* node, spec_slot slot) {
   dft_spec<R>* spec = nullptr;
-  if (const int result = dft_spec_create(&spec, node->length, kUnscaled, form_of(slot))) return spec_status(result);
+  if (const int result = dft_spec_create(&spec, node->length, kUnscaled, form_of(slot)))
+    return spec_status(result);
   node->specs[slot][kSpecPrecision<R>] = spec;
   node->node_workspace = spec->workspace_bytes;
   return DFTI_NO_ERROR;

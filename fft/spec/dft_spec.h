@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fft/planning/line_plan.h"
+#include "fft/spec/autosort_spec.h"
 #include "fft/spec/level_kernels.h"
 #include "fft/spec/pow2_spec.h"
 #include "fft/spec/tables.h"
@@ -58,7 +59,10 @@ struct dft_spec {
   line_plan plan;
   table<C> odd_table;
   table<C> chirp, chirp_spectrum;
-  pow2_spec<R>* pow2;  ///< of the length, or of the padded chirp
+  pow2_spec<R>* pow2;          ///< of a power of two
+  dft_spec<R>* inner;          ///< of the padded chirp
+  autosort_spec<R>* autosort;  ///< of kAutosort
+  long_spec<R>* long_line;     ///< of kLong
   factor_row factors[32];
   int largest_generic;  ///< factor, 0 if there is none
 
@@ -71,6 +75,12 @@ int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form for
 /// Null is ignored.
 template <class R>
 void dft_spec_free(dft_spec<R>* spec);
+
+/// Whether the plan takes lines side by side, which is faster than one after the other.
+template <class R>
+bool takes_columns(const dft_spec<R>& spec) {
+  return spec.autosort != nullptr;
+}
 
 /// Transforms a line of pairs at unit stride, in place or out. work: workspace_bytes and 32 more, at any
 /// address; null: taken for the call. 0 or a spec_result.

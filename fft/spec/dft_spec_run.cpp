@@ -135,9 +135,9 @@ void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_
   C* inner = work + padded;
   kernels.multiply[kForward](input, spec.chirp.get(), work, n);
   std::fill_n(work + n, padded - n, C{});
-  spec.pow2->run(work, work, inner, kForward);
+  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
   kernels.multiply[kForward](work, spec.chirp_spectrum.get(), work, padded);
-  spec.pow2->run(work, work, inner, kBackward);
+  dft_spec_run<R>(work, work, spec.inner, inner, kBackward);
   kernels.multiply[kForward](work, spec.chirp.get(), output, n);
   if (way == kBackward) std::reverse(output + 1, output + n);
 }
@@ -145,6 +145,7 @@ void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_
 template <class R>
 void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, complex_of<R>* work,
               direction way) {
+  using C = complex_of<R>;
   const auto& kernels = level_kernels<R>();
   switch (spec.plan.method) {
     case line_method::kPowerOfTwo:
@@ -168,6 +169,17 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
     case line_method::kDirect:
       kernels.any_leaf[way](input, 1, 0, output, 1, spec.length, spec.odd_table.get(), work);
       break;
+    case line_method::kAutosort:
+      spec.autosort->run_line(input, output, reinterpret_cast<R*>(work), way);
+      break;
+    case line_method::kLong: {
+      const long_spec<R>& line = *spec.long_line;
+      C* middle = work;
+      R* rest = reinterpret_cast<R*>(work + (line.rows * line.columns + 7) / 8 * 8);
+      line.first_half(input, middle, 0, line.blocks_of_columns(), rest, way);
+      line.second_half(middle, output, 0, line.blocks_of_rows(), rest, way);
+      break;
+    }
     case line_method::kBluestein:
       run_bluestein(input, output, spec, work, way);
       break;

@@ -61,7 +61,8 @@ void undo_format(const R* input, R* output, core_int n, packing format) {
 }
 
 template <class R>
-void transform_whole(const real_spec<R>& spec, const R* input, R* output, complex_of<R>* work, direction way) {
+void transform_whole(const real_spec<R>& spec, const R* input, R* output, complex_of<R>* work,
+                     direction way) {
   using C = complex_of<R>;
   const core_int n = spec.length;
   C* line = work;
@@ -224,11 +225,11 @@ int real_backward(const R* input, R* output, const real_spec<R>* spec, packing f
   });
 }
 
-#define QEL_INSTANTIATE(R)                                                            \
-  template struct real_spec<R>;                                                       \
-  template int dft_real_spec_create<R>(real_spec<R>**, core_int, int);                \
-  template void dft_real_spec_free<R>(real_spec<R>*);                                 \
-  template int real_forward<R>(const R*, R*, const real_spec<R>*, packing, void*);    \
+#define QEL_INSTANTIATE(R)                                                         \
+  template struct real_spec<R>;                                                    \
+  template int dft_real_spec_create<R>(real_spec<R>**, core_int, int);             \
+  template void dft_real_spec_free<R>(real_spec<R>*);                              \
+  template int real_forward<R>(const R*, R*, const real_spec<R>*, packing, void*); \
   template int real_backward<R>(const R*, R*, const real_spec<R>*, packing, void*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -12,7 +12,9 @@ enum class packing : int {
   kPack,  ///< R0, R1, I1, ..., Rh
   kCcs,   ///< R0, 0, R1, I1, ..., Rh, 0: n / 2 + 1 complex numbers
 };
-inline core_int packed_reals(packing format, core_int n) { return format == packing::kCcs ? (n / 2 + 1) * 2 : n; }
+inline core_int packed_reals(packing format, core_int n) {
+  return format == packing::kCcs ? (n / 2 + 1) * 2 : n;
+}
 
 enum class real_method : int { kStraight, kHalf, kDirect, kWhole };
 /// The method of a length: kHalf transforms n / 2 complex numbers, kWhole n of them.

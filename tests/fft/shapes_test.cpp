@@ -42,7 +42,8 @@ std::vector<std::size_t> places(const layout& of, const std::vector<int>& length
   for (std::size_t i = 0; i < lengths.size(); ++i) {
     std::vector<std::size_t> next;
     for (const std::size_t base : result) {
-      for (int j = 0; j < lengths[i]; ++j) next.push_back(base + static_cast<std::size_t>(j * of.strides[i + 1]));
+      for (int j = 0; j < lengths[i]; ++j)
+        next.push_back(base + static_cast<std::size_t>(j * of.strides[i + 1]));
     }
     result = std::move(next);
   }
@@ -74,7 +75,8 @@ void check_shape(const shape_case& c, int threads) {
   SCOPED_TRACE(testing::Message() << testing::PrintToString(c.lengths) << " x " << c.transforms << " gaps "
                                   << c.in_gap << ' ' << c.out_gap << " threads " << threads);
   qel_set_num_threads(threads);
-  const layout in = make_layout(c.lengths, c.in_gap), out = c.out_gap == 0 ? in : make_layout(c.lengths, c.out_gap);
+  const layout in = make_layout(c.lengths, c.in_gap),
+               out = c.out_gap == 0 ? in : make_layout(c.lengths, c.out_gap);
   const owned_descriptor d(DFTI_DOUBLE, DFTI_COMPLEX, c.lengths);
   DftiSetValue(d.handle, DFTI_PLACEMENT, c.out_gap == 0 ? DFTI_INPLACE : DFTI_NOT_INPLACE);
   DftiSetValue(d.handle, DFTI_NUMBER_OF_TRANSFORMS, c.transforms);
@@ -84,9 +86,7 @@ void check_shape(const shape_case& c, int threads) {
   DftiSetValue(d.handle, DFTI_OUTPUT_DISTANCE, out.distance);
   DftiSetValue(d.handle, DFTI_BACKWARD_SCALE, 0.3);
   ASSERT_EQ(DftiCommitDescriptor(d.handle), 0);
-  const auto extent = [&](const layout& of) {
-    return places(of, c.lengths, c.transforms - 1).back() + 1;
-  };
+  const auto extent = [&](const layout& of) { return places(of, c.lengths, c.transforms - 1).back() + 1; };
   for (const bool forward : {true, false}) {
     std::vector<Z> data = random_line<double>(extent(in), 7);
     const std::vector<Z> before = data;
@@ -109,10 +109,12 @@ void check_shape(const shape_case& c, int threads) {
 TEST(Shapes, DimensionsStridesTransformsAndThreads) {
   ASSERT_TRUE(kThreadsAsAsked);
   const shape_case cases[] = {
-      {{1, 8}, 1, 1, 0},        {{8, 1}, 1, 1, 1},      {{5, 6}, 1, 1, 0},          {{16, 12}, 2, 1, 1},
-      {{12, 33}, 1, 2, 3},      {{7, 9}, 3, 2, 0},      {{3, 4, 5}, 1, 1, 0},       {{20, 9, 33}, 1, 1, 1},
-      {{4, 3, 17}, 2, 2, 1},    {{1, 1, 1}, 1, 1, 1},   {{2, 3, 2, 3}, 1, 1, 0},    {{2, 1, 2, 2, 3, 2, 5}, 1, 1, 1},
-      {{2, 3, 4, 2, 2}, 2, 1, 0}, {{60}, 5, 1, 1},      {{60}, 3, 2, 0},            {{3, 2, 4096}, 1, 1, 0},
+      {{1, 8}, 1, 1, 0},          {{8, 1}, 1, 1, 1},       {{5, 6}, 1, 1, 0},
+      {{16, 12}, 2, 1, 1},        {{12, 33}, 1, 2, 3},     {{7, 9}, 3, 2, 0},
+      {{3, 4, 5}, 1, 1, 0},       {{20, 9, 33}, 1, 1, 1},  {{4, 3, 17}, 2, 2, 1},
+      {{1, 1, 1}, 1, 1, 1},       {{2, 3, 2, 3}, 1, 1, 0}, {{2, 1, 2, 2, 3, 2, 5}, 1, 1, 1},
+      {{2, 3, 4, 2, 2}, 2, 1, 0}, {{60}, 5, 1, 1},         {{60}, 3, 2, 0},
+      {{3, 2, 4096}, 1, 1, 0},
   };
   for (const shape_case& c : cases) {
     for (const int threads : {1, 2, 3, 8}) check_shape(c, threads);
@@ -153,7 +155,8 @@ TEST(Shapes, SplitPartsGiveTheInterleavedNumbers) {
   const struct {
     int n, stride, transforms;
     bool in_place;
-  } cases[] = {{8, 1, 1, true}, {60, 1, 1, false}, {60, 2, 3, true}, {151, 3, 2, false}, {1024, 1, 1, true}, {5, 1, 4, false}};
+  } cases[] = {{8, 1, 1, true},    {60, 1, 1, false},  {60, 2, 3, true},
+               {151, 3, 2, false}, {1024, 1, 1, true}, {5, 1, 4, false}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.n);
     const int strides[] = {2, c.stride}, distance = c.n * c.stride + 1;
@@ -162,7 +165,8 @@ TEST(Shapes, SplitPartsGiveTheInterleavedNumbers) {
       DftiSetValue(d->handle, DFTI_PLACEMENT, c.in_place ? DFTI_INPLACE : DFTI_NOT_INPLACE);
       DftiSetValue(d->handle, DFTI_NUMBER_OF_TRANSFORMS, c.transforms);
       for (const int side : {DFTI_INPUT_STRIDES, DFTI_OUTPUT_STRIDES}) DftiSetValue(d->handle, side, strides);
-      for (const int side : {DFTI_INPUT_DISTANCE, DFTI_OUTPUT_DISTANCE}) DftiSetValue(d->handle, side, distance);
+      for (const int side : {DFTI_INPUT_DISTANCE, DFTI_OUTPUT_DISTANCE})
+        DftiSetValue(d->handle, side, distance);
       DftiSetValue(d->handle, DFTI_FORWARD_SCALE, 0.7);
     }
     DftiSetValue(split.handle, DFTI_COMPLEX_STORAGE, DFTI_REAL_REAL);
@@ -227,7 +231,8 @@ void check_scrambled(int n) {
 }
 
 TEST(Shapes, ScrambledOrder) {
-  for (const int n : {12, 60, 64, 2048, 1 << 17, 1 << 18, 1 << 19, 5184, 13 * 13 * 37, 6930, 7 * 7 * 7 * 7 * 11, 151}) {
+  for (const int n :
+       {12, 60, 64, 2048, 1 << 17, 1 << 18, 1 << 19, 5184, 13 * 13 * 37, 6930, 7 * 7 * 7 * 7 * 11, 151}) {
     check_scrambled<double>(n);
     check_scrambled<float>(n);
   }
@@ -238,9 +243,10 @@ TEST(Shapes, LongLinesInParts) {
     int n;
     bool in_place;
     double scale;
-  } cases[] = {{1 << 16, true, 1}, {1 << 10, false, 1}, {1 << 11, false, 0.3}, {1 << 13, false, 1},
-               {1 << 17, false, 1}, {3 << 15, true, 0.7}, {65537, false, 1}, {2 * 33331, false, 1},
-               {5 * 7 * 11 * 13 * 17, false, 1}, {1 << 18, true, 1}};
+  } cases[] = {{1 << 16, true, 1},  {1 << 10, false, 1},   {1 << 11, false, 0.3},
+               {1 << 13, false, 1}, {1 << 17, false, 1},   {3 << 15, true, 0.7},
+               {65537, false, 1},   {2 * 33331, false, 1}, {5 * 7 * 11 * 13 * 17, false, 1},
+               {1 << 18, true, 1}};
   for (const auto& c : cases) {
     std::vector<Z> x = random_line<double>(static_cast<std::size_t>(c.n), 4), alone, y(x.size());
     for (const int threads : {1, 2, 3, 4, 8, 11}) {

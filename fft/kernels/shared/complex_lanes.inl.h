@@ -101,6 +101,12 @@ struct cx<double, 2> {
   QEL_LANES reg times(reg a, double f) { return _mm256_mul_pd(a, _mm256_set1_pd(f)); }
   QEL_LANES reg swapped(reg a) { return _mm256_permute_pd(a, 5); }
   QEL_LANES reg reversed(reg a) { return _mm256_permute2f128_pd(a, a, 1); }
+  /// Rows and columns of complex numbers change places.
+  QEL_LANES void transpose(reg* x) {
+    const reg low = _mm256_permute2f128_pd(x[0], x[1], 0x20);
+    x[1] = _mm256_permute2f128_pd(x[0], x[1], 0x31);
+    x[0] = low;
+  }
   QEL_LANES reg minus_real(reg a) { return _mm256_xor_pd(a, _mm256_set_pd(0.0, -0.0, 0.0, -0.0)); }
   QEL_LANES reg minus_imag(reg a) { return _mm256_xor_pd(a, _mm256_set_pd(-0.0, 0.0, -0.0, 0.0)); }
   QEL_LANES reg reals(reg w) { return _mm256_movedup_pd(w); }
@@ -123,6 +129,16 @@ struct cx<float, 4> {
   QEL_LANES reg swapped(reg a) { return _mm256_permute_ps(a, 0xB1); }
   QEL_LANES reg reversed(reg a) {
     return _mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(a), _MM_SHUFFLE(0, 1, 2, 3)));
+  }
+  QEL_LANES void transpose(reg* x) {
+    const __m256d r0 = _mm256_castps_pd(x[0]), r1 = _mm256_castps_pd(x[1]);
+    const __m256d r2 = _mm256_castps_pd(x[2]), r3 = _mm256_castps_pd(x[3]);
+    const __m256d a = _mm256_unpacklo_pd(r0, r1), b = _mm256_unpackhi_pd(r0, r1);
+    const __m256d c = _mm256_unpacklo_pd(r2, r3), d = _mm256_unpackhi_pd(r2, r3);
+    x[0] = _mm256_castpd_ps(_mm256_permute2f128_pd(a, c, 0x20));
+    x[1] = _mm256_castpd_ps(_mm256_permute2f128_pd(b, d, 0x20));
+    x[2] = _mm256_castpd_ps(_mm256_permute2f128_pd(a, c, 0x31));
+    x[3] = _mm256_castpd_ps(_mm256_permute2f128_pd(b, d, 0x31));
   }
   QEL_LANES reg minus_real(reg a) {
     return _mm256_xor_ps(a, _mm256_castpd_ps(_mm256_castsi256_pd(_mm256_set1_epi64x(0x80000000))));
