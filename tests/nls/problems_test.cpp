@@ -43,7 +43,8 @@ const exceptions kClassicExceptions = {{"Powell badly scaled", {100}},
                                        {"Osborne 1", {10, 100}},
                                        {"Osborne 2", {10}},
                                        {"Brown almost linear", {100}},
-                                       {"Chebyquad 8", {10}}};
+                                       {"Chebyquad 8", {10, 100}},
+                                       {"Chebyquad 9", {10, 100}}};
 const exceptions kModernExceptions = {{"Powell badly scaled", {100}},
                                       {"Beale", {10, 100}},
                                       {"Jennrich-Sampson", {10, 100}},
