@@ -9,6 +9,16 @@ set(QEL_FLAGS_l4_avx -mavx)
 set(QEL_FLAGS_l5_avx2 -mavx2 -mfma)
 set(QEL_FLAGS_l6_avx512 -mavx512f -mavx512bw -mavx512dq -mavx512vl -mavx2 -mfma)
 
+# Kernels of one processor type (vector math, random streams, convolution) are built in the same way.
+set(QEL_FLAGS_t0_ex "")
+set(QEL_FLAGS_t1_e7 "")
+set(QEL_FLAGS_t2_u8 -mssse3)
+set(QEL_FLAGS_t3_y8 -msse4.1)
+set(QEL_FLAGS_t4_h8 -msse4.2)
+set(QEL_FLAGS_t5_e9 -mavx)
+set(QEL_FLAGS_t6_n6 ${QEL_FLAGS_l5_avx2})
+set(QEL_FLAGS_t7_n7 ${QEL_FLAGS_l6_avx512})
+
 # qel_add_level(FAMILY LEVEL SOURCES...): e.g. qel_add_level(blas l2_ssse3 dot_d.cpp)
 function(qel_add_level family level)
   add_library(qel_${family}_${level} OBJECT ${ARGN})

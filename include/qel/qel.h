@@ -5,6 +5,7 @@
 #define QEL_QEL_H
 
 #include "qel/blas.h"
+#include "qel/conv.h"
 #include "qel/dfti.h"
 #include "qel/lapack.h"
 #include "qel/nls.h"
