@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Band, tridiagonal and packed matrices of MatrixDotNetBlas: factors, solutions, condition numbers, inverses and
-// products against the dense matrices that they stand for; pivots and signs of results.
+// Band, tridiagonal and packed matrices of MatrixDotNetBlas: factors, solutions, condition numbers, inverses
+// and products against the dense matrices that they stand for; pivots and signs of results.
 #include <cmath>
 
 #include "tavik/kernel/matrix_dot_net_blas.h"
@@ -52,7 +52,8 @@ dense packed_dense(const DataBlock<T>& block, int order) {
 /// The matrix whose upper triangle this is.
 template <class T>
 dense mirrored(const dense& upper) {
-  return made_of(upper.rows, upper.cols, [&](int i, int j) { return i <= j ? upper(i, j) : std::conj(upper(j, i)); });
+  return made_of(upper.rows, upper.cols,
+                 [&](int i, int j) { return i <= j ? upper(i, j) : std::conj(upper(j, i)); });
 }
 dense symmetric_of(const dense& upper) {
   return made_of(upper.rows, upper.cols, [&](int i, int j) { return i <= j ? upper(i, j) : upper(j, i); });
@@ -77,7 +78,8 @@ TYPED_TEST(Structured, BandLU) {
     const dense op = trans == 'N' ? a : trans == 'T' ? transposed(a) : adjoint(a);
     expect_close<T>(op * dense_of(x, n, kSides, n), b);
   }
-  expect_condition(matrices.CondNumberFromBandFact('1', n, kl, ku, ab, ld, pivots, norm_of<T>(a)), a, inverse_of(a));
+  expect_condition(matrices.CondNumberFromBandFact('1', n, kl, ku, ab, ld, pivots, norm_of<T>(a)), a,
+                   inverse_of(a));
   EXPECT_EQ(values_of(pivots), kept);
   testing::internal::CaptureStdout();
   EXPECT_EQ(matrices.CondNumberFromBandFact('X', n, kl, ku, ab, ld, pivots, 1), -1) << "info as a number";
@@ -139,7 +141,8 @@ template <class T>
 DataBlock<T> diagonal_block(const dense& a, int row, int ahead) {
   const int length = n - std::abs(row);
   DataBlock<T> block{Array<T>(ahead + n), ahead};
-  for (int i = 0; i < length; ++i) block.Data[ahead + i] = narrowed<T>(a(i + std::max(row, 0), i + std::max(-row, 0)));
+  for (int i = 0; i < length; ++i)
+    block.Data[ahead + i] = narrowed<T>(a(i + std::max(row, 0), i + std::max(-row, 0)));
   return block;
 }
 
@@ -147,15 +150,16 @@ TYPED_TEST(Structured, Tridiagonal) {
   using T = TypeParam;
   using R = real_of<T>;
   const dense a = banded(heavy_dense<T>(n, 9), 1, 1), b = random_dense<T>(n, kSides, 10);
-  const DataBlock<T> dl = diagonal_block<T>(a, 1, 1), d = diagonal_block<T>(a, 0, 2), du = diagonal_block<T>(a, -1, 0),
-                     du2{Array<T>(n), 1}, x = block_of<T>(b, n, 1);
+  const DataBlock<T> dl = diagonal_block<T>(a, 1, 1), d = diagonal_block<T>(a, 0, 2),
+                     du = diagonal_block<T>(a, -1, 0), du2{Array<T>(n), 1}, x = block_of<T>(b, n, 1);
   const Array<int> pivots(n);
   ASSERT_EQ(matrices.TriDiagLUFact(n, dl, d, du, du2, pivots), 0);
   const std::vector<int> kept = values_of(pivots);
   for (int i = 0; i < n; ++i) EXPECT_TRUE(pivots[i] == i || pivots[i] == i + 1);
   ASSERT_EQ(matrices.SolveTriDiagFromLUFact(n, kSides, dl, d, du, du2, pivots, x, n), 0);
   expect_close<T>(a * dense_of(x, n, kSides, n), b);
-  expect_condition(matrices.CondNumberFromTriDiagLU('1', n, dl, d, du, du2, pivots, norm_of<T>(a)), a, inverse_of(a));
+  expect_condition(matrices.CondNumberFromTriDiagLU('1', n, dl, d, du, du2, pivots, norm_of<T>(a)), a,
+                   inverse_of(a));
   EXPECT_EQ(values_of(pivots), kept);
 
   const dense p = banded(positive_dense<T>(n, 11), 1, 1);
@@ -185,8 +189,8 @@ TYPED_TEST(Structured, PackedIndefinite) {
   ASSERT_EQ(matrices.SolveSymFromFact(n, kSides, ap, pivots, x, n), 0);
   expect_close<T>(a * dense_of(x, n, kSides, n), b);
 
-  // Condition and inverse: for complex types those of a complex symmetric matrix with the same factors, which are
-  // here those of a diagonal one, where it can be told apart: D is real for a Hermitian matrix.
+  // Condition and inverse: for complex types those of a complex symmetric matrix with the same factors, which
+  // are here those of a diagonal one, where it can be told apart: D is real for a Hermitian matrix.
   dense diagonal = identity(n);
   for (int i = 0; i < n; ++i) diagonal(i, i) = wide(i + 1, is_complex<T> ? 1 : 0);
   const DataBlock<T> dp = packed_block<T>(diagonal, 1);
@@ -215,7 +219,8 @@ TYPED_TEST(Structured, PackedCholesky) {
 
 TYPED_TEST(Structured, PackedTriangles) {
   using T = TypeParam;
-  const dense upper = triangle(positive_dense<T>(n, 16), true), lower = transposed(upper), b = random_dense<T>(n, kSides, 17);
+  const dense upper = triangle(positive_dense<T>(n, 16), true), lower = transposed(upper),
+              b = random_dense<T>(n, kSides, 17);
   const DataBlock<T> ap = packed_block<T>(upper, 2), x = block_of<T>(b, n, 1), y = block_of<T>(b, n, 1);
   ASSERT_EQ(matrices.SolvePackedUpperTriSystem(n, kSides, ap, x, n), 0);
   expect_close<T>(upper * dense_of(x, n, kSides, n), b);
@@ -274,12 +279,18 @@ TYPED_TEST(Structured, PackedEigenvalues) {
   const DataBlock<R> w{Array<R>(n + 1), 1}, few{Array<R>(n), 0};
   const DataBlock<T> z{Array<T>(n * n + 3), 3};
   const Array<int> failed(n);
-  ASSERT_EQ(matrices.SymmetricPackedEigDecomp('V', 'A', n, packed_block<T>(a, 2), 0, 0, 0, 0, 0, w, z, n, failed), 0);
+  ASSERT_EQ(
+      matrices.SymmetricPackedEigDecomp('V', 'A', n, packed_block<T>(a, 2), 0, 0, 0, 0, 0, w, z, n, failed),
+      0);
   const dense vectors = dense_of(z, n, n, n);
-  expect_close<T>(a * vectors, vectors * made_of(n, n, [&](int i, int j) { return i == j ? wide(w.Data[1 + i]) : wide(); }));
+  expect_close<T>(a * vectors, vectors * made_of(n, n, [&](int i, int j) {
+                                 return i == j ? wide(w.Data[1 + i]) : wide();
+                               }));
   expect_close<T>(adjoint(vectors) * vectors, identity(n));
   // The second to the fourth, alone.
-  ASSERT_EQ(matrices.SymmetricPackedEigDecomp('N', 'I', n, packed_block<T>(a, 2), 0, 0, 2, 4, 0, few, {}, 1, {}), 0);
+  ASSERT_EQ(
+      matrices.SymmetricPackedEigDecomp('N', 'I', n, packed_block<T>(a, 2), 0, 0, 2, 4, 0, few, {}, 1, {}),
+      0);
   for (int i = 0; i < 3; ++i) EXPECT_NEAR(few.Data[i], w.Data[2 + i], 200 * kEpsilon<T>);
 }
 
