@@ -88,7 +88,7 @@ TEST(RandomStream, EveryTypesKernelGivesTheSameBitsAndStaysInside) {
   const int n = 3500;
   const std::vector<uint32_t> words = words_of(42, n);
   for (int type = 0; type < types; ++type) {
-    for (const int length : {249, 250, 253, 1001, n}) {
+    for (const int length : {249, 250, 253, 1001, 2048, 2303, n}) {
       for (const size_t shift : {0U, 5U, 8U}) {
         r250_register state{};
         std::vector<uint32_t> x = words_of(42, 250);
@@ -97,7 +97,7 @@ TEST(RandomStream, EveryTypesKernelGivesTheSameBitsAndStaysInside) {
         }
         state.q = kR250Lag;
         test::guarded<double> r(static_cast<size_t>(length), shift);
-        kR250Fill.kernel[type](state, length, r.data(), 0, 1);
+        kR250Fill.kernel[type](state, length, r.data(), 0, 1, shift == 8);
         std::vector<double> got(static_cast<size_t>(length));
         std::memcpy(got.data(), r.data(), got.size() * sizeof(double));
         // The register holds outputs 0 to 249, so these are outputs 250 and on.

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "vector/rng/stream.h"
+#include "vector/vml/caches.h"
+#include "vector/vml/rules.h"
 #include "vector/vml/vector_rows.h"
 
 namespace qel {
@@ -45,7 +47,8 @@ int r250_fill_double(stream_head* stream, int n, double* r, double a, double b) 
     kernel = choose_kernel(kR250Fill);
     fill_slot.store(kernel, std::memory_order_relaxed);
   }
-  kernel(register_of(stream), n, r, a, (b - a) * kTwoToMinus32);
+  const store_facts facts{serv_cpu_type(), 1.0 * sizeof(double) * n, largest_native_cache(), false, r};
+  kernel(register_of(stream), n, r, a, (b - a) * kTwoToMinus32, stores_past_caches(facts));
   return QEL_RNG_OK;
 }
 

@@ -9,8 +9,9 @@
 
 #include "service/serv.h"
 #include "service/thread_policy.h"
+#include "vector/vml/caches.h"
+#include "vector/vml/rules.h"
 #include "vector/vml/state.h"
-#include "vector/vml/thread_rules.h"
 #include "vector/vml/vector_rows.h"
 
 namespace qel {
@@ -46,6 +47,16 @@ int fork_length() {
   return length;
 }
 
+/// The kernel that stores past the caches, if this call is to do so, else the given one.
+vml_kernel* kernel_for(vml_kernel* kernel, const type_row<vml_kernel>& streamed, int n, const double* a,
+                       const double* b, const double* r) {
+  // Where no cache is that small the facts needn't be gathered.
+  if (n < kNativeVmlFork || serv_cpu_type() < kFirstNativeType) return kernel;
+  const store_facts facts{serv_cpu_type(), 3.0 * sizeof(double) * n, largest_native_cache(), r == a || r == b,
+                          r};
+  return stores_past_caches(facts) ? choose_kernel(streamed) : kernel;
+}
+
 /// The kernels of division and the row of each one's cost, by accuracy. The slots are filled together.
 struct division {
   bind_slot<vml_kernel> slot;
@@ -74,7 +85,7 @@ int threads_for(vml_cost_row row, int n) {
 
 [[gnu::noinline]] void divide_on_threads(const division& chosen, int n, const double* a, const double* b,
                                          double* r) {
-  vml_kernel* const kernel = chosen.slot.load(relaxed);
+  vml_kernel* const kernel = kernel_for(chosen.slot.load(relaxed), kDivStreamed, n, a, b, r);
   const int threads = threads_for(chosen.row, n);
   if (threads == 1) return kernel(n, a, b, r);
   vml_record& master = vml_state();
@@ -96,8 +107,17 @@ int threads_for(vml_cost_row row, int n) {
   master.status = shared_status.load(relaxed);
 }
 
-/// Multiplication and subtraction have no modes; only native types run them on threads.
-template <const type_row<vml_kernel>& kRow>
+/// Multiplication and subtraction have no modes; only native types have long ones.
+template <const type_row<vml_kernel>& kStreamed>
+[[gnu::noinline]] void run_long(vml_kernel* plain, int n, const double* a, const double* b, double* r) {
+  vml_kernel* const kernel = kernel_for(plain, kStreamed, n, a, b, r);
+  const int threads = threads_for(kDivisionHa, n);
+  if (threads == 1) return kernel(n, a, b, r);
+  for_parts(n, threads, [=](int start, int length) {
+    if (length > 0) kernel(length, a + start, b + start, r + start);
+  });
+}
+template <const type_row<vml_kernel>& kRow, const type_row<vml_kernel>& kStreamed>
 void run(int n, const double* a, const double* b, double* r) {
   static constinit bind_slot<vml_kernel> slot{nullptr};
   vml_kernel* kernel = slot.load(relaxed);
@@ -105,13 +125,8 @@ void run(int n, const double* a, const double* b, double* r) {
     kernel = choose_kernel(kRow);
     slot.store(kernel, relaxed);
   }
-  if (n >= kNativeVmlFork && serv_cpu_type() >= kFirstNativeType) {
-    if (const int threads = threads_for(kDivisionHa, n); threads > 1) {
-      return for_parts(n, threads, [=](int start, int length) {
-        if (length > 0) kernel(length, a + start, b + start, r + start);
-      });
-    }
-  }
+  if (n >= kNativeVmlFork && serv_cpu_type() >= kFirstNativeType)
+    return run_long<kStreamed>(kernel, n, a, b, r);
   kernel(n, a, b, r);
 }
 
@@ -122,7 +137,7 @@ void core::vd_div(int n, const double* a, const double* b, double* r) {
   if (n < fork_length()) return chosen.slot.load(relaxed)(n, a, b, r);
   divide_on_threads(chosen, n, a, b, r);
 }
-void core::vd_mul(int n, const double* a, const double* b, double* r) { run<kMul>(n, a, b, r); }
-void core::vd_sub(int n, const double* a, const double* b, double* r) { run<kSub>(n, a, b, r); }
+void core::vd_mul(int n, const double* a, const double* b, double* r) { run<kMul, kMulStreamed>(n, a, b, r); }
+void core::vd_sub(int n, const double* a, const double* b, double* r) { run<kSub, kSubStreamed>(n, a, b, r); }
 
 }  // namespace qel
