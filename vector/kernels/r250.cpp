@@ -23,25 +23,42 @@ void fill_by_word(r250_register& state, int n, double* r, double a, double scale
   state.q = q;
 }
 
+/// to may lie below from in the same array.
+inline void copy_words(const uint32_t* from, int n, uint32_t* to) {
+  int k = 0;
+  for (; k + 4 <= n; k += 4) {
+    _mm_storeu_si128(reinterpret_cast<__m128i_u*>(to + k),
+                     _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(from + k)));
+  }
+  for (; k < n; ++k) to[k] = from[k];
+}
+/// A ring's words from place p on, around to it.
+inline void copy_ring(const uint32_t* ring, int length, int p, uint32_t* to) {
+  copy_words(ring + p, length - p, to);
+  copy_words(ring, p, to + length - p);
+}
+
 /// The register's words in the order in which they are replaced.
 void copy_in_order(const r250_register& state, uint32_t* to) {
-  for (int k = 0; k < kWords; ++k) to[k] = state.x[(state.p + static_cast<uint32_t>(k)) % kWords];
+  copy_ring(state.x, kWords, static_cast<int>(state.p), to);
 }
 /// Makes these words, in this order, the register.
 void set_in_order(r250_register& state, const uint32_t* from) {
-  for (int k = 0; k < kWords; ++k) state.x[k] = from[k];
+  copy_words(from, kWords, state.x);
   state.p = 0;
   state.q = kLag;
 }
 
 #ifdef __AVX2__
 
-// Native types: raw words go by in a buffer of their own, as 32-bit words, and the numbers are stored once.
-constexpr int kRun = 2048;
+// Native types. Over bits, squaring a linear recurrence doubles its distances: so eight neighbouring words,
+// taken as one, obey the recurrence of single words, y(k) = y(k - 8 * 250) ^ y(k - 8 * 147), and no register
+// reads what has just been stored. The numbers are stored once, as their words come by.
+constexpr int kLanes = 8;
+constexpr int kRing = kLanes * kWords;
 
-/// y[k] becomes the word that follows the 250 ahead of it, for k in 250 .. 249 + count.
+/// The words that follow the first 250 of y, for as many as count.
 void next_words(uint32_t* y, int count) {
-  constexpr int kLanes = sizeof(__m256i) / sizeof(uint32_t);
   int k = 0;
   for (; k + kLanes <= count; k += kLanes) {
     const __m256i first = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(y + k));
@@ -51,50 +68,80 @@ void next_words(uint32_t* y, int count) {
   for (; k < count; ++k) y[k + kWords] = y[k] ^ y[k + kLag];
 }
 
-/// Words as numbers, exactly.
-inline doubles::reg numbers(const uint32_t* w) {
+/// r[i] = shift + w_i factor for eight words.
+template <bool kStreamed>
+[[gnu::always_inline]] inline void convert(__m256i w, double* r, doubles::reg shift, doubles::reg factor) {
 #ifdef __AVX512F__
-  return _mm512_maskz_cvtepu32_pd(doubles::kAll, _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(w)));
+  put<kStreamed>(r, doubles::add(shift, doubles::mul(_mm512_maskz_cvtepu32_pd(doubles::kAll, w), factor)));
 #else
-  // A word becomes the mantissa of a number from 2^52 on, which is then taken away.
-  const __m256i wide = _mm256_cvtepu32_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i_u*>(w)));
-  return doubles::sub(_mm256_castsi256_pd(_mm256_or_si256(wide, _mm256_set1_epi64x(0x4330000000000000))),
-                      doubles::all(4503599627370496.0));
+  // A word becomes the mantissa of a number from 2^52 on, which is then taken away, both exactly.
+  const __m256i exponent = _mm256_set1_epi64x(0x4330000000000000);
+  const doubles::reg offset = doubles::all(4503599627370496.0);
+  const __m256i low = _mm256_or_si256(_mm256_cvtepu32_epi64(_mm256_castsi256_si128(w)), exponent);
+  const __m256i high = _mm256_or_si256(_mm256_cvtepu32_epi64(_mm256_extracti128_si256(w, 1)), exponent);
+  const doubles::reg first = doubles::sub(_mm256_castsi256_pd(low), offset),
+                     second = doubles::sub(_mm256_castsi256_pd(high), offset);
+  put<kStreamed>(r, doubles::add(shift, doubles::mul(first, factor)));
+  put<kStreamed>(r + 4, doubles::add(shift, doubles::mul(second, factor)));
 #endif
 }
-
-template <bool kStreamed>
-[[gnu::always_inline]] inline void convert(const uint32_t* w, int n, double* r, double a, double scale) {
-  const doubles::reg factor = doubles::all(scale), shift = doubles::all(a);
-  constexpr int kCount = doubles::kCount;
+void convert_words(const uint32_t* w, int n, double* r, double a, double scale) {
   int k = 0;
-  for (; k + 2 * kCount <= n; k += 2 * kCount) {
-    put<kStreamed>(r + k, doubles::add(shift, doubles::mul(numbers(w + k), factor)));
-    put<kStreamed>(r + k + kCount, doubles::add(shift, doubles::mul(numbers(w + k + kCount), factor)));
+  for (; k + kLanes <= n; k += kLanes) {
+    convert<false>(_mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(w + k)), r + k, doubles::all(a),
+                   doubles::all(scale));
   }
   for (; k < n; ++k) set_element(r + k, a + static_cast<double>(w[k]) * scale);
 }
 
-/// Up to the first cache line, then in whole runs, of which only the last may be short.
-void fill_long(r250_register& state, int n, double* r, double a, double scale, bool streamed) {
-  alignas(64) uint32_t y[kWords + kRun];
-  copy_in_order(state, y);
-  int count = streamed ? elements_ahead_of_line(r, n) : 0;
-  if (count == 0) count = n < kRun ? n : kRun;
-  while (n > 0) {
-    next_words(y, count);
-    if (streamed) {
-      convert<true>(y + kWords, count, r, a, scale);
-    } else {
-      convert<false>(y + kWords, count, r, a, scale);
+/// count numbers, whole registers of them, from the ring's place p on; returns the place that follows.
+template <bool kStreamed>
+[[gnu::always_inline]] inline int turn_ring(uint32_t* ring, int p, int count, double* r, double a,
+                                            double scale) {
+  const doubles::reg shift = doubles::all(a), factor = doubles::all(scale);
+  int q = (p + kLanes * kLag) % kRing;
+  while (count > 0) {
+    // Up to where either place wraps.
+    int run = kRing - (p > q ? p : q);
+    if (run > count) run = count;
+    for (int k = 0; k < run; k += kLanes) {
+      const __m256i old = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(ring + p + k));
+      const __m256i partner = _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(ring + q + k));
+      const __m256i word = _mm256_xor_si256(old, partner);
+      _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(ring + p + k), word);
+      convert<kStreamed>(word, r + k, shift, factor);
     }
-    for (int k = 0; k < kWords; ++k) y[k] = y[k + count];
-    r += count;
-    n -= count;
-    count = n < kRun ? n : kRun;
+    p = p + run == kRing ? 0 : p + run;
+    q = q + run == kRing ? 0 : q + run;
+    r += run;
+    count -= run;
   }
-  if (streamed) _mm_sfence();
-  set_in_order(state, y);
+  return p;
+}
+
+/// The first words come from the recurrence of single words, up to a cache line; the ring goes on from them;
+/// those that fill no register come from single words again.
+void fill_long(r250_register& state, int n, double* r, double a, double scale, bool streamed) {
+  alignas(64) uint32_t y[kWords + kRing + kLanes], ring[kRing];
+  copy_in_order(state, y);
+  int first = kRing + (streamed ? elements_ahead_of_line(r, kLanes) : 0);
+  if (first > n) first = n;
+  next_words(y, first);
+  convert_words(y + kWords, first, r, a, scale);
+  const uint32_t* last = y + first;  // the newest 250 words
+  const int rest = (n - first) % kLanes, whole = n - first - rest;
+  if (n > first) {
+    copy_words(y + kWords + first - kRing, kRing, ring);
+    const int p = streamed ? turn_ring<true>(ring, 0, whole, r + first, a, scale)
+                           : turn_ring<false>(ring, 0, whole, r + first, a, scale);
+    if (streamed) _mm_sfence();
+    uint32_t* newest = y + kRing - kWords;
+    copy_ring(ring, kRing, p, y);
+    next_words(newest, rest);
+    convert_words(newest + kWords, rest, r + n - rest, a, scale);
+    last = newest + rest;
+  }
+  set_in_order(state, last);
 }
 
 #else
