@@ -44,6 +44,28 @@ struct solve_options {
 /// Solves A X = B and reports sizes, times and the normwise backward error.
 int run_solve(const solve_options& options);
 
+// check.cpp
+struct check_options {
+  std::string matrix;  ///< Matrix Market file
+  bool json = false;
+};
+/// Tells how a sparse matrix is built and what is unusual: rows out of order, double entries, a diagonal with
+/// gaps.
+int run_check(const check_options& options);
+
+// fit.cpp
+struct fit_options {
+  std::string model;   ///< "response = expression of columns and parameters"
+  std::string data;    ///< CSV file with a line of names
+  std::string start;   ///< "a=1,b=2"
+  std::string bounds;  ///< "a=0:1,b=:5"; empty: none
+  std::string plot;    ///< SVG file of data and curve; empty: none
+  bool json = false;
+};
+/// Fits a model by least squares and reports parameters, standard errors and why it ended. kSingular if it
+/// did not converge.
+int run_fit(const fit_options& options);
+
 // explain_level1.cpp
 struct explain_level1_options {
   std::string routine;  ///< "ddot", "idamax" ...

@@ -62,6 +62,23 @@ int run(int argc, char** argv) {
   solve_command->add_option("-o,--output", solve.output, "Write the solution there, Matrix Market array");
   solve_command->add_flag("--json", solve.json, "Print JSON");
 
+  check_options check;
+  CLI::App* check_command = app.add_subcommand("check", "Look over the structure of a sparse matrix");
+  check_command->add_option("A", check.matrix, "Matrix Market file (.mtx, .mtx.gz)")->required();
+  check_command->add_flag("--json", check.json, "Print JSON");
+
+  fit_options fit;
+  CLI::App* fit_command = app.add_subcommand("fit", "Fit a model to the columns of a table by least squares");
+  fit_command->footer(
+      "Example: qel fit \"y = a*(1-exp(-b*x))\" data.csv --start a=500,b=1e-4\n"
+      "Exit codes: 0 fitted, 2 bad input, 3 not converged.");
+  fit_command->add_option("model", fit.model, "RESPONSE = EXPRESSION of columns and parameters")->required();
+  fit_command->add_option("data", fit.data, "CSV file; the first line names the columns")->required();
+  fit_command->add_option("--start", fit.start, "Start values: a=1,b=2")->required();
+  fit_command->add_option("--bounds", fit.bounds, "Bounds: a=0:1,b=:5 (one side may be empty)");
+  fit_command->add_option("--plot", fit.plot, "Draw data and curve into this SVG file (needs gnuplot)");
+  fit_command->add_flag("--json", fit.json, "Print JSON");
+
   explain_level1_options level1;
   CLI::App* level1_command = explain_command->add_subcommand("level1", "Threads of a vector operation");
   level1_command->add_option("routine", level1.routine, "Name, e.g. ddot")->required();
@@ -81,6 +98,8 @@ int run(int argc, char** argv) {
   }
   if (!right_hand_file.empty()) solve.right_hand_side = right_hand_file;
   if (*info_command) return run_info(info);
+  if (*fit_command) return run_fit(fit);
+  if (*check_command) return run_check(check);
   if (*level1_command) return run_explain_level1(level1);
   return *explain_command ? run_explain(explain) : run_solve(solve);
 }

@@ -50,6 +50,11 @@ void qel_core_zpotrf_(const char* uplo, const core_int* n, complex16* a, const c
                       size_t);
 void qel_core_zpotrf2_(const char* uplo, const core_int* n, complex16* a, const core_int* lda, core_int* info,
                        size_t);
+void qel_core_dpotrs_(const char* uplo, const core_int* n, const core_int* nrhs, const double* a,
+                      const core_int* lda, double* b, const core_int* ldb, core_int* info, size_t);
+void qel_core_dtrtrs_(const char* uplo, const char* trans, const char* diag, const core_int* n,
+                      const core_int* nrhs, const double* a, const core_int* lda, double* b,
+                      const core_int* ldb, core_int* info, size_t, size_t, size_t);
 void qel_core_sgetrs_(const char* trans, const core_int* n, const core_int* nrhs, const float* a,
                       const core_int* lda, const core_int* ipiv, float* b, const core_int* ldb,
                       core_int* info, size_t);

@@ -7,6 +7,7 @@
 #include "qel/blas.h"
 #include "qel/dfti.h"
 #include "qel/lapack.h"
+#include "qel/nls.h"
 #include "qel/rng.h"
 #include "qel/service.h"
 #include "qel/sparse.h"

@@ -99,6 +99,78 @@ TEST(Solve, TellsBadInputFromASingularMatrix) {
   }
 }
 
+/// A certified regression (NIST Misra1a) as a table.
+const std::string kMisra =
+    "# volume by pressure\ny,x\n10.07,77.6\n14.73,114.9\n17.94,141.1\n23.93,190.8\n29.61,239.9\n35.18,289.0\n"
+    "40.02,332.8\n44.82,378.4\n50.76,434.8\n55.05,477.3\n61.01,536.8\n66.40,593.1\n75.47,689.1\n81.78,760."
+    "0\n";
+
+TEST(Fit, ReachesCertifiedValues) {
+  const test::temporary_file data(kMisra), picture("");
+  const command_result result = run("fit --json 'y = b1*(1-exp(-b2*x))' " + data.path() +
+                                    " --start b1=500,b2=1e-4 --plot " + picture.path());
+  ASSERT_EQ(result.exit_code, 0) << result.output;
+  const nlohmann::json report = nlohmann::json::parse(result.output);
+  const double want[2][2] = {{2.3894212918e2, 2.7070075241}, {5.5015643181e-4, 7.2668688436e-6}};
+  for (size_t k = 0; k < 2; ++k) {
+    const nlohmann::json& parameter = report["parameters"][k];
+    EXPECT_NEAR(parameter["value"].get<double>(), want[k][0], 1e-7 * want[k][0]);
+    EXPECT_NEAR(parameter["standard_error"].get<double>(), want[k][1], 1e-5 * want[k][1]);
+  }
+  EXPECT_NEAR(report["sum_of_squares"].get<double>(), 1.2455138894e-1, 1e-9);
+  EXPECT_TRUE(contains(test::content_of(picture.path()), "<svg"));
+  // The response is the last column unless named; a bound holds.
+  const test::temporary_file line("x,y\n0,1\n1,3\n2,5\n3,7\n");
+  const command_result bounded = run("fit 'a+b*x' " + line.path() + " --start a=0,b=1 --bounds b=:1.5");
+  EXPECT_EQ(bounded.exit_code, 0);
+  EXPECT_TRUE(contains(bounded.output, "b                                1.5")) << bounded.output;
+}
+
+TEST(Fit, TellsWhatIsWrong) {
+  const test::temporary_file data(kMisra), short_row("x,y\n1,2\n3\n"), word("x,y\n1,2\n3,four\n"),
+      empty("x,y\n");
+  const struct {
+    std::string arguments;
+    const char* text;
+  } rows[] = {
+      {"'y=a*z' " + data.path() + " --start a=1",
+       "z is neither a parameter (--start) nor a column of the data"},
+      {"'y=a*(x' " + data.path() + " --start a=1", "the model: "},
+      {"'w=a*x' " + data.path() + " --start a=1", "the response w is no column of the data"},
+      {"'y=a*x' " + data.path() + " --start a=1,b=2", "parameter b does not occur in the model"},
+      {"'y=a*x' " + data.path() + " --start a=one", "'one' in a=one is no number"},
+      {"'y=a*x' " + data.path() + " --start a", "'a' is not NAME=VALUE"},
+      {"'y=a*x' " + data.path() + " --start a=1 --bounds a=2:1", "bounds 'a=2:1' leave nothing"},
+      {"'y=x*x' " + data.path() + " --start x=1", "x is a parameter and a column of the data"},
+      {"'y=a*x' " + short_row.path() + " --start a=1", ":3: 1 values for 2 columns"},
+      {"'y=a*x' " + word.path() + " --start a=1", ":3: 'four' is no number"},
+      {"'y=a*x' " + empty.path() + " --start a=1", "no rows of numbers"},
+      {"'y=a*x' /nowhere.csv --start a=1", "cannot be read"},
+      {"'y=sqrt(-1-a*a)+x' " + data.path() + " --start a=1", "F or its Jacobian is not finite"},
+  };
+  for (const auto& row : rows) {
+    const command_result result = run("fit " + row.arguments);
+    EXPECT_NE(result.exit_code, 0) << row.arguments;
+    EXPECT_TRUE(contains(result.output, row.text)) << row.arguments << '\n' << result.output;
+  }
+}
+
+TEST(Check, TellsWhatIsUnusual) {
+  const test::temporary_file odd(
+      "%%MatrixMarket matrix coordinate real general\n3 3 5\n1 3 1\n1 1 2\n3 1 1\n3 3 3\n3 3 4\n");
+  const command_result faulty = run("check " + odd.path());
+  EXPECT_EQ(faulty.exit_code, 0);
+  for (const char* line : {"3 by 3, 5 entries in full", "rows            0 to 3 entries, 1 of them empty",
+                           "row 1 is not sorted: column 1 comes after a greater one",
+                           "row 3 has column 3 more than once", "row 2 has no entry on the diagonal"})
+    EXPECT_TRUE(contains(faulty.output, line)) << line << '\n' << faulty.output;
+  const command_result good = run(std::string("check --json ") + QEL_EXAMPLES "494_bus.mtx.gz");
+  const nlohmann::json report = nlohmann::json::parse(good.output);
+  EXPECT_EQ(report["entries"], 1666);
+  EXPECT_EQ(report["shortest_row"], 2);
+  EXPECT_EQ(run("check /nowhere.mtx").exit_code, 2);
+}
+
 TEST(Explain, TellsThreadsOfVectorOperationsAndWhy) {
   struct explain_case {
     const char *arguments, *want;

@@ -8,6 +8,12 @@
 
 namespace Tavik::Core {
 
+/// A failure that has no type of its own.
+class TAVIK_API Exception : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
 /// A bad argument that a kernel class finds itself.
 class TAVIK_API ArgumentException : public std::invalid_argument {
  public:
