@@ -89,8 +89,8 @@ TEST(LeastSquares, OverPlainArrays) {
 TYPED_TEST(General, SingularValues) {
   using T = TypeParam;
   using R = real_of<T>;
-  for (const auto& [m, n] : {std::pair{7, 4}, {4, 7}, {5, 5}}) {
-    const int k = std::min(m, n);
+  for (const auto& sizes : {std::pair{7, 4}, {4, 7}, {5, 5}}) {
+    const int m = sizes.first, n = sizes.second, k = std::min(m, n);
     const dense a = random_dense<T>(m, n, 5);
     const DataBlock<R> s = room<R>(k), s_alone = room<R>(k), s_divided = room<R>(k);
     const DataBlock<T> u = room<T>(m * m), vt = room<T>(n * n), none{};

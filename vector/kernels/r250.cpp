@@ -8,7 +8,6 @@ namespace qel::QEL_LEVEL {
 namespace {
 
 constexpr int kWords = kR250Words, kLag = kR250Lag;
-constexpr int kOld = kWords - kLag;  // outputs until the partner word is itself an output
 
 /// Short fills: one word after the other on the register.
 void fill_by_word(r250_register& state, int n, double* r, double a, double scale) {
@@ -148,6 +147,7 @@ void fill_long(r250_register& state, int n, double* r, double a, double scale, b
 
 // A long fill is cut into pieces, so that the raw words are still in the first cache when they are converted.
 constexpr int kPiece = 3072;
+constexpr int kOld = kWords - kLag;  // outputs until the partner word is itself an output
 
 // A random word stands in the low half of its 8-byte element, with zeros above.
 inline __m128i two_words(const uint32_t* p) {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 
 #include "service/serv.h"
 #include "service/thread_policy.h"
@@ -31,9 +32,20 @@ void for_parts(int n, int threads, const Work& work) {
   }
 }
 
-const vml_topology& topology() {
-  static const vml_topology known = read_vml_topology(current_cpuid(), omp_get_num_procs());
-  return known;
+/// The topology in one word, 21 bits for each count; 0 before the first question.
+constinit std::atomic<std::uint64_t> known_topology{0};
+
+vml_topology topology() {
+  constexpr int kBits = 21, kMask = (1 << kBits) - 1;
+  std::uint64_t packed = known_topology.load(relaxed);
+  if (packed == 0) [[unlikely]] {
+    const vml_topology read = read_vml_topology(current_cpuid(), std::min(omp_get_num_procs(), kMask));
+    packed = static_cast<std::uint64_t>(read.logical) | static_cast<std::uint64_t>(read.cores) << kBits |
+             static_cast<std::uint64_t>(read.packages) << 2 * kBits;
+    known_topology.store(packed, relaxed);
+  }
+  const auto count = [packed](int place) { return static_cast<int>(packed >> place * kBits & kMask); };
+  return {count(0), count(1), count(2)};
 }
 
 constinit std::atomic<int> division_fork_length{0};

@@ -9,12 +9,9 @@ namespace qel {
 
 /// Bytes of the processor's largest data cache.
 inline int largest_native_cache() {
-  static const int largest = [] {
-    int sizes[5];
-    serv_native_cache_sizes(sizes);
-    return *std::max_element(sizes + 1, sizes + 5);
-  }();
-  return largest;
+  int sizes[5];
+  serv_native_cache_sizes(sizes);
+  return *std::max_element(sizes + 1, sizes + 5);
 }
 
 }  // namespace qel
