@@ -42,7 +42,8 @@ strided<T> column(int rows, const Core::DataBlock<T>& block, int j, int rowStrid
 /// op(v_k...) for every k. Strides of 1 get a loop of their own, which the compiler can make vectors of.
 template <class Op, class... T>
 void for_each_element(int n, const Op& op, strided<T>... v) {
-  if (((v.inc == 1) && ...)) {
+  const bool contiguous = ((v.inc == 1) && ...);
+  if (contiguous) {
     for (int k = 0; k < n; ++k) op(v.first[k]...);
   } else {
     for (int k = 0; k < n; ++k) op(v[k]...);

@@ -89,8 +89,8 @@ TEST(LeastSquares, OverPlainArrays) {
 TYPED_TEST(General, SingularValues) {
   using T = TypeParam;
   using R = real_of<T>;
-  for (const auto& [m, n] : {std::pair{7, 4}, {4, 7}, {5, 5}}) {
-    const int k = std::min(m, n);
+  for (const auto& sizes : {std::pair{7, 4}, {4, 7}, {5, 5}}) {
+    const int m = sizes.first, n = sizes.second, k = std::min(m, n);
     const dense a = random_dense<T>(m, n, 5);
     const DataBlock<R> s = room<R>(k), s_alone = room<R>(k), s_divided = room<R>(k);
     const DataBlock<T> u = room<T>(m * m), vt = room<T>(n * n), none{};
@@ -207,6 +207,60 @@ TYPED_TEST(General, Eigenvalues) {
   }
   testing::internal::GetCapturedStdout();
   EXPECT_EQ(info, -1);
+}
+
+TYPED_TEST(General, EigenvaluesThatConvergedAreCountedAndMovedDown) {
+  // The last two split off; the first three are hopeless.
+  using T = TypeParam;
+  const int n = 5, ld = 1;
+  const T nan(std::numeric_limits<real_of<T>>::quiet_NaN());
+  const DataBlock<T> a{Array<T>(n * n), 0}, none{};
+  for (const int i : {0, 1, 5, 6, 7, 10, 11, 12}) a.Data[i] = nan;  // in Hessenberg form already
+  a.Data[18] = T(3);
+  a.Data[24] = T(5);
+  const DataBlock<real_of<T>> no_reals{};
+  const char no = 'N';
+  int ilo = 0, ihi = 0, info = 0;
+  real_of<T> scale[n], norm = 0;
+  const Array<T> raw(n), raw_imaginary(n);
+  const Array<T> matrix = copy_of(a.Data);
+  if constexpr (is_complex<T>) {
+    real_of<T> rwork[2 * n];
+    Kernel::MatrixDotNetBlas::tavik_geevx(&no, &no, &no, &no, &n, &matrix[0], &n, &raw[0],
+                                          static_cast<T*>(nullptr), &ld, nullptr, &ld, &ilo, &ihi, scale,
+                                          &norm, nullptr, nullptr, rwork, &info);
+  } else {
+    T work[100];
+    const int lwork = 100;
+    int iwork[2 * n];
+    Kernel::MatrixDotNetBlas::tavik_geevx(&no, &no, &no, &no, &n, &matrix[0], &n, &raw[0], &raw_imaginary[0],
+                                          nullptr, &ld, nullptr, &ld, &ilo, &ihi, scale, &norm, nullptr,
+                                          nullptr, work, &lwork, iwork, &info);
+  }
+  ASSERT_EQ(info, 3);
+  // Kept: the source is counted from the start of the array, the target from the block's offset.
+  for (const int offset : {0, 1}) {
+    const DataBlock<T> w{Array<T>(n + offset), offset}, second{Array<T>(n + offset), offset},
+        again{copy_of(a.Data), 0};
+    int found = 0;
+    if constexpr (is_complex<T>) {
+      found =
+          matrices.GeneralEigDecomp('N', 'N', 'N', 'N', n, again, n, w, none, 1, none, 1, no_reals, no_reals);
+    } else {
+      found = matrices.GeneralEigDecomp('N', 'N', 'N', 'N', n, again, n, w, second, none, 1, none, 1,
+                                        no_reals, no_reals);
+    }
+    EXPECT_EQ(found, 2) << "a count, not info";
+    std::vector<wide> want;
+    for (int i = 0; i < n + offset; ++i) want.push_back(i < offset ? wide() : widened(raw[i - offset]));
+    for (size_t i = 0; i < 2; ++i) want[static_cast<size_t>(offset) + i] = want[2 + i];
+    for (int i = 0; i < n + offset; ++i) {
+      const wide got = widened(w.Data[i]);
+      EXPECT_TRUE(got == want[static_cast<size_t>(i)] || std::isnan(got.real())) << offset << ' ' << i;
+      EXPECT_EQ(std::isnan(got.real()), std::isnan(want[static_cast<size_t>(i)].real()))
+          << offset << ' ' << i;
+    }
+  }
 }
 
 TYPED_TEST(General, TriangularProductStartsAtTheBlocksOffset) {

@@ -2,6 +2,7 @@
 // Products of strided matrices: the compact way accumulates, the one with gaps overwrites; forms, strides,
 // and the bases that negative strides of a transposed operand get.
 #include <functional>
+#include <tuple>
 
 #include "tests/facade/support.h"
 
@@ -34,7 +35,8 @@ wide element(form how, const auto& matrix, int i, int j) {
 template <class T>
 void expect_product(product_fn<T> product, short_product_fn<T> short_product, form of_a, form of_b,
                     const char* what) {
-  for (const auto& [m, n, k] : {std::tuple{3, 4, 2}, {4, 4, 4}, {1, 1, 1}, {5, 2, 3}}) {
+  for (const auto& sizes : {std::tuple{3, 4, 2}, {4, 4, 4}, {1, 1, 1}, {5, 2, 3}}) {
+    const int m = std::get<0>(sizes), n = std::get<1>(sizes), k = std::get<2>(sizes);
     for (const int gap : {-1, 0, 1, 2}) {
       for (const bool zero : {false, true}) {
         const auto place = [gap_at = gap](int which, int rows) {

@@ -66,6 +66,9 @@ const operation kOperations[] = {
     {"div EP", kDivEp, [](double a, double b) { return a / b; }},
     {"mul", kMul, [](double a, double b) { return a * b; }},
     {"sub", kSub, [](double a, double b) { return a - b; }},
+    {"div past caches", kDivStreamed, [](double a, double b) { return a / b; }},
+    {"mul past caches", kMulStreamed, [](double a, double b) { return a * b; }},
+    {"sub past caches", kSubStreamed, [](double a, double b) { return a - b; }},
 };
 
 TEST(VectorKernels, GiveTheIeeeResultAtEveryLengthAndAddress) {
@@ -75,6 +78,7 @@ TEST(VectorKernels, GiveTheIeeeResultAtEveryLengthAndAddress) {
       for (const int n : {0, 1, 2, 7, 15, 16, 17, 31, 32, 33, 48, 63, 200}) {
         const std::vector<double> x = numbers(n, 1), y = numbers(n, 2);
         for (const std::size_t shift : {0U, 8U, 3U}) {
+          if (op.row.kernel[type] == nullptr || (op.row.kernel[0] == nullptr && shift % 8 != 0)) continue;
           const auto size = static_cast<std::size_t>(n);
           test::guarded<double> a(size, shift), b(size, shift), r(size, shift);
           a.assign(x);
@@ -98,6 +102,7 @@ TEST(VectorKernels, WorkInPlace) {
   const std::vector<double> x = numbers(n, 3), y = numbers(n, 4);
   for (const operation& op : kOperations) {
     for (int type = 0; type <= highest_type(); ++type) {
+      if (op.row.kernel[0] == nullptr) continue;
       std::vector<double> over_a = x, over_b = y;
       op.row.kernel[type](n, over_a.data(), y.data(), over_a.data());
       op.row.kernel[type](n, x.data(), over_b.data(), over_b.data());

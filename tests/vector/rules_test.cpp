@@ -4,7 +4,7 @@
 
 #include <climits>
 
-#include "vector/vml/thread_rules.h"
+#include "vector/vml/rules.h"
 
 namespace qel {
 namespace {
@@ -99,6 +99,19 @@ TEST(VmlTeam, GrowsUntilItCostsAsMuchAsTheWork) {
     EXPECT_EQ(vml_refined_threads(c.threads, c.topology, kDivisionHa, c.type, c.n), c.want)
         << c.n << " of type " << c.type;
   }
+}
+
+TEST(StoreRule, SendsWhatNoCacheHoldsPastThem) {
+  const char* const at = nullptr;
+  const struct {
+    store_facts facts;
+    bool want;
+  } cases[] = {
+      {{6, 1001, 1000, false, at}, true},  {{7, 1001, 1000, false, at + 8}, true},
+      {{6, 1000, 1000, false, at}, false}, {{5, 1001, 1000, false, at}, false},
+      {{6, 1001, 1000, true, at}, false},  {{6, 1001, 1000, false, at + 4}, false},
+  };
+  for (const auto& c : cases) EXPECT_EQ(stores_past_caches(c.facts), c.want) << c.facts.type;
 }
 
 }  // namespace

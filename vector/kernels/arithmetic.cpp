@@ -32,7 +32,7 @@ inline void divide_one(int i, const double* a, const double* b, double* r, doubl
 }
 
 /// A block of kRegs registers; false, with nothing stored, if a divisor has exponent field 0.
-template <int kRegs>
+template <int kRegs, bool kStreamed = false>
 [[gnu::always_inline]] inline bool divide_registers(const double* a, const double* b, double* r) {
   doubles::reg quotient[kRegs];
   doubles::flags small = doubles::none();
@@ -46,15 +46,18 @@ template <int kRegs>
     return false;
   }
 #pragma GCC unroll 8
-  for (int k = 0; k < kRegs; ++k) doubles::store(r + k * doubles::kCount, quotient[k]);
+  for (int k = 0; k < kRegs; ++k) put<kStreamed>(r + k * doubles::kCount, quotient[k]);
   return true;
 }
 
+template <bool kStreamed>
 [[gnu::always_inline]] inline void divide(int n, const double* a, const double* b, double* r) {
-  int i = 0;
-  for (; i < (n & ~(kBlock - 1)); i += kBlock) {
-    if (!divide_registers<kRegisters>(a + i, b + i, r + i)) divide_small(i, kBlock, a, b, r);
+  int i = kStreamed ? elements_ahead_of_line(r, n) : 0;
+  if (kStreamed) divide_rest(0, i, a, b, r);
+  for (; i + kBlock <= n; i += kBlock) {
+    if (!divide_registers<kRegisters, kStreamed>(a + i, b + i, r + i)) divide_small(i, kBlock, a, b, r);
   }
+  if (kStreamed) _mm_sfence();
   for (; i + doubles::kCount <= n; i += doubles::kCount) {
     if (!divide_registers<1>(a + i, b + i, r + i)) divide_small(i, doubles::kCount, a, b, r);
   }
@@ -62,7 +65,7 @@ template <int kRegs>
 }
 
 /// Op works on registers and on single numbers.
-template <int kRegs, class Op>
+template <int kRegs, bool kStreamed, class Op>
 [[gnu::always_inline]] inline void join_registers(const double* a, const double* b, double* r, Op op) {
   doubles::reg result[kRegs];
 #pragma GCC unroll 8
@@ -70,15 +73,22 @@ template <int kRegs, class Op>
     result[k] = op(doubles::load(a + k * doubles::kCount), doubles::load(b + k * doubles::kCount));
   }
 #pragma GCC unroll 8
-  for (int k = 0; k < kRegs; ++k) doubles::store(r + k * doubles::kCount, result[k]);
+  for (int k = 0; k < kRegs; ++k) put<kStreamed>(r + k * doubles::kCount, result[k]);
 }
 template <class Op>
-[[gnu::always_inline]] inline void for_blocks(int n, const double* a, const double* b, double* r, Op op) {
-  int i = 0;
-  for (; i < (n & ~(kBlock - 1)); i += kBlock) join_registers<kRegisters>(a + i, b + i, r + i, op);
-  for (; i + doubles::kCount <= n; i += doubles::kCount) join_registers<1>(a + i, b + i, r + i, op);
+[[gnu::always_inline]] inline void join_rest(int i, int n, const double* a, const double* b, double* r,
+                                             Op op) {
 #pragma GCC unroll 1
   for (; i < n; ++i) set_element(r + i, op(element_at(a + i), element_at(b + i)));
+}
+template <bool kStreamed, class Op>
+[[gnu::always_inline]] inline void join(int n, const double* a, const double* b, double* r, Op op) {
+  int i = kStreamed ? elements_ahead_of_line(r, n) : 0;
+  if (kStreamed) join_rest(0, i, a, b, r, op);
+  for (; i + kBlock <= n; i += kBlock) join_registers<kRegisters, kStreamed>(a + i, b + i, r + i, op);
+  if (kStreamed) _mm_sfence();
+  for (; i + doubles::kCount <= n; i += doubles::kCount) join_registers<1, false>(a + i, b + i, r + i, op);
+  join_rest(i, n, a, b, r, op);
 }
 
 struct times {
@@ -92,14 +102,26 @@ struct minus {
 
 }  // namespace
 
-void QEL_VML_NAME(dDiv_HA)(int n, const double* a, const double* b, double* r) { divide(n, a, b, r); }
-void QEL_VML_NAME(dDiv_50)(int n, const double* a, const double* b, double* r) { divide(n, a, b, r); }
-void QEL_VML_NAME(dDiv_26)(int n, const double* a, const double* b, double* r) { divide(n, a, b, r); }
+void QEL_VML_NAME(dDiv_HA)(int n, const double* a, const double* b, double* r) { divide<false>(n, a, b, r); }
+void QEL_VML_NAME(dDiv_50)(int n, const double* a, const double* b, double* r) { divide<false>(n, a, b, r); }
+void QEL_VML_NAME(dDiv_26)(int n, const double* a, const double* b, double* r) { divide<false>(n, a, b, r); }
 void QEL_VML_NAME(dMul)(int n, const double* a, const double* b, double* r) {
-  for_blocks(n, a, b, r, times());
+  join<false>(n, a, b, r, times());
 }
 void QEL_VML_NAME(dSub)(int n, const double* a, const double* b, double* r) {
-  for_blocks(n, a, b, r, minus());
+  join<false>(n, a, b, r, minus());
 }
+
+#ifdef __AVX2__  // the native types
+void QEL_VML_NAME(dDiv_streamed)(int n, const double* a, const double* b, double* r) {
+  divide<true>(n, a, b, r);
+}
+void QEL_VML_NAME(dMul_streamed)(int n, const double* a, const double* b, double* r) {
+  join<true>(n, a, b, r, times());
+}
+void QEL_VML_NAME(dSub_streamed)(int n, const double* a, const double* b, double* r) {
+  join<true>(n, a, b, r, minus());
+}
+#endif
 
 }  // namespace qel::QEL_LEVEL

@@ -17,6 +17,7 @@ struct doubles {
   static reg all(double v) { return _mm512_set1_pd(v); }
   static reg load(const double* p) { return _mm512_loadu_pd(p); }
   static void store(double* p, reg v) { _mm512_storeu_pd(p, v); }
+  static void stream(double* p, reg v) { _mm512_stream_pd(p, v); }
   static reg add(reg a, reg b) { return _mm512_add_pd(a, b); }
   static reg sub(reg a, reg b) { return _mm512_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
@@ -38,6 +39,7 @@ struct doubles {
   static reg all(double v) { return _mm256_set1_pd(v); }
   static reg load(const double* p) { return _mm256_loadu_pd(p); }
   static void store(double* p, reg v) { _mm256_storeu_pd(p, v); }
+  static void stream(double* p, reg v) { _mm256_stream_pd(p, v); }
   static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
   static reg sub(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
@@ -59,6 +61,7 @@ struct doubles {
   static reg all(double v) { return _mm_set1_pd(v); }
   static reg load(const double* p) { return _mm_loadu_pd(p); }
   static void store(double* p, reg v) { _mm_storeu_pd(p, v); }
+  static void stream(double* p, reg v) { _mm_stream_pd(p, v); }
   static reg add(reg a, reg b) { return _mm_add_pd(a, b); }
   static reg sub(reg a, reg b) { return _mm_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm_mul_pd(a, b); }
@@ -74,61 +77,21 @@ struct doubles {
 };
 #endif
 
-// A random word stands in the low half of its lane, with zeros above. number() gives its value: the word
-// becomes the mantissa of a number from 2^52 on, which is then taken away, both exactly.
-constexpr int64_t kExponentOf52 = 0x4330000000000000;
-constexpr double kTwoTo52 = 4503599627370496.0;
+/// Stores a register, past the caches if kStreamed: p is then aligned to it.
+template <bool kStreamed>
+[[gnu::always_inline]] inline void put(double* p, doubles::reg v) {
+  if constexpr (kStreamed) {
+    doubles::stream(p, v);
+  } else {
+    doubles::store(p, v);
+  }
+}
 
-#if defined(__AVX512F__)
-struct words : doubles {
-  using word_reg = __m512i;
-  static word_reg load_narrow(const uint32_t* p) {
-    return _mm512_maskz_cvtepu32_epi64(kAll, _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(p)));
-  }
-  static word_reg load_words(const double* p) { return _mm512_loadu_si512(p); }
-  static void store_words(double* p, word_reg v) { _mm512_storeu_si512(p, v); }
-  static word_reg exclusive_or(word_reg a, word_reg b) { return _mm512_xor_si512(a, b); }
-  static reg number(word_reg v) {
-    return sub(_mm512_castsi512_pd(_mm512_or_si512(v, _mm512_set1_epi64(kExponentOf52))), all(kTwoTo52));
-  }
-};
-#elif defined(__AVX2__)
-struct words : doubles {
-  using word_reg = __m256i;
-  static word_reg load_narrow(const uint32_t* p) {
-    return _mm256_cvtepu32_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i_u*>(p)));
-  }
-  static word_reg load_words(const double* p) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(p));
-  }
-  static void store_words(double* p, word_reg v) { _mm256_storeu_si256(reinterpret_cast<__m256i_u*>(p), v); }
-  static word_reg exclusive_or(word_reg a, word_reg b) { return _mm256_xor_si256(a, b); }
-  static reg number(word_reg v) {
-    return sub(_mm256_castsi256_pd(_mm256_or_si256(v, _mm256_set1_epi64x(kExponentOf52))), all(kTwoTo52));
-  }
-};
-#else
-struct words {
-  using reg = __m128d;
-  using word_reg = __m128i;
-  static constexpr int kCount = 2;
-  static reg all(double v) { return _mm_set1_pd(v); }
-  static void store(double* p, reg v) { _mm_storeu_pd(p, v); }
-  static reg add(reg a, reg b) { return _mm_add_pd(a, b); }
-  static reg mul(reg a, reg b) { return _mm_mul_pd(a, b); }
-  static word_reg load_narrow(const uint32_t* p) {
-    return _mm_unpacklo_epi32(_mm_loadl_epi64(reinterpret_cast<const __m128i_u*>(p)), _mm_setzero_si128());
-  }
-  static word_reg load_words(const double* p) {
-    return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(p));
-  }
-  static void store_words(double* p, word_reg v) { _mm_storeu_si128(reinterpret_cast<__m128i_u*>(p), v); }
-  static word_reg exclusive_or(word_reg a, word_reg b) { return _mm_xor_si128(a, b); }
-  static reg number(word_reg v) {
-    return _mm_sub_pd(_mm_castsi128_pd(_mm_or_si128(v, _mm_set1_epi64x(kExponentOf52))), all(kTwoTo52));
-  }
-};
-#endif
+/// Elements ahead of the first one on a cache line, at most n. p is a multiple of 8.
+inline int elements_ahead_of_line(const double* p, int n) {
+  const int ahead = static_cast<int>((0 - reinterpret_cast<uintptr_t>(p)) % 64 / 8);
+  return ahead < n ? ahead : n;
+}
 
 // One element at any address.
 struct [[gnu::packed, gnu::may_alias]] double_anywhere {

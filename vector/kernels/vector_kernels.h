@@ -23,8 +23,9 @@ struct r250_register {
   uint32_t x[kR250Words];
   uint32_t p, q;
 };
-/// r[i] = a + w scale with the next n words w.
-using r250_fill_kernel = void(r250_register& state, int n, double* r, double a, double scale);
+/// r[i] = a + w scale with the next n words w; past the caches, where a kernel can do so and r is a multiple
+/// of 8.
+using r250_fill_kernel = void(r250_register& state, int n, double* r, double a, double scale, bool streamed);
 /// r[i] = min(b, max(a, r[i])).
 using clamp_kernel = void(int n, double* r, double a, double b);
 
@@ -45,6 +46,16 @@ QEL_VECTOR_KERNELS(t4_h8, h8)  // SSE4.2
 QEL_VECTOR_KERNELS(t5_e9, e9)  // AVX
 QEL_VECTOR_KERNELS(t6_n6, n6)  // native: AVX2 and FMA
 QEL_VECTOR_KERNELS(t7_n7, n7)  // native: AVX-512
+
+// Native types store past the caches on request; r is a multiple of 8 then, and neither a nor b.
+namespace t6_n6 {
+vml_kernel qel_vml_core_n6_vml_dDiv_streamed, qel_vml_core_n6_vml_dMul_streamed,
+    qel_vml_core_n6_vml_dSub_streamed;
+}
+namespace t7_n7 {
+vml_kernel qel_vml_core_n7_vml_dDiv_streamed, qel_vml_core_n7_vml_dMul_streamed,
+    qel_vml_core_n7_vml_dSub_streamed;
+}
 
 #undef QEL_VECTOR_KERNELS
 

@@ -4,6 +4,8 @@
 #include <iterator>
 
 #include "vector/rng/stream.h"
+#include "vector/vml/caches.h"
+#include "vector/vml/rules.h"
 #include "vector/vml/vector_rows.h"
 
 namespace qel {
@@ -38,6 +40,7 @@ int r250_init(int method, stream_head* stream, int seed_count, const uint32_t* s
 }
 
 constinit bind_slot<r250_fill_kernel> fill_slot{nullptr};
+constexpr int kLongFill = 1 << 14;  // shorter ones fit into any cache: not worth the question
 
 int r250_fill_double(stream_head* stream, int n, double* r, double a, double b) {
   r250_fill_kernel* kernel = fill_slot.load(std::memory_order_relaxed);
@@ -45,7 +48,9 @@ int r250_fill_double(stream_head* stream, int n, double* r, double a, double b) 
     kernel = choose_kernel(kR250Fill);
     fill_slot.store(kernel, std::memory_order_relaxed);
   }
-  kernel(register_of(stream), n, r, a, (b - a) * kTwoToMinus32);
+  const bool streamed = n >= kLongFill && stores_past_caches({serv_cpu_type(), 1.0 * sizeof(double) * n,
+                                                              largest_native_cache(), false, r});
+  kernel(register_of(stream), n, r, a, (b - a) * kTwoToMinus32, streamed);
   return QEL_RNG_OK;
 }
 

@@ -6,11 +6,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 
 #include "service/serv.h"
 #include "service/thread_policy.h"
+#include "vector/vml/caches.h"
+#include "vector/vml/rules.h"
 #include "vector/vml/state.h"
-#include "vector/vml/thread_rules.h"
 #include "vector/vml/vector_rows.h"
 
 namespace qel {
@@ -30,9 +32,20 @@ void for_parts(int n, int threads, const Work& work) {
   }
 }
 
-const vml_topology& topology() {
-  static const vml_topology known = read_vml_topology(current_cpuid(), omp_get_num_procs());
-  return known;
+/// The topology in one word, 21 bits for each count; 0 before the first question.
+constinit std::atomic<std::uint64_t> known_topology{0};
+
+vml_topology topology() {
+  constexpr int kBits = 21, kMask = (1 << kBits) - 1;
+  std::uint64_t packed = known_topology.load(relaxed);
+  if (packed == 0) [[unlikely]] {
+    const vml_topology read = read_vml_topology(current_cpuid(), std::min(omp_get_num_procs(), kMask));
+    packed = static_cast<std::uint64_t>(read.logical) | static_cast<std::uint64_t>(read.cores) << kBits |
+             static_cast<std::uint64_t>(read.packages) << 2 * kBits;
+    known_topology.store(packed, relaxed);
+  }
+  const auto count = [packed](int place) { return static_cast<int>(packed >> place * kBits & kMask); };
+  return {count(0), count(1), count(2)};
 }
 
 constinit std::atomic<int> division_fork_length{0};
@@ -44,6 +57,16 @@ int fork_length() {
     division_fork_length.store(length, relaxed);
   }
   return length;
+}
+
+/// The kernel that stores past the caches, if this call is to do so, else the given one.
+vml_kernel* kernel_for(vml_kernel* kernel, const type_row<vml_kernel>& streamed, int n, const double* a,
+                       const double* b, const double* r) {
+  // Where no cache is that small the facts needn't be gathered.
+  if (n < kNativeVmlFork || serv_cpu_type() < kFirstNativeType) return kernel;
+  const store_facts facts{serv_cpu_type(), 3.0 * sizeof(double) * n, largest_native_cache(), r == a || r == b,
+                          r};
+  return stores_past_caches(facts) ? choose_kernel(streamed) : kernel;
 }
 
 /// The kernels of division and the row of each one's cost, by accuracy. The slots are filled together.
@@ -74,7 +97,7 @@ int threads_for(vml_cost_row row, int n) {
 
 [[gnu::noinline]] void divide_on_threads(const division& chosen, int n, const double* a, const double* b,
                                          double* r) {
-  vml_kernel* const kernel = chosen.slot.load(relaxed);
+  vml_kernel* const kernel = kernel_for(chosen.slot.load(relaxed), kDivStreamed, n, a, b, r);
   const int threads = threads_for(chosen.row, n);
   if (threads == 1) return kernel(n, a, b, r);
   vml_record& master = vml_state();
@@ -96,8 +119,17 @@ int threads_for(vml_cost_row row, int n) {
   master.status = shared_status.load(relaxed);
 }
 
-/// Multiplication and subtraction have no modes; only native types run them on threads.
-template <const type_row<vml_kernel>& kRow>
+/// Multiplication and subtraction have no modes; only native types have long ones.
+template <const type_row<vml_kernel>& kStreamed>
+[[gnu::noinline]] void run_long(vml_kernel* plain, int n, const double* a, const double* b, double* r) {
+  vml_kernel* const kernel = kernel_for(plain, kStreamed, n, a, b, r);
+  const int threads = threads_for(kDivisionHa, n);
+  if (threads == 1) return kernel(n, a, b, r);
+  for_parts(n, threads, [=](int start, int length) {
+    if (length > 0) kernel(length, a + start, b + start, r + start);
+  });
+}
+template <const type_row<vml_kernel>& kRow, const type_row<vml_kernel>& kStreamed>
 void run(int n, const double* a, const double* b, double* r) {
   static constinit bind_slot<vml_kernel> slot{nullptr};
   vml_kernel* kernel = slot.load(relaxed);
@@ -105,13 +137,8 @@ void run(int n, const double* a, const double* b, double* r) {
     kernel = choose_kernel(kRow);
     slot.store(kernel, relaxed);
   }
-  if (n >= kNativeVmlFork && serv_cpu_type() >= kFirstNativeType) {
-    if (const int threads = threads_for(kDivisionHa, n); threads > 1) {
-      return for_parts(n, threads, [=](int start, int length) {
-        if (length > 0) kernel(length, a + start, b + start, r + start);
-      });
-    }
-  }
+  if (n >= kNativeVmlFork && serv_cpu_type() >= kFirstNativeType)
+    return run_long<kStreamed>(kernel, n, a, b, r);
   kernel(n, a, b, r);
 }
 
@@ -122,7 +149,7 @@ void core::vd_div(int n, const double* a, const double* b, double* r) {
   if (n < fork_length()) return chosen.slot.load(relaxed)(n, a, b, r);
   divide_on_threads(chosen, n, a, b, r);
 }
-void core::vd_mul(int n, const double* a, const double* b, double* r) { run<kMul>(n, a, b, r); }
-void core::vd_sub(int n, const double* a, const double* b, double* r) { run<kSub>(n, a, b, r); }
+void core::vd_mul(int n, const double* a, const double* b, double* r) { run<kMul, kMulStreamed>(n, a, b, r); }
+void core::vd_sub(int n, const double* a, const double* b, double* r) { run<kSub, kSubStreamed>(n, a, b, r); }
 
 }  // namespace qel

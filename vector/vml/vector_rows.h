@@ -33,6 +33,19 @@ inline constexpr type_row<vml_kernel> kSub = QEL_VML_ROW(dSub);
 inline constexpr type_row<r250_fill_kernel> kR250Fill = QEL_VSL_ROW(r250_fill);
 inline constexpr type_row<clamp_kernel> kClamp = QEL_VSL_ROW(clamp);
 
+// Only native types store past the caches.
+#define QEL_STREAMED_ROW(name)                                                                            \
+  {                                                                                                       \
+    {                                                                                                     \
+      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, t6_n6::qel_vml_core_n6_vml_##name##_streamed, \
+          t7_n7::qel_vml_core_n7_vml_##name##_streamed                                                    \
+    }                                                                                                     \
+  }
+inline constexpr type_row<vml_kernel> kDivStreamed = QEL_STREAMED_ROW(dDiv);
+inline constexpr type_row<vml_kernel> kMulStreamed = QEL_STREAMED_ROW(dMul);
+inline constexpr type_row<vml_kernel> kSubStreamed = QEL_STREAMED_ROW(dSub);
+#undef QEL_STREAMED_ROW
+
 #undef QEL_VML_ROW
 #undef QEL_VSL_ROW
 

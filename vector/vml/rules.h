@@ -33,4 +33,15 @@ int vml_refined_threads(int threads, const vml_topology& topology, vml_cost_row 
 inline constexpr int kFirstNativeType = 6;
 inline constexpr int kNativeVmlFork = 320 * 1024 / 8;
 
+/// What tells whether results go past the caches: they do if the call's arrays don't fit into the largest
+/// one, on native types only; a result that lies over an operand, or off the boundary of 8 bytes, does not.
+struct store_facts {
+  int type;
+  double bytes;  ///< of all arrays together
+  int largest_cache;
+  bool in_place;
+  const void* result;
+};
+bool stores_past_caches(const store_facts& facts);
+
 }  // namespace qel

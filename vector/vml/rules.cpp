@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "vector/vml/thread_rules.h"
+#include "vector/vml/rules.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 
 namespace qel {
@@ -75,6 +76,11 @@ int vml_fork_length(const vml_topology& topology, vml_cost_row row, int type) {
   const double cost = vml_element_cost(row, type);
   if (overhead == -1 || cost == 0) return kNever;
   return std::max(static_cast<int>(static_cast<double>(overhead) / cost), kShortest);
+}
+
+bool stores_past_caches(const store_facts& facts) {
+  return facts.type >= kFirstNativeType && !facts.in_place && facts.bytes > facts.largest_cache &&
+         reinterpret_cast<std::uintptr_t>(facts.result) % 8 == 0;
 }
 
 int vml_refined_threads(int threads, const vml_topology& topology, vml_cost_row row, int type, int n) {
