@@ -6,12 +6,13 @@
 #include <cstring>
 
 #include "fft/planning/commit.h"
+#include "fft/planning/driver_rules.h"
+#include "fft/planning/node_plan.h"
 #include "service/serv.h"
 
 namespace qel::fft {
 namespace {
 
-constexpr int kMaxDimension = 7;
 constexpr int kMaxRealDimension = 3;
 
 dfti_node* allocate_nodes(core_int dimension) {

@@ -1,116 +1,155 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "fft/execution/compute.h"
 
-#include "fft/planning/commit.h"
-#include "fft/spec/dft_spec.h"
-#include "service/serv.h"
-#include "service/spin_lock.h"
+#include "fft/execution/complex_driver.h"
+#include "fft/execution/real_driver.h"
+#include "service/memory_lock.h"
 
 namespace qel::fft {
 namespace {
 
-constinit spin_lock slot_lock;  // guards user_thread_busy of all descriptors
+/// A place among the user's threads for the length of a call.
+class user_slot {
+ public:
+  explicit user_slot(dfti_node* first) : first_(first) {
+    const spin_guard guard(memory_lock());
+    for (int i = 0; i < first->number_of_user_threads; ++i) {
+      if (first->user_thread_busy[i] != 0) continue;
+      first->user_thread_busy[i] = 1;
+      index_ = i;
+      return;
+    }
+  }
+  ~user_slot() {
+    if (index_ < 0) return;
+    const spin_guard guard(memory_lock());
+    first_->user_thread_busy[index_] = 0;
+  }
+  user_slot(const user_slot&) = delete;
+  user_slot& operator=(const user_slot&) = delete;
+  bool taken() const { return index_ >= 0; }
+  void* work() const {
+    return static_cast<char*>(first_->workspace) + core_int{index_} * first_->workspace_bytes;
+  }
+
+ private:
+  dfti_node* first_;
+  int index_ = -1;
+};
+
+/// run(work) with the workspace of a free place.
+template <class Run>
+int as_user(dfti_node* first, Run run) {
+  const user_slot slot(first);
+  return slot.taken() ? run(slot.work()) : int{DFTI_NUMBER_OF_THREADS_ERROR};
+}
 
 template <class R, direction kWay>
-int run_node(const void* input, void* output, const dfti_node* node, void* work) {
-  using C = complex_of<R>;
-  constexpr bool kDouble = sizeof(R) == sizeof(double);
-  const auto* spec = static_cast<const dft_spec<R>*>(node->specs[kOrderedSpec][kDouble ? 1 : 0]);
-  const int result = dft_spec_run<R>(static_cast<const C*>(input), static_cast<C*>(output), spec, work, kWay);
-  if (result != 0) return spec_status(result);
-  R scale;
-  if constexpr (kDouble) {
-    scale = kWay == kForward ? node->forward_scale_f64 : node->backward_scale_f64;
+int compute_pairs(dfti_node* first, complex_of<R>* input, complex_of<R>* output) {
+  node_kernel* kernel = kWay == kForward ? first->node_forward : first->node_backward;
+  if ((first->flags & kDirectFlag) != 0 && kernel != nullptr) {
+    return kernel(input, output, first, first->workspace);
+  }
+  const auto sequential = [&](void* work) {
+    constexpr auto* kDriver = kWay == kForward ? dfti_sequential_forward<R> : dfti_sequential_backward<R>;
+    return kDriver(first, input, output, first->number_of_transforms, work);
+  };
+  if (first->number_of_user_threads > 1) {
+    return as_user(first, [&](void* work) {
+      return (first->flags & kUnitFlag) != 0 ? kernel(input, output, first, work) : sequential(work);
+    });
+  }
+  if (first->threads == 1 || first->number_of_transforms < 1) return sequential(first->workspace);
+  threaded_kernel* threaded = kWay == kForward ? first->threaded_forward : first->threaded_backward;
+  if (first->number_of_transforms == 1 && threaded != nullptr) {
+    return threaded(first, input, output,
+                    first->extra_buffer != nullptr ? first->workspace : first->thread_buffer);
+  }
+  constexpr auto* kDriver = kWay == kForward ? dfti_threaded_forward<R> : dfti_threaded_backward<R>;
+  return kDriver(first, input, output);
+}
+
+template <class R, direction kWay>
+int compute_in_place(dfti_node* first, void* data) {
+  auto* start = static_cast<complex_of<R>*>(data) + first->input_offset;
+  return compute_pairs<R, kWay>(first, start, start);
+}
+template <class R, direction kWay>
+int compute_out_of_place(dfti_node* first, void* input, void* output) {
+  return compute_pairs<R, kWay>(first, static_cast<complex_of<R>*>(input) + first->input_offset,
+                                static_cast<complex_of<R>*>(output) + first->output_offset);
+}
+template <class R>
+int dfti_forward_in_place(dfti_node* first, void* data, void*, void*, void*) {
+  return compute_in_place<R, kForward>(first, data);
+}
+template <class R>
+int dfti_backward_in_place(dfti_node* first, void* data, void*, void*, void*) {
+  return compute_in_place<R, kBackward>(first, data);
+}
+template <class R>
+int dfti_forward_out_of_place(dfti_node* first, void* input, void* output, void*, void*) {
+  return compute_out_of_place<R, kForward>(first, input, output);
+}
+template <class R>
+int dfti_backward_out_of_place(dfti_node* first, void* input, void* output, void*, void*) {
+  return compute_out_of_place<R, kBackward>(first, input, output);
+}
+
+/// Split data never takes a place among the user's threads: with several of them each call has work of its
+/// own.
+template <class R, direction kWay, bool kInPlace>
+int compute_split(dfti_node* first, void* a, void* b, void* c, void* d) {
+  auto* real = static_cast<R*>(a) + first->input_offset;
+  auto* imag = static_cast<R*>(b) + first->input_offset;
+  void* work = first->number_of_user_threads > 1 ? nullptr : first->workspace;
+  if constexpr (kInPlace) {
+    return run_split_lines<R, kWay>(first, {real, imag}, {real, imag}, work);
   } else {
-    scale = kWay == kForward ? node->forward_scale_f32 : node->backward_scale_f32;
+    return run_split_lines<R, kWay>(
+        first, {real, imag},
+        {static_cast<R*>(c) + first->output_offset, static_cast<R*>(d) + first->output_offset}, work);
   }
-  if (scale != 1) level_kernels<R>().scale(static_cast<C*>(output), node->length, scale);
-  return DFTI_NO_ERROR;
-}
-
-template <class C>
-void gather(const C* from, core_int stride, C* to, core_int n) {
-  for (core_int i = 0; i < n; ++i) to[i] = from[i * stride];
-}
-template <class C>
-void scatter(const C* from, C* to, core_int stride, core_int n) {
-  for (core_int i = 0; i < n; ++i) to[i * stride] = from[i];
-}
-
-template <class C>
-int run_line(const C* input, C* output, const dfti_node* node, node_kernel* kernel, void* work) {
-  if (node->output_stride != 1) {
-    auto* buffer = static_cast<C*>(serv_malloc(static_cast<size_t>(node->length) * sizeof(C), 256));
-    if (buffer == nullptr) return DFTI_MEMORY_ERROR;
-    gather(input, node->input_stride, buffer, node->length);
-    const int status = kernel(buffer, buffer, node, work);
-    if (status == DFTI_NO_ERROR) scatter(buffer, output, node->output_stride, node->length);
-    serv_free(buffer);
-    return status;
-  }
-  if (node->input_stride != 1) {
-    gather(input, node->input_stride, output, node->length);
-    return kernel(output, output, node, work);
-  }
-  return kernel(input, output, node, work);
-}
-
-/// All transforms of the call, one after the other.
-template <class C>
-int run_sequentially(const C* input, C* output, const dfti_node* node, node_kernel* kernel, void* work) {
-  for (core_int i = 0; i < node->number_of_transforms; ++i) {
-    const int status =
-        run_line(input + i * node->input_distance, output + i * node->output_distance, node, kernel, work);
-    if (status != DFTI_NO_ERROR) return status;
-  }
-  return DFTI_NO_ERROR;
-}
-
-/// The first free slot of the user's threads, taken; -1 if there is none.
-int take_slot(dfti_node* node) {
-  const spin_guard guard(slot_lock);
-  for (int i = 0; i < node->number_of_user_threads; ++i) {
-    if (node->user_thread_busy[i] != 0) continue;
-    node->user_thread_busy[i] = 1;
-    return i;
-  }
-  return -1;
-}
-void give_slot_back(dfti_node* node, int slot) {
-  const spin_guard guard(slot_lock);
-  node->user_thread_busy[slot] = 0;
 }
 
 template <class R, direction kWay, bool kInPlace>
-int compute(dfti_node* node, void* first, void* second, void*, void*) {
-  using C = complex_of<R>;
-  auto* input = static_cast<C*>(first) + node->input_offset;
-  auto* output = kInPlace ? input : static_cast<C*>(second) + node->output_offset;
-  node_kernel* kernel = kWay == kForward ? node->node_forward : node->node_backward;
-  if ((node->flags & kDirectFlag) != 0) return kernel(input, output, node, node->workspace);
-  if (node->number_of_user_threads <= 1)
-    return run_sequentially(input, output, node, kernel, node->workspace);
-  const int slot = take_slot(node);
-  if (slot < 0) return DFTI_NUMBER_OF_THREADS_ERROR;
-  void* work = static_cast<char*>(node->workspace) + core_int{slot} * node->workspace_bytes;
-  const int status = (node->flags & kUnitFlag) != 0 ? kernel(input, output, node, work)
-                                                    : run_sequentially(input, output, node, kernel, work);
-  give_slot_back(node, slot);
-  return status;
+int compute_real(dfti_node* first, void* a, void* b, void*, void*) {
+  // Offsets count elements of their side.
+  const bool pairs = has_complex_spectrum(*first);
+  const auto offset = [&](void* data, core_int elements, bool spectrum) -> void* {
+    return static_cast<R*>(data) + (spectrum && pairs ? 2 * elements : elements);
+  };
+  void* input = offset(a, first->input_offset, !kInPlace && kWay == kBackward);
+  void* output = kInPlace ? input : offset(b, first->output_offset, kWay == kForward);
+  if ((first->flags & kDirectFlag) != 0 && first->dimension == 1) {
+    node_kernel* kernel = kWay == kForward ? first->node_forward : first->node_backward;
+    return kernel(input, output, first, first->workspace);
+  }
+  if (first->number_of_user_threads > 1) {
+    return as_user(first, [&](void* work) { return run_real_call<R, kWay>(first, input, output, work); });
+  }
+  return run_real_call<R, kWay>(first, input, output, first->workspace);
 }
 
 }  // namespace
 
 template <class R>
-void install_line(dfti_node* node) {
-  node->node_forward = run_node<R, kForward>;
-  node->node_backward = run_node<R, kBackward>;
-  const bool in_place = node->placement == DFTI_INPLACE;
-  node->compute_forward = in_place ? compute<R, kForward, true> : compute<R, kForward, false>;
-  node->compute_backward = in_place ? compute<R, kBackward, true> : compute<R, kBackward, false>;
+void install_compute_entries(dfti_node* first) {
+  const bool in_place = first->placement == DFTI_INPLACE;
+  if (first->forward_domain == DFTI_REAL) {
+    first->compute_forward = in_place ? compute_real<R, kForward, true> : compute_real<R, kForward, false>;
+    first->compute_backward = in_place ? compute_real<R, kBackward, true> : compute_real<R, kBackward, false>;
+  } else if (first->complex_storage == DFTI_REAL_REAL) {
+    first->compute_forward = in_place ? compute_split<R, kForward, true> : compute_split<R, kForward, false>;
+    first->compute_backward =
+        in_place ? compute_split<R, kBackward, true> : compute_split<R, kBackward, false>;
+  } else {
+    first->compute_forward = in_place ? dfti_forward_in_place<R> : dfti_forward_out_of_place<R>;
+    first->compute_backward = in_place ? dfti_backward_in_place<R> : dfti_backward_out_of_place<R>;
+  }
 }
 
-template void install_line<float>(dfti_node*);
-template void install_line<double>(dfti_node*);
+template void install_compute_entries<float>(dfti_node*);
+template void install_compute_entries<double>(dfti_node*);
 
 }  // namespace qel::fft

@@ -13,9 +13,38 @@ enum fft_radix : int { kRadix2, kRadix3, kRadix4, kRadix5, kRadix7, kRadix11, kR
 /// Powers of two that have passes in bit-reversed order.
 enum fft_pow2_radix : int { kPow2Radix4, kPow2Radix8, kPow2Radices };
 
+/// C is a complex number, R its real type.
 inline constexpr int kStraightLengths = 16;
 
-/// C is a complex number, R its real type.
+/// Radices of passes that sort as they go; the first one only changes the layout.
+inline constexpr int kAutosortRadices[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13};
+inline constexpr int kAutosortCount = 11;
+
+/// Such passes, of native levels; shared/autosort.inl.h says what they do. Lines lie as two arrays of parts.
+template <class C, class R>
+struct autosort_kernels {
+  using first_of_line = void(const C* input, R* re, R* im, core_int m, const R* twiddles);
+  using first_of_columns = void(const C* input, core_int pitch, core_int s, R* re, R* im, core_int m,
+                                const C* twiddles);
+  using middle = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+                      const C* twiddles);
+  using middle_of_any = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+                             const C* twiddles, int n, const C* roots, R* work);
+  using last = void(const R* re, const R* im, C* out, core_int inner, core_int outer, core_int pitch,
+                    core_int k_pitch);
+  using short_columns = void(const C* input, core_int pitch, C* output, core_int out_pitch, core_int s);
+  using turn_and_deal = void(const C* lines, core_int rows, core_int count, const C* bases, const C* powers,
+                             C* result, core_int columns, core_int first);
+
+  first_of_line* line[2][kAutosortCount];
+  first_of_columns* columns[2][kAutosortCount];
+  middle* middles[kAutosortCount];
+  middle_of_any* any_middle;
+  last* lasts[2][kAutosortCount];
+  short_columns* short_lines[2][kStraightLengths + 1];
+  turn_and_deal* turn_and_deal_blocks[2];
+};
+
 template <class C, class R>
 struct fft_kernels {
   /// output = transform of input, all of it times scale if the form is scaled; in place or out.
@@ -38,6 +67,14 @@ struct fft_kernels {
   using generic_join = void(const C* source, C* target, core_int blocks, core_int m, const C* twiddles, int n,
                             const C* roots, C* work);
 
+  /// The transpose of a join, from natural order on: the radix, then twiddles; sub-block p of the target is
+  /// that of the outputs p, p + radix, ... source may be target.
+  using split_pass = join_pass;
+  /// A real line of a fixed length and its spectrum as R0, Rh, R1, I1, ... (odd lengths: no Rh), times scale.
+  using real_straight = void(const R* input, R* output, R scale);
+  /// n odd real elements and their spectrum, a sum for each pair of outputs; work: n reals.
+  using real_direct = void(const R* input, R* output, int n, const C* roots, R* work);
+
   straight* unscaled[2][kStraightLengths + 1];  ///< by length, from 1
   straight* scaled[2][kStraightLengths + 1];
   straight* of_32[2];
@@ -50,19 +87,37 @@ struct fft_kernels {
   first_pass* first[2][kPow2Radices];
   join_pass* pow2_join[2][kPow2Radices];
   column_pass* columns[2][kPow2Radices];
-  /// target[k] = source[k] * factor[k]
-  void (*multiply)(const C* source, const C* factor, C* target, core_int n);
+  // For lines in scrambled order: what the passes above do, transposed.
+  split_pass* split[2][kRadices];
+  generic_join* any_split[2];
+  first_pass* last[2][kPow2Radices];
+  split_pass* pow2_split[2][kPow2Radices];
+  column_pass* column_splits[2][kPow2Radices];
+  real_straight* real[2][kStraightLengths + 1];
+  real_direct* direct_real[2];
+  /// Between the transform of n / 2 complex numbers and the spectrum of the n reals in them, in place;
+  /// forward after the transform, backward before it. roots[k] = -i exp(-2 pi i k / n) / 2.
+  void (*real_ends[2])(C* data, core_int half, const C* roots);
+  /// data[l] *= factor * powers[l], backward its conjugate
+  void (*turn_row[2])(C* data, core_int n, C factor, const C* powers);
+  /// target[k] = source[k] * factor[k], backward its conjugate
+  void (*multiply[2])(const C* source, const C* factor, C* target, core_int n);
   void (*scale)(C* data, core_int n, R factor);
+  const autosort_kernels<C, R>* autosort;  ///< null on levels that have none
 };
 
 using fft_kernels_d = fft_kernels<complex16, double>;
 using fft_kernels_s = fft_kernels<complex8, float>;
+using autosort_kernels_d = autosort_kernels<complex16, double>;
+using autosort_kernels_s = autosort_kernels<complex8, float>;
 
 namespace l0_generic {
 extern const fft_kernels_d fft_d;
 extern const fft_kernels_s fft_s;
 }  // namespace l0_generic
 namespace l5_avx2 {
+extern const autosort_kernels_d autosort_d;
+extern const autosort_kernels_s autosort_s;
 extern const fft_kernels_d fft_d;
 extern const fft_kernels_s fft_s;
 }  // namespace l5_avx2

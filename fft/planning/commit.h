@@ -15,11 +15,6 @@ int commit_descriptor(dfti_node* first);
 /// Data pointers that a compute call of this configuration passes.
 int count_compute_pointers(int placement, int domain, int complex_storage);
 
-/// The status of a spec_result.
-int spec_status(int result);
-
-/// Releases what the plan of all nodes holds.
-void release_plan(dfti_node* first);
 /// Releases the fast plan, if one holds the descriptor.
 void release_fast_plan(dfti_node* first);
 

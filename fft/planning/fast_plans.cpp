@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "fft/planning/fast_plans.h"
 
+#include "fft/execution/node_kernels.h"
 #include "fft/planning/commit.h"
 #include "fft/planning/fast_plan_rules.h"
 #include "fft/spec/dft_spec.h"

@@ -5,6 +5,8 @@
 #include <bit>
 #include <utility>
 
+#include "fft/planning/native_plan.h"
+
 namespace qel::fft {
 namespace {
 
@@ -55,9 +57,35 @@ void add_passes(pow2_passes& passes, int left) {
   }
 }
 
+line_plan native_line(core_int length) {
+  const native_plan found = plan_native_line(length);
+  line_plan plan{};
+  plan.rows = found.rows;
+  plan.columns = found.columns;
+  plan.padded = static_cast<int>(found.padded);
+  switch (found.method) {
+    case native_method::kAutosort:
+      plan.method = line_method::kAutosort;
+      break;
+    case native_method::kLong:
+      plan.method = line_method::kLong;
+      break;
+    case native_method::kBluestein:
+      plan.method = line_method::kBluestein;
+      plan.workspace_bytes = plan.padded * 16 + 32;
+      break;
+    case native_method::kRefused:
+      plan.method = line_method::kRefused;
+      break;
+  }
+  return plan;
+}
+
 }  // namespace
 
-line_plan plan_line(core_int length) {
+line_plan plan_line(core_int length, bool may_scramble, bool native) {
+  if (native && length > kLargestStraight && length <= core_int{1} << kLargestOrder)
+    return native_line(length);
   line_plan plan{};
   const auto bits = static_cast<uint64_t>(length);
   if (length <= kLargestStraight) {
@@ -65,14 +93,18 @@ line_plan plan_line(core_int length) {
   } else if (std::has_single_bit(bits)) {
     const bool short_enough = length <= core_int{1} << kLargestOrder;
     plan.method = short_enough ? line_method::kPowerOfTwo : line_method::kRefused;
+    plan.scrambled = may_scramble && length > 32;
   } else if (length >= core_int{1} << 26) {
     plan.method = line_method::kRefused;
   } else if (factorise(static_cast<int>(length), plan)) {
     plan.method = line_method::kMixed;
-    order_factors(plan);
+    plan.scrambled = may_scramble && length >= kFirstScrambledMixed;
+    if (!plan.scrambled) order_factors(plan);
     const int largest = *std::max_element(plan.factors, plan.factors + plan.factor_count);
-    plan.workspace_bytes =
-        ((largest > kLargestSpecialised ? largest : 0) + static_cast<int>(length)) * 16 + 64;
+    const int generic = largest > kLargestSpecialised ? largest : 0;
+    // Scrambled lines are transformed in place.
+    plan.workspace_bytes = plan.scrambled ? (generic == 0 ? 0 : generic * 16 + 64)
+                                          : (generic + static_cast<int>(length)) * 16 + 64;
   } else if (length <= kLargestDirect) {
     plan.method = line_method::kDirect;
     plan.workspace_bytes = 16 * static_cast<int>(length) + 32;

@@ -11,22 +11,30 @@ enum class line_method : int {
   kPowerOfTwo,
   kMixed,      ///< passes over a table of factors
   kDirect,     ///< a sum over folded terms for each pair of outputs
-  kBluestein,  ///< a convolution of a power-of-two length
+  kBluestein,  ///< a convolution
+  kAutosort,   ///< native: passes that sort as they go
+  kLong,       ///< native: rows times columns
   kRefused,    ///< too long
 };
 
 struct line_plan {
   line_method method;
-  int factors[32];      ///< of kMixed; the last is that of the first pass
-  int factor_count;     ///< of kMixed
-  int padded;           ///< of kBluestein
-  int workspace_bytes;  ///< without that of a power of two
+  int factors[32];         ///< of kMixed; the last is that of the first pass
+  int factor_count;        ///< of kMixed
+  core_int rows, columns;  ///< of kLong
+  int padded;              ///< of kBluestein
+  int workspace_bytes;     ///< without that of plans inside
+  bool scrambled;          ///< the result is left in an order of the plan's own
 };
-line_plan plan_line(core_int length);
+/// may_scramble: the order of the result is left to the plan. native: for a native level, which has no use
+/// for that.
+line_plan plan_line(core_int length, bool may_scramble = false, bool native = false);
 
 inline constexpr int kCachedBlock = 501;        ///< bound below which a block counts as cached
 inline constexpr int kLargestDirect = 150;      ///< also the largest factor
 inline constexpr int kLargestSpecialised = 11;  ///< factors above it go through the generic passes
+inline constexpr int kFirstScrambledMixed =
+    5001;  ///< below it a mixed line is not worth a second set of passes
 inline constexpr int kLargestStraight = 16;
 inline constexpr int kLargestPlainOrder = 16;  ///< powers of two above it are transformed in blocks
 inline constexpr int kLargestOrder = 26;

@@ -3,11 +3,19 @@
 #pragma once
 
 #include "fft/planning/line_plan.h"
+#include "fft/spec/autosort_spec.h"
 #include "fft/spec/level_kernels.h"
 #include "fft/spec/pow2_spec.h"
 #include "fft/spec/tables.h"
 
 namespace qel::fft {
+
+/// How the numbers of a line lie.
+enum class line_form : int {
+  kOrdered,    ///< pairs, in natural order
+  kScrambled,  ///< pairs; the forward transform leaves, the backward one takes an order of the plan's own
+  kSplit,      ///< real and imaginary parts in two arrays
+};
 
 /// What dft_spec_create is asked to scale.
 enum spec_flag : int { kForwardByN = 1, kBackwardByN = 2, kBothByRoot = 4, kUnscaled = 8 };
@@ -24,7 +32,12 @@ enum spec_result : int {
 template <class R>
 struct dft_spec {
   using C = complex_of<R>;
-  static constexpr int kKind = sizeof(R) == sizeof(double) ? 16 : 13;
+  static constexpr int kind_of(line_form form) {
+    constexpr bool kDouble = sizeof(R) == sizeof(double);
+    if (form == line_form::kSplit) return kDouble ? 17 : 14;
+    if (form == line_form::kScrambled) return kDouble ? 0x434D414B : 0x534D414B;  // "KAMC", "KAMS"
+    return kDouble ? 16 : 13;
+  }
 
   /// A row of the factor table; a block of factor * remaining elements is joined from `factor` sub-blocks.
   struct factor_row {
@@ -38,6 +51,7 @@ struct dft_spec {
   };
 
   int kind;
+  line_form form;
   int length;
   int scaled[2];  ///< by direction
   double scale;
@@ -45,7 +59,10 @@ struct dft_spec {
   line_plan plan;
   table<C> odd_table;
   table<C> chirp, chirp_spectrum;
-  pow2_spec<R>* pow2;  ///< of the length, or of the padded chirp
+  pow2_spec<R>* pow2;          ///< of a power of two
+  dft_spec<R>* inner;          ///< of the padded chirp
+  autosort_spec<R>* autosort;  ///< of kAutosort
+  long_spec<R>* long_line;     ///< of kLong
   factor_row factors[32];
   int largest_generic;  ///< factor, 0 if there is none
 
@@ -54,15 +71,32 @@ struct dft_spec {
 
 /// Creates the plan; 0 or a spec_result.
 template <class R>
-int dft_spec_create(dft_spec<R>** spec, core_int length, int flag);
+int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form form = line_form::kOrdered);
 /// Null is ignored.
 template <class R>
 void dft_spec_free(dft_spec<R>* spec);
 
-/// Transforms a line at unit stride, in place or out. work: workspace_bytes and 32 more, at any address;
-/// null: taken for the call. 0 or a spec_result.
+/// Whether the plan takes lines side by side, which is faster than one after the other.
+template <class R>
+bool takes_columns(const dft_spec<R>& spec) {
+  return spec.autosort != nullptr;
+}
+
+/// Transforms a line of pairs at unit stride, in place or out. work: workspace_bytes and 32 more, at any
+/// address; null: taken for the call. 0 or a spec_result.
 template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
                  direction way);
+
+/// The two arrays of a split line.
+template <class R>
+struct split_line {
+  R* real;
+  R* imag;
+};
+/// The same for a split line.
+template <class R>
+int dft_spec_run_split(split_line<const R> input, split_line<R> output, const dft_spec<R>* spec, void* work,
+                       direction way);
 
 }  // namespace qel::fft

@@ -1,32 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include <algorithm>
 #include <cmath>
-#include <new>
 
 #include "fft/spec/dft_spec.h"
+#include "fft/spec/objects.h"
 
 namespace qel::fft {
 namespace {
-
-/// An object in the service's memory, its fields zero; null if memory is out.
-template <class T>
-T* make_object() {
-  void* memory = serv_aligned_malloc(sizeof(T), 64);
-  return memory == nullptr ? nullptr : new (memory) T{};
-}
-template <class T>
-void free_object(T* object) {
-  if (object == nullptr) return;
-  object->~T();
-  serv_aligned_free(object);
-}
-
-table<complex16> whole_table(int n) {
-  auto roots = make_table<complex16>(n);
-  if (roots == nullptr) return roots;
-  for (int k = 0; k < n; ++k) roots[static_cast<size_t>(k)] = unit_root(k, n);
-  return roots;
-}
 
 int radix_index(int factor) {
   constexpr int kFactors[kRadices] = {2, 3, 4, 5, 7, 11};
@@ -61,7 +41,7 @@ bool gather_twiddles(typename dft_spec<R>::factor_row& row, const complex16* roo
 
 template <class R>
 int build_mixed(dft_spec<R>& spec) {
-  const auto roots = whole_table(spec.length);
+  const auto roots = make_root_table(spec.length);
   if (roots == nullptr) return kSpecNoMemory;
   int before = 1;
   for (int i = 0; i < spec.plan.factor_count; ++i) {
@@ -88,7 +68,7 @@ int build_mixed(dft_spec<R>& spec) {
 
 template <class R>
 int build_direct(dft_spec<R>& spec) {
-  const auto roots = whole_table(spec.length);
+  const auto roots = make_root_table(spec.length);
   if (roots == nullptr) return kSpecNoMemory;
   spec.odd_table = roots_of<R>(spec.length, roots.get(), spec.length);
   return spec.odd_table == nullptr ? kSpecNoMemory : 0;
@@ -109,12 +89,12 @@ int build_pow2(dft_spec<R>& spec, core_int points) {
 template <class R>
 int build_bluestein(dft_spec<R>& spec) {
   using C = complex_of<R>;
-  if (const int result = build_pow2(spec, spec.plan.padded)) return result;
   const core_int n = spec.length, padded = spec.plan.padded;
+  if (const int result = dft_spec_create(&spec.inner, padded, kUnscaled)) return result;
+  spec.workspace_bytes += spec.inner->workspace_bytes + 32;
   spec.chirp = make_table<C>(n);
   spec.chirp_spectrum = make_table<C>(padded);
-  const auto work = make_table<char>(spec.pow2->workspace_bytes + 64);
-  if (spec.chirp == nullptr || spec.chirp_spectrum == nullptr || work == nullptr) return kSpecNoMemory;
+  if (spec.chirp == nullptr || spec.chirp_spectrum == nullptr) return kSpecNoMemory;
   C* spectrum = spec.chirp_spectrum.get();
   std::fill_n(spectrum, padded, C{});
   for (core_int k = 0, square = 0; k < n; ++k) {
@@ -126,8 +106,26 @@ int build_bluestein(dft_spec<R>& spec) {
     square += 2 * k + 1;
     if (square >= 2 * n) square -= 2 * n;
   }
-  spec.pow2->run(spectrum, spectrum, reinterpret_cast<C*>(work.get()), kForward);
+  if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
   level_kernels<R>().scale(spectrum, padded, static_cast<R>(1.0 / static_cast<double>(padded)));
+  return 0;
+}
+
+template <class R>
+int build_autosort(dft_spec<R>& spec) {
+  spec.autosort = make_object<autosort_spec<R>>();
+  if (spec.autosort == nullptr || !spec.autosort->make(spec.length)) return kSpecNoMemory;
+  spec.workspace_bytes += static_cast<int>(spec.autosort->work_reals(1) * core_int{sizeof(R)});
+  return 0;
+}
+
+template <class R>
+int build_long(dft_spec<R>& spec) {
+  spec.long_line = make_object<long_spec<R>>();
+  if (spec.long_line == nullptr || !spec.long_line->make(spec.plan.rows, spec.plan.columns))
+    return kSpecNoMemory;
+  const core_int reals = spec.long_line->work_reals() + 2 * (core_int{spec.length} + 8);
+  spec.workspace_bytes += static_cast<int>(reals * core_int{sizeof(R)});
   return 0;
 }
 
@@ -145,10 +143,20 @@ int build(dft_spec<R>& spec) {
       return build_direct(spec);
     case line_method::kBluestein:
       return build_bluestein(spec);
+    case line_method::kAutosort:
+      return build_autosort(spec);
+    case line_method::kLong:
+      return build_long(spec);
     case line_method::kRefused:
       break;
   }
   return kSpecBadLength;
+}
+
+/// A split line's pairs, aligned.
+template <class R>
+int split_bytes(core_int length) {
+  return static_cast<int>((length + 3) / 4 * 4 * core_int{sizeof(complex_of<R>)});
 }
 
 }  // namespace
@@ -156,11 +164,14 @@ int build(dft_spec<R>& spec) {
 template <class R>
 dft_spec<R>::~dft_spec() {
   free_object(pow2);
+  free_object(autosort);
+  free_object(long_line);
+  dft_spec_free(inner);
   kind = 0;
 }
 
 template <class R>
-int dft_spec_create(dft_spec<R>** result, core_int length, int flag) {
+int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form form) {
   if (length < 1) return kSpecBadLength;
   if (result == nullptr) return kSpecNull;
   if (flag != kForwardByN && flag != kBackwardByN && flag != kBothByRoot && flag != kUnscaled)
@@ -168,13 +179,16 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag) {
   auto* spec = make_object<dft_spec<R>>();
   if (spec == nullptr) return kSpecNoMemory;
   const auto n = static_cast<double>(length);
-  spec->kind = dft_spec<R>::kKind;
+  spec->kind = dft_spec<R>::kind_of(form);
+  spec->form = form;
   spec->length = static_cast<int>(length);
   spec->scaled[kForward] = flag == kForwardByN || flag == kBothByRoot;
   spec->scaled[kBackward] = flag == kBackwardByN || flag == kBothByRoot;
   spec->scale = flag == kUnscaled ? 1.0 : flag == kBothByRoot ? 1.0 / std::sqrt(n) : 1.0 / n;
-  spec->plan = plan_line(length);
+  spec->plan = plan_line(length, form == line_form::kScrambled, level_kernels<R>().autosort != nullptr);
   spec->workspace_bytes = spec->plan.workspace_bytes;
+  // A split line is put together in the work, before the method's own.
+  if (form == line_form::kSplit) spec->workspace_bytes += split_bytes<R>(length);
   if (const int status = build(*spec)) {
     free_object(spec);
     return status;
@@ -190,8 +204,8 @@ void dft_spec_free(dft_spec<R>* spec) {
 
 template struct dft_spec<float>;
 template struct dft_spec<double>;
-template int dft_spec_create<float>(dft_spec<float>**, core_int, int);
-template int dft_spec_create<double>(dft_spec<double>**, core_int, int);
+template int dft_spec_create<float>(dft_spec<float>**, core_int, int, line_form);
+template int dft_spec_create<double>(dft_spec<double>**, core_int, int, line_form);
 template void dft_spec_free<float>(dft_spec<float>*);
 template void dft_spec_free<double>(dft_spec<double>*);
 

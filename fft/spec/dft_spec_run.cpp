@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "fft/spec/dft_spec.h"
+#include "fft/spec/moves.h"
 
 namespace qel::fft {
 namespace {
@@ -31,7 +32,27 @@ class mixed_passes {
     join(0, target, output, 1);
   }
 
+  /// Forward into, backward out of the order in which the leaves lie side by side.
+  void run_scrambled(const C* input, C* output) {
+    if (input != output) std::copy_n(input, spec_.length, output);
+    scrambled_block(output, 0);
+  }
+
  private:
+  void scrambled_block(C* data, int row) {
+    const auto& of = spec_.factors[row];
+    if (row == last_) {
+      leaf_of(data, 1, of.factor, data, 1);
+      return;
+    }
+    if (way_ == kForward) split(row, data);
+    if (row + 1 == last_) {
+      leaf_of(data, 1, of.remaining, data, of.factor);
+    } else {
+      for (core_int i = 0; i < of.factor; ++i) scrambled_block(data + i * of.remaining, row + 1);
+    }
+    if (way_ == kBackward) join(row, data, data, 1);
+  }
   /// The blocks that row joins, from input to target.
   void sub_blocks(const C* input, int row, C* target) {
     const auto& of = spec_.factors[row];
@@ -69,12 +90,23 @@ class mixed_passes {
     }
   }
   void leaf(const C* input, core_int step, C* target, core_int count) {
+    leaf_of(input, spec_.factors[last_].stride_before, step, target, count);
+  }
+  void leaf_of(const C* input, core_int stride, core_int step, C* target, core_int count) {
     const auto& of = spec_.factors[last_];
     if (of.radix >= 0) {
-      kernels_.leaf[way_][of.radix](input, of.stride_before, step, target, count);
+      kernels_.leaf[way_][of.radix](input, stride, step, target, count);
     } else {
-      kernels_.any_leaf[way_](input, of.stride_before, step, target, count, of.factor, of.factor_roots,
-                              scratch_);
+      kernels_.any_leaf[way_](input, stride, step, target, count, of.factor, of.factor_roots, scratch_);
+    }
+  }
+  void split(int row, C* data) {
+    const auto& of = spec_.factors[row];
+    if (of.radix >= 0) {
+      kernels_.split[way_][of.radix](data, data, 1, of.remaining, of.twiddles.get());
+    } else {
+      kernels_.any_split[way_](data, data, 1, of.remaining, of.twiddles.get(), of.factor, of.factor_roots,
+                               scratch_);
     }
   }
   void join(int row, const C* source, C* target, core_int blocks) {
@@ -101,28 +133,35 @@ void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_
   const auto& kernels = level_kernels<R>();
   const core_int n = spec.length, padded = spec.plan.padded;
   C* inner = work + padded;
-  kernels.multiply(input, spec.chirp.get(), work, n);
+  kernels.multiply[kForward](input, spec.chirp.get(), work, n);
   std::fill_n(work + n, padded - n, C{});
-  spec.pow2->run(work, work, inner, kForward);
-  kernels.multiply(work, spec.chirp_spectrum.get(), work, padded);
-  spec.pow2->run(work, work, inner, kBackward);
-  kernels.multiply(work, spec.chirp.get(), output, n);
+  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
+  kernels.multiply[kForward](work, spec.chirp_spectrum.get(), work, padded);
+  dft_spec_run<R>(work, work, spec.inner, inner, kBackward);
+  kernels.multiply[kForward](work, spec.chirp.get(), output, n);
   if (way == kBackward) std::reverse(output + 1, output + n);
 }
 
 template <class R>
 void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, complex_of<R>* work,
               direction way) {
+  using C = complex_of<R>;
   const auto& kernels = level_kernels<R>();
   switch (spec.plan.method) {
     case line_method::kPowerOfTwo:
       if (spec.pow2 == nullptr) {
         kernels.of_32[way](input, output, R{1});
+      } else if (spec.plan.scrambled) {
+        spec.pow2->run_scrambled(input, output, work, way);
       } else {
         spec.pow2->run(input, output, work, way);
       }
       break;
     case line_method::kMixed: {
+      if (spec.plan.scrambled) {
+        mixed_passes<R>(spec, work, way).run_scrambled(input, output);
+        break;
+      }
       complex_of<R>* target = input == output ? work + spec.largest_generic : output;
       mixed_passes<R>(spec, work, way).run(input, target, output);
       break;
@@ -130,6 +169,17 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
     case line_method::kDirect:
       kernels.any_leaf[way](input, 1, 0, output, 1, spec.length, spec.odd_table.get(), work);
       break;
+    case line_method::kAutosort:
+      spec.autosort->run_line(input, output, reinterpret_cast<R*>(work), way);
+      break;
+    case line_method::kLong: {
+      const long_spec<R>& line = *spec.long_line;
+      C* middle = work;
+      R* rest = reinterpret_cast<R*>(work + (line.rows * line.columns + 7) / 8 * 8);
+      line.first_half(input, middle, 0, line.blocks_of_columns(), rest, way);
+      line.second_half(middle, output, 0, line.blocks_of_rows(), rest, way);
+      break;
+    }
     case line_method::kBluestein:
       run_bluestein(input, output, spec, work, way);
       break;
@@ -138,33 +188,70 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
   }
 }
 
+/// The line itself, its scale and all; work is aligned.
+template <class R>
+void run_scaled(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, void* work,
+                direction way) {
+  const auto& kernels = level_kernels<R>();
+  const bool scaled = spec.scaled[way] != 0;
+  const auto factor = static_cast<R>(spec.scale);
+  if (spec.plan.method == line_method::kStraight) {
+    (scaled ? kernels.scaled : kernels.unscaled)[way][spec.length](input, output, factor);
+    return;
+  }
+  run_line(input, output, spec, static_cast<complex_of<R>*>(work), way);
+  if (scaled) kernels.scale(output, spec.length, factor);
+}
+
+/// Calls run with the aligned work, the caller's or the call's own.
+template <class R, class Run>
+int with_work(const dft_spec<R>& spec, void* work, Run run) {
+  table<char> own;
+  if (work == nullptr && spec.workspace_bytes > 0) {
+    own = make_table<char>(spec.workspace_bytes + 32);
+    if (own == nullptr) return kSpecNoMemory;
+    work = own.get();
+  }
+  run(reinterpret_cast<void*>((reinterpret_cast<uintptr_t>(work) + 31) & ~uintptr_t{31}));
+  return 0;
+}
+
 }  // namespace
 
 template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
                  direction way) {
   if (input == nullptr || output == nullptr || spec == nullptr) return kSpecNull;
-  if (spec->kind != dft_spec<R>::kKind) return kSpecBadKind;
-  const auto& kernels = level_kernels<R>();
-  const bool scaled = spec->scaled[way] != 0;
-  const auto factor = static_cast<R>(spec->scale);
-  if (spec->plan.method == line_method::kStraight) {
-    (scaled ? kernels.scaled : kernels.unscaled)[way][spec->length](input, output, factor);
-    return 0;
+  if (spec->kind != dft_spec<R>::kind_of(line_form::kOrdered) &&
+      spec->kind != dft_spec<R>::kind_of(line_form::kScrambled)) {
+    return kSpecBadKind;
   }
-  table<char> own;
-  if (work == nullptr && spec->workspace_bytes > 0) {
-    own = make_table<char>(spec->workspace_bytes + 32);
-    if (own == nullptr) return kSpecNoMemory;
-    work = own.get();
+  return with_work(*spec, work, [&](void* aligned) { run_scaled(input, output, *spec, aligned, way); });
+}
+
+template <class R>
+int dft_spec_run_split(split_line<const R> input, split_line<R> output, const dft_spec<R>* spec, void* work,
+                       direction way) {
+  if (input.real == nullptr || input.imag == nullptr || output.real == nullptr || output.imag == nullptr ||
+      spec == nullptr) {
+    return kSpecNull;
   }
-  const uintptr_t aligned = (reinterpret_cast<uintptr_t>(work) + 31) & ~uintptr_t{31};
-  run_line(input, output, *spec, reinterpret_cast<complex_of<R>*>(aligned), way);
-  if (scaled) kernels.scale(output, spec->length, factor);
-  return 0;
+  if (spec->kind != dft_spec<R>::kind_of(line_form::kSplit)) return kSpecBadKind;
+  using C = complex_of<R>;
+  const core_int n = spec->length;
+  return with_work(*spec, work, [&](void* aligned) {
+    C* line = static_cast<C*>(aligned);
+    join_parts(input.real, input.imag, 1, line, n);
+    run_scaled<R>(line, line, *spec, line + (n + 3) / 4 * 4, way);
+    part(line, n, output.real, output.imag, 1);
+  });
 }
 
 template int dft_spec_run<float>(const complex8*, complex8*, const dft_spec<float>*, void*, direction);
 template int dft_spec_run<double>(const complex16*, complex16*, const dft_spec<double>*, void*, direction);
+template int dft_spec_run_split<float>(split_line<const float>, split_line<float>, const dft_spec<float>*,
+                                       void*, direction);
+template int dft_spec_run_split<double>(split_line<const double>, split_line<double>, const dft_spec<double>*,
+                                        void*, direction);
 
 }  // namespace qel::fft

@@ -127,28 +127,95 @@ void pow2_spec<R>::permute(const C* input, C* output, C* work) const {
   }
 }
 
+/// Calls body(work, first) for each group of columns, whose rows lie side by side in work meanwhile.
 template <class R>
-void pow2_spec<R>::combine(const level& of, C* data, C* work, direction way) const {
-  const auto& kernels = level_kernels<R>();
+template <class Body>
+void pow2_spec<R>::for_column_groups(const level& of, C* data, C* work, Body body) {
   const core_int points = core_int{1} << of.low, columns = core_int{1} << of.column_order;
   const core_int rows = core_int{1} << (of.order - of.low);
   for (core_int first = 0; first < points; first += columns) {
     for (core_int row = 0; row < rows; ++row) {
       std::copy_n(data + row * points + first, columns, work + row * columns);
     }
-    for (int i = 0; i < of.pass_count; ++i) {
-      const pass& p = of.passes[i];
-      auto* run = kernels.columns[way][p.order == 2 ? kPow2Radix4 : kPow2Radix8];
-      for (core_int block = 0; block < rows; block += p.m << p.order) {
-        for (core_int j = 0; j < p.m; ++j) {
-          run(work + (block + j) * columns, p.m * columns, columns, p.roots.get() + j * points + first,
-              p.m * points);
-        }
-      }
-    }
+    body(first);
     for (core_int row = 0; row < rows; ++row) {
       std::copy_n(work + row * columns, columns, data + row * points + first);
     }
+  }
+}
+
+/// Runs a pass over the rows of a group of columns.
+template <class R, class Pass>
+void run_columns(const Pass& p, typename fft_kernels<complex_of<R>, R>::column_pass* run, complex_of<R>* work,
+                 core_int rows, core_int columns, core_int first, core_int points) {
+  for (core_int block = 0; block < rows; block += p.m << p.order) {
+    for (core_int j = 0; j < p.m; ++j) {
+      run(work + (block + j) * columns, p.m * columns, columns, p.roots.get() + j * points + first,
+          p.m * points);
+    }
+  }
+}
+
+constexpr int radix_of(int order_of_pass) { return order_of_pass == 2 ? kPow2Radix4 : kPow2Radix8; }
+
+template <class R>
+void pow2_spec<R>::combine(const level& of, C* data, C* work, direction way) const {
+  const auto& kernels = level_kernels<R>();
+  const core_int points = core_int{1} << of.low, columns = core_int{1} << of.column_order;
+  for_column_groups(of, data, work, [&](core_int first) {
+    for (int i = 0; i < of.pass_count; ++i) {
+      const pass& p = of.passes[i];
+      run_columns<R>(p, kernels.columns[way][radix_of(p.order)], work, core_int{1} << (of.order - of.low),
+                     columns, first, points);
+    }
+  });
+}
+
+/// The transpose of combine.
+template <class R>
+void pow2_spec<R>::part(const level& of, C* data, C* work, direction way) const {
+  const auto& kernels = level_kernels<R>();
+  const core_int points = core_int{1} << of.low, columns = core_int{1} << of.column_order;
+  for_column_groups(of, data, work, [&](core_int first) {
+    for (int i = of.pass_count - 1; i >= 0; --i) {
+      const pass& p = of.passes[i];
+      run_columns<R>(p, kernels.column_splits[way][radix_of(p.order)], work,
+                     core_int{1} << (of.order - of.low), columns, first, points);
+    }
+  });
+}
+
+/// The transpose of run_level.
+template <class R>
+void pow2_spec<R>::split_level(int index, C* data, C* work, direction way) const {
+  const level& of = levels[index];
+  if (index > 0) {
+    part(of, data, work, way);
+    for (core_int block = 0; block < core_int{1} << of.order; block += core_int{1} << of.low) {
+      split_level(index - 1, data + block, work, way);
+    }
+    return;
+  }
+  const auto& kernels = level_kernels<R>();
+  const core_int n = core_int{1} << of.order;
+  for (int i = of.pass_count - 1; i >= 0; --i) {
+    const pass& p = of.passes[i];
+    const core_int blocks = n / (p.m << p.order);
+    if (i == 0) {
+      kernels.last[way][radix_of(p.order)](data, blocks);
+    } else {
+      kernels.pow2_split[way][radix_of(p.order)](data, data, blocks, p.m, p.roots.get());
+    }
+  }
+}
+
+template <class R>
+void pow2_spec<R>::run_scrambled(const C* input, C* output, C* work, direction way) const {
+  if (input != output) std::copy_n(input, core_int{1} << order, output);
+  if (way == kForward) {
+    split_level(level_count - 1, output, work, way);
+  } else {
+    run_level(level_count - 1, output, work, way);
   }
 }
 
@@ -166,7 +233,7 @@ void pow2_spec<R>::run_level(int index, C* data, C* work, direction way) const {
   const core_int n = core_int{1} << of.order;
   for (int i = 0; i < of.pass_count; ++i) {
     const pass& p = of.passes[i];
-    const int radix = p.order == 2 ? kPow2Radix4 : kPow2Radix8;
+    const int radix = radix_of(p.order);
     const core_int blocks = n / (p.m << p.order);
     if (i == 0) {
       kernels.first[way][radix](data, blocks);

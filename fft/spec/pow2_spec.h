@@ -37,12 +37,18 @@ struct pow2_spec {
   bool make(int order_of_length);
   /// In place or out; no scale.
   void run(const C* input, C* output, C* work, direction way) const;
+  /// The same between natural order (forward: of the input) and bit-reversed order.
+  void run_scrambled(const C* input, C* output, C* work, direction way) const;
 
  private:
   bool make_level(level& target, int order_of_level);
   void permute(const C* input, C* output, C* work) const;
   void run_level(int index, C* data, C* work, direction way) const;
   void combine(const level& of, C* data, C* work, direction way) const;
+  void split_level(int index, C* data, C* work, direction way) const;
+  void part(const level& of, C* data, C* work, direction way) const;
+  template <class Body>
+  static void for_column_groups(const level& of, C* data, C* work, Body body);
 };
 
 }  // namespace qel::fft

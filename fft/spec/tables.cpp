@@ -23,6 +23,23 @@ complex16 unit_root(core_int k, core_int n) {
   return {std::cos(angle), -std::sin(angle)};
 }
 
+table<complex16> make_root_table(core_int n) {
+  auto roots = make_table<complex16>(n);
+  if (roots == nullptr) return roots;
+  complex16* w = roots.get();
+  const bool quarters = n % 4 == 0, halves = n % 2 == 0;
+  const core_int computed = quarters ? n / 8 : halves ? n / 4 : n / 2;
+  for (core_int k = 0; k <= computed; ++k) w[k] = unit_root(k, n);
+  if (quarters) {
+    for (core_int k = computed + 1; k <= n / 4; ++k) w[k] = {-w[n / 4 - k].imag, -w[n / 4 - k].real};
+  }
+  if (halves) {
+    for (core_int k = n / 4 + 1; k <= n / 2; ++k) w[k] = {-w[n / 2 - k].real, w[n / 2 - k].imag};
+  }
+  for (core_int k = n / 2 + 1; k < n; ++k) w[k] = {w[n - k].real, -w[n - k].imag};
+  return roots;
+}
+
 bool quarter_wave::make(core_int n) {
   n_ = n;
   sines_ = make_table<double>(n / 4 + 1);

@@ -24,6 +24,9 @@ table<T> make_table(core_int count) {
 /// exp(-2 pi i k / n), its angle reduced to an eighth of the circle before the functions see it.
 complex16 unit_root(core_int k, core_int n);
 
+/// All of them for k < n, the functions called for an eighth of the circle only; null if memory is out.
+table<complex16> make_root_table(core_int n);
+
 /// The same for a power of two n: from a quarter wave of sines, n / 4 + 1 of them.
 class quarter_wave {
  public:

@@ -136,15 +136,18 @@ QEL_API int DftiGetValue(const DFTI_DESCRIPTOR* descriptor, int parameter, ...);
 
 /* ---- Transforms ---- */
 
-/* Plans the transform. Complex transforms of one dimension in natural order, interleaved, are there so far.
- * 1: no memory; 5: no descriptor; 6: the storage or ordering is not there; 7: the length is too great, or
- * transforms of this domain or dimension are not there.
+/* Plans the transform.
+ * 1: no memory; 3: real data in place in several dimensions whose rows of complex numbers do not begin where
+ * the rows of reals do; 5: no descriptor; 6: a packed format that is not there; 7: the length is too great.
  */
 QEL_API int DftiCommitDescriptor(DFTI_DESCRIPTOR* descriptor);
 
-/* y[k] = scale * the sum of x[j] exp(-+ 2 pi i j k / n): minus forward, plus backward, each with its own
- * scale. data    the input, which in place is the output; else the output's address follows 1: no memory
- * (strided output only); 2: not committed; 5: null; 8: more threads at once than DFTI_NUMBER_OF_USER_THREADS.
+/* y[k] = scale * the sum of x[j] exp(-+ 2 pi i j k / n) over all dimensions: minus forward, plus backward,
+ * each with its own scale. Real data go forward to half of their spectrum and back; docs/fft.md has the
+ * layouts. data    the input, which in place is the output; else the output's address follows. Parts in two
+ * arrays (DFTI_COMPLEX_STORAGE) are two addresses for each side, the real parts first 1: no memory (strides,
+ * several dimensions, threads); 2: not committed, or split parts in scrambled order; 5: null; 6: split parts
+ * in several dimensions; 8: more threads at once than DFTI_NUMBER_OF_USER_THREADS.
  */
 QEL_API int DftiComputeForward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
 QEL_API int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...);

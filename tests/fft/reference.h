@@ -49,6 +49,23 @@ inline std::vector<wide> wide_transform(const std::vector<wide>& x, int sign) {
   return y;
 }
 
+/// The same over an array of several dimensions in row-major order.
+inline std::vector<wide> wide_transform_of(std::vector<wide> x, const std::vector<int>& lengths, int sign) {
+  std::size_t step = 1;
+  for (std::size_t d = lengths.size(); d-- > 0;) {
+    const auto n = static_cast<std::size_t>(lengths[d]);
+    for (std::size_t first = 0; first < x.size(); ++first) {
+      if (first / step % n != 0) continue;
+      std::vector<wide> line(n);
+      for (std::size_t j = 0; j < n; ++j) line[j] = x[first + j * step];
+      line = wide_transform(line, sign);
+      for (std::size_t j = 0; j < n; ++j) x[first + j * step] = line[j];
+    }
+    step *= n;
+  }
+  return x;
+}
+
 template <class R>
 std::vector<std::complex<R>> random_line(std::size_t n, unsigned seed) {
   std::mt19937 source(seed);

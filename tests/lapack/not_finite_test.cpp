@@ -15,11 +15,11 @@ namespace qel::lapack {
 
 // Drivers that no entry has in all types.
 extern "C" {
-#define QEL_DRIVERS(T, p)                                                                                      \
-  void qel_core_##p##gesv_(const core_int* n, const core_int* nrhs, T* a, const core_int* lda, core_int* ipiv, \
-                           T* b, const core_int* ldb, core_int* info);                                         \
-  void qel_core_##p##gels_(const char* trans, const core_int* m, const core_int* n, const core_int* nrhs,      \
-                           T* a, const core_int* lda, T* b, const core_int* ldb, T* work,                      \
+#define QEL_DRIVERS(T, p)                                                                                 \
+  void qel_core_##p##gesv_(const core_int* n, const core_int* nrhs, T* a, const core_int* lda,            \
+                           core_int* ipiv, T* b, const core_int* ldb, core_int* info);                    \
+  void qel_core_##p##gels_(const char* trans, const core_int* m, const core_int* n, const core_int* nrhs, \
+                           T* a, const core_int* lda, T* b, const core_int* ldb, T* work,                 \
                            const core_int* lwork, core_int* info, size_t);
 QEL_DRIVERS(float, s)
 QEL_DRIVERS(double, d)
@@ -76,43 +76,44 @@ struct driver {
   drivers.push_back({#routine, [](auto& x) { core::qel_core_##routine##_(__VA_ARGS__); }})
 #define QEL_CALL_HERE(routine, ...) \
   drivers.push_back({#routine, [](auto& x) { qel_core_##routine##_(__VA_ARGS__); }})
-#define QEL_BOTH(p)                                                                                          \
-  QEL_CALL(p##getrf, &x.n, &x.n, x.a.data(), &x.a.lda, x.pivots.data(), &x.info);                            \
-  QEL_CALL(p##getri, &x.n, x.a.data(), &x.a.lda, x.pivots.data(), x.work.data(), &x.lwork, &x.info);         \
-  QEL_CALL(p##potrf, "L", &x.n, x.a.data(), &x.a.lda, &x.info, 1);                                           \
-  QEL_CALL(p##potrf, "U", &x.n, x.a.data(), &x.a.lda, &x.info, 1);                                           \
-  QEL_CALL_HERE(p##gesv, &x.n, &x.one, x.a.data(), &x.a.lda, x.pivots.data(), x.b.data(), &x.n, &x.info);    \
-  QEL_CALL_HERE(p##gels, "N", &x.n, &x.n, &x.one, x.a.data(), &x.a.lda, x.b.data(), &x.n, x.work.data(),     \
+#define QEL_BOTH(p)                                                                                       \
+  QEL_CALL(p##getrf, &x.n, &x.n, x.a.data(), &x.a.lda, x.pivots.data(), &x.info);                         \
+  QEL_CALL(p##getri, &x.n, x.a.data(), &x.a.lda, x.pivots.data(), x.work.data(), &x.lwork, &x.info);      \
+  QEL_CALL(p##potrf, "L", &x.n, x.a.data(), &x.a.lda, &x.info, 1);                                        \
+  QEL_CALL(p##potrf, "U", &x.n, x.a.data(), &x.a.lda, &x.info, 1);                                        \
+  QEL_CALL_HERE(p##gesv, &x.n, &x.one, x.a.data(), &x.a.lda, x.pivots.data(), x.b.data(), &x.n, &x.info); \
+  QEL_CALL_HERE(p##gels, "N", &x.n, &x.n, &x.one, x.a.data(), &x.a.lda, x.b.data(), &x.n, x.work.data(),  \
                 &x.lwork, &x.info, 1)
 // Routines whose complex form has an array of reals behind the work array.
-#define QEL_REAL(p)                                                                                           \
-  QEL_BOTH(p);                                                                                                \
-  QEL_CALL(p##gelsy, &x.n, &x.n, &x.one, x.a.data(), &x.a.lda, x.b.data(), &x.n, x.pivots.data(), &x.rcond,   \
-           &x.rank, x.work.data(), &x.lwork, &x.info);                                                        \
-  QEL_CALL(p##gesvd, "A", "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(),    \
-           &x.n, x.work.data(), &x.lwork, &x.info, 1, 1);                                                     \
-  QEL_CALL(p##gesdd, "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(), &x.n,   \
-           x.work.data(), &x.lwork, x.iwork.data(), &x.info, 1);                                              \
-  QEL_CALL(p##geevx, "B", "V", "V", "B", &x.n, x.a.data(), &x.a.lda, x.w.data(), x.w.data() + x.n,            \
-           x.u.data(), &x.n, x.v.data(), &x.n, &x.ilo, &x.ihi, x.scale.data(), &x.norm, x.rconde.data(),      \
-           x.rcondv.data(), x.work.data(), &x.lwork, x.iwork.data(), &x.info, 1, 1, 1, 1);                    \
-  QEL_CALL(p##spevx, "V", "A", "L", &x.n, x.a.data(), &x.bound, &x.bound, &x.one, &x.n, &x.bound, &x.found,   \
-           x.s.data(), x.u.data(), &x.n, x.work.data(), x.iwork.data(), x.pivots.data(), &x.info, 1, 1, 1);   \
-  QEL_CALL(p##spevx, "V", "I", "U", &x.n, x.a.data(), &x.bound, &x.bound, &x.one, &x.one, &x.bound, &x.found, \
-           x.s.data(), x.u.data(), &x.n, x.work.data(), x.iwork.data(), x.pivots.data(), &x.info, 1, 1, 1)
-#define QEL_COMPLEX(p)                                                                                       \
-  QEL_BOTH(p);                                                                                               \
-  QEL_CALL(p##gelsy, &x.n, &x.n, &x.one, x.a.data(), &x.a.lda, x.b.data(), &x.n, x.pivots.data(), &x.rcond,  \
-           &x.rank, x.work.data(), &x.lwork, x.rwork.data(), &x.info);                                       \
-  QEL_CALL(p##gesvd, "A", "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(),   \
-           &x.n, x.work.data(), &x.lwork, x.rwork.data(), &x.info, 1, 1);                                    \
-  QEL_CALL(p##gesdd, "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(), &x.n,  \
-           x.work.data(), &x.lwork, x.rwork.data(), x.iwork.data(), &x.info, 1);                             \
-  QEL_CALL(p##geevx, "B", "V", "V", "B", &x.n, x.a.data(), &x.a.lda, x.w.data(), x.u.data(), &x.n,           \
-           x.v.data(), &x.n, &x.ilo, &x.ihi, x.scale.data(), &x.norm, x.rconde.data(), x.rcondv.data(),      \
-           x.work.data(), &x.lwork, x.rwork.data(), &x.info, 1, 1, 1, 1);                                    \
-  QEL_CALL(p##hpevx, "V", "A", "L", &x.n, x.a.data(), &x.bound, &x.bound, &x.one, &x.n, &x.bound, &x.found,  \
-           x.s.data(), x.u.data(), &x.n, x.work.data(), x.rwork.data(), x.iwork.data(), x.pivots.data(),     \
+#define QEL_REAL(p)                                                                                         \
+  QEL_BOTH(p);                                                                                              \
+  QEL_CALL(p##gelsy, &x.n, &x.n, &x.one, x.a.data(), &x.a.lda, x.b.data(), &x.n, x.pivots.data(), &x.rcond, \
+           &x.rank, x.work.data(), &x.lwork, &x.info);                                                      \
+  QEL_CALL(p##gesvd, "A", "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(),  \
+           &x.n, x.work.data(), &x.lwork, &x.info, 1, 1);                                                   \
+  QEL_CALL(p##gesdd, "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(), &x.n, \
+           x.work.data(), &x.lwork, x.iwork.data(), &x.info, 1);                                            \
+  QEL_CALL(p##geevx, "B", "V", "V", "B", &x.n, x.a.data(), &x.a.lda, x.w.data(), x.w.data() + x.n,          \
+           x.u.data(), &x.n, x.v.data(), &x.n, &x.ilo, &x.ihi, x.scale.data(), &x.norm, x.rconde.data(),    \
+           x.rcondv.data(), x.work.data(), &x.lwork, x.iwork.data(), &x.info, 1, 1, 1, 1);                  \
+  QEL_CALL(p##spevx, "V", "A", "L", &x.n, x.a.data(), &x.bound, &x.bound, &x.one, &x.n, &x.bound, &x.found, \
+           x.s.data(), x.u.data(), &x.n, x.work.data(), x.iwork.data(), x.pivots.data(), &x.info, 1, 1, 1); \
+  QEL_CALL(p##spevx, "V", "I", "U", &x.n, x.a.data(), &x.bound, &x.bound, &x.one, &x.one, &x.bound,         \
+           &x.found, x.s.data(), x.u.data(), &x.n, x.work.data(), x.iwork.data(), x.pivots.data(), &x.info, \
+           1, 1, 1)
+#define QEL_COMPLEX(p)                                                                                      \
+  QEL_BOTH(p);                                                                                              \
+  QEL_CALL(p##gelsy, &x.n, &x.n, &x.one, x.a.data(), &x.a.lda, x.b.data(), &x.n, x.pivots.data(), &x.rcond, \
+           &x.rank, x.work.data(), &x.lwork, x.rwork.data(), &x.info);                                      \
+  QEL_CALL(p##gesvd, "A", "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(),  \
+           &x.n, x.work.data(), &x.lwork, x.rwork.data(), &x.info, 1, 1);                                   \
+  QEL_CALL(p##gesdd, "A", &x.n, &x.n, x.a.data(), &x.a.lda, x.s.data(), x.u.data(), &x.n, x.v.data(), &x.n, \
+           x.work.data(), &x.lwork, x.rwork.data(), x.iwork.data(), &x.info, 1);                            \
+  QEL_CALL(p##geevx, "B", "V", "V", "B", &x.n, x.a.data(), &x.a.lda, x.w.data(), x.u.data(), &x.n,          \
+           x.v.data(), &x.n, &x.ilo, &x.ihi, x.scale.data(), &x.norm, x.rconde.data(), x.rcondv.data(),     \
+           x.work.data(), &x.lwork, x.rwork.data(), &x.info, 1, 1, 1, 1);                                   \
+  QEL_CALL(p##hpevx, "V", "A", "L", &x.n, x.a.data(), &x.bound, &x.bound, &x.one, &x.n, &x.bound, &x.found, \
+           x.s.data(), x.u.data(), &x.n, x.work.data(), x.rwork.data(), x.iwork.data(), x.pivots.data(),    \
            &x.info, 1, 1, 1)
 
 template <class T>

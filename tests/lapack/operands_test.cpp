@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <functional>
 #include <cstring>
+#include <functional>
 #include <string>
 
 #include "lapack/lapack.h"
@@ -16,11 +16,11 @@ namespace qel::lapack {
 
 // Without an entry.
 extern "C" {
-#define QEL_INNER(T, p)                                                                                    \
-  void qel_core_##p##potrs_(const char* uplo, const core_int* n, const core_int* nrhs, const T* a,         \
-                            const core_int* lda, T* b, const core_int* ldb, core_int* info, size_t);       \
-  void qel_core_##p##trtri_(const char* uplo, const char* diag, const core_int* n, T* a,                   \
-                            const core_int* lda, core_int* info, size_t, size_t);                          \
+#define QEL_INNER(T, p)                                                                                     \
+  void qel_core_##p##potrs_(const char* uplo, const core_int* n, const core_int* nrhs, const T* a,          \
+                            const core_int* lda, T* b, const core_int* ldb, core_int* info, size_t);        \
+  void qel_core_##p##trtri_(const char* uplo, const char* diag, const core_int* n, T* a,                    \
+                            const core_int* lda, core_int* info, size_t, size_t);                           \
   void qel_core_##p##lauum_(const char* uplo, const core_int* n, T* a, const core_int* lda, core_int* info, \
                             size_t);
 QEL_INNER(float, s)
@@ -49,24 +49,24 @@ struct operation {
 
 #define QEL_RUN(name, call) operations.push_back({name, [](operands<T>& x) { core::call; }})
 #define QEL_RUN_HERE(name, call) operations.push_back({name, [](operands<T>& x) { call; }})
-#define QEL_OPERATIONS(p, ormqr, turned)                                                                       \
-  QEL_RUN("getrf", qel_core_##p##getrf_(&x.n, &x.n, x.a, &x.n, x.pivots, &x.info));                            \
-  QEL_RUN("potrf L", qel_core_##p##potrf_("L", &x.n, x.a, &x.n, &x.info, 1));                                  \
-  QEL_RUN("potrf U", qel_core_##p##potrf_("U", &x.n, x.a, &x.n, &x.info, 1));                                  \
-  QEL_RUN("getrs", qel_core_##p##getrs_("N", &x.n, &x.nrhs, x.a, &x.n, x.pivots, x.b, &x.n, &x.info, 1));      \
-  QEL_RUN("getrs T", qel_core_##p##getrs_("T", &x.n, &x.nrhs, x.a, &x.n, x.pivots, x.b, &x.n, &x.info, 1));    \
-  QEL_RUN_HERE("potrs", qel_core_##p##potrs_("U", &x.n, &x.nrhs, x.a, &x.n, x.b, &x.n, &x.info, 1));           \
-  QEL_RUN("getri", qel_core_##p##getri_(&x.n, x.a, &x.n, x.pivots, x.work, &x.lwork, &x.info));                \
-  QEL_RUN_HERE("trtri L", qel_core_##p##trtri_("L", "N", &x.n, x.a, &x.n, &x.info, 1, 1));                     \
-  QEL_RUN_HERE("trtri U", qel_core_##p##trtri_("U", "U", &x.n, x.a, &x.n, &x.info, 1, 1));                     \
-  QEL_RUN_HERE("lauum L", qel_core_##p##lauum_("L", &x.n, x.a, &x.n, &x.info, 1));                             \
-  QEL_RUN_HERE("lauum U", qel_core_##p##lauum_("U", &x.n, x.a, &x.n, &x.info, 1));                             \
-  QEL_RUN("geqrf", qel_core_##p##geqrf_(&x.n, &x.n, x.a, &x.n, x.tau, x.work, &x.lwork, &x.info));             \
-  QEL_RUN("ormqr", qel_core_##p##ormqr##_("L", turned, &x.n, &x.nrhs, &x.n, x.a, &x.n, x.tau, x.b, &x.n,       \
-                                          x.work, &x.lwork, &x.info, 1, 1));                                   \
-  QEL_RUN("gbtrf", qel_core_##p##gbtrf_(&x.n, &x.n, &x.band, &x.band, x.a, &x.ldab, x.pivots, &x.info));       \
-  QEL_RUN("gbtrs", qel_core_##p##gbtrs_("N", &x.n, &x.band, &x.band, &x.nrhs, x.a, &x.ldab, x.pivots, x.b,     \
-                                        &x.n, &x.info, 1));                                                    \
+#define QEL_OPERATIONS(p, ormqr, turned)                                                                    \
+  QEL_RUN("getrf", qel_core_##p##getrf_(&x.n, &x.n, x.a, &x.n, x.pivots, &x.info));                         \
+  QEL_RUN("potrf L", qel_core_##p##potrf_("L", &x.n, x.a, &x.n, &x.info, 1));                               \
+  QEL_RUN("potrf U", qel_core_##p##potrf_("U", &x.n, x.a, &x.n, &x.info, 1));                               \
+  QEL_RUN("getrs", qel_core_##p##getrs_("N", &x.n, &x.nrhs, x.a, &x.n, x.pivots, x.b, &x.n, &x.info, 1));   \
+  QEL_RUN("getrs T", qel_core_##p##getrs_("T", &x.n, &x.nrhs, x.a, &x.n, x.pivots, x.b, &x.n, &x.info, 1)); \
+  QEL_RUN_HERE("potrs", qel_core_##p##potrs_("U", &x.n, &x.nrhs, x.a, &x.n, x.b, &x.n, &x.info, 1));        \
+  QEL_RUN("getri", qel_core_##p##getri_(&x.n, x.a, &x.n, x.pivots, x.work, &x.lwork, &x.info));             \
+  QEL_RUN_HERE("trtri L", qel_core_##p##trtri_("L", "N", &x.n, x.a, &x.n, &x.info, 1, 1));                  \
+  QEL_RUN_HERE("trtri U", qel_core_##p##trtri_("U", "U", &x.n, x.a, &x.n, &x.info, 1, 1));                  \
+  QEL_RUN_HERE("lauum L", qel_core_##p##lauum_("L", &x.n, x.a, &x.n, &x.info, 1));                          \
+  QEL_RUN_HERE("lauum U", qel_core_##p##lauum_("U", &x.n, x.a, &x.n, &x.info, 1));                          \
+  QEL_RUN("geqrf", qel_core_##p##geqrf_(&x.n, &x.n, x.a, &x.n, x.tau, x.work, &x.lwork, &x.info));          \
+  QEL_RUN("ormqr", qel_core_##p##ormqr##_("L", turned, &x.n, &x.nrhs, &x.n, x.a, &x.n, x.tau, x.b, &x.n,    \
+                                          x.work, &x.lwork, &x.info, 1, 1));                                \
+  QEL_RUN("gbtrf", qel_core_##p##gbtrf_(&x.n, &x.n, &x.band, &x.band, x.a, &x.ldab, x.pivots, &x.info));    \
+  QEL_RUN("gbtrs", qel_core_##p##gbtrs_("N", &x.n, &x.band, &x.band, &x.nrhs, x.a, &x.ldab, x.pivots, x.b,  \
+                                        &x.n, &x.info, 1));                                                 \
   QEL_RUN("tptrs", qel_core_##p##tptrs_("L", "N", "U", &x.n, &x.nrhs, x.a, x.b, &x.n, &x.info, 1, 1, 1))
 
 template <class T>

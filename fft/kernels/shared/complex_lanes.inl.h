@@ -36,6 +36,8 @@ struct cx<double, 1> {
   QEL_LANES reg sub(reg a, reg b) { return _mm_sub_pd(a, b); }
   QEL_LANES reg times(reg a, double f) { return _mm_mul_pd(a, _mm_set1_pd(f)); }
   QEL_LANES reg swapped(reg a) { return _mm_shuffle_pd(a, a, 1); }
+  /// The complex numbers in reversed order.
+  QEL_LANES reg reversed(reg a) { return a; }
   /// Signs of the real parts turned.
   QEL_LANES reg minus_real(reg a) { return _mm_xor_pd(a, _mm_set_pd(0.0, -0.0)); }
   QEL_LANES reg minus_imag(reg a) { return _mm_xor_pd(a, _mm_set_pd(-0.0, 0.0)); }
@@ -60,6 +62,7 @@ struct cx<float, 2> {
   QEL_LANES reg sub(reg a, reg b) { return _mm_sub_ps(a, b); }
   QEL_LANES reg times(reg a, float f) { return _mm_mul_ps(a, _mm_set1_ps(f)); }
   QEL_LANES reg swapped(reg a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
+  QEL_LANES reg reversed(reg a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(1, 0, 3, 2)); }
   QEL_LANES reg minus_real(reg a) { return _mm_xor_ps(a, _mm_set_ps(0.0F, -0.0F, 0.0F, -0.0F)); }
   QEL_LANES reg minus_imag(reg a) { return _mm_xor_ps(a, _mm_set_ps(-0.0F, 0.0F, -0.0F, 0.0F)); }
   QEL_LANES reg reals(reg w) { return _mm_shuffle_ps(w, w, _MM_SHUFFLE(2, 2, 0, 0)); }
@@ -82,6 +85,7 @@ struct cx<float, 1> : cx<float, 2> {
   QEL_LANES void store(complex8* p, reg v) {
     _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(v));
   }
+  QEL_LANES reg reversed(reg a) { return a; }
 };
 
 #ifdef __AVX2__
@@ -96,6 +100,13 @@ struct cx<double, 2> {
   QEL_LANES reg sub(reg a, reg b) { return _mm256_sub_pd(a, b); }
   QEL_LANES reg times(reg a, double f) { return _mm256_mul_pd(a, _mm256_set1_pd(f)); }
   QEL_LANES reg swapped(reg a) { return _mm256_permute_pd(a, 5); }
+  QEL_LANES reg reversed(reg a) { return _mm256_permute2f128_pd(a, a, 1); }
+  /// Rows and columns of complex numbers change places.
+  QEL_LANES void transpose(reg* x) {
+    const reg low = _mm256_permute2f128_pd(x[0], x[1], 0x20);
+    x[1] = _mm256_permute2f128_pd(x[0], x[1], 0x31);
+    x[0] = low;
+  }
   QEL_LANES reg minus_real(reg a) { return _mm256_xor_pd(a, _mm256_set_pd(0.0, -0.0, 0.0, -0.0)); }
   QEL_LANES reg minus_imag(reg a) { return _mm256_xor_pd(a, _mm256_set_pd(-0.0, 0.0, -0.0, 0.0)); }
   QEL_LANES reg reals(reg w) { return _mm256_movedup_pd(w); }
@@ -116,6 +127,19 @@ struct cx<float, 4> {
   QEL_LANES reg sub(reg a, reg b) { return _mm256_sub_ps(a, b); }
   QEL_LANES reg times(reg a, float f) { return _mm256_mul_ps(a, _mm256_set1_ps(f)); }
   QEL_LANES reg swapped(reg a) { return _mm256_permute_ps(a, 0xB1); }
+  QEL_LANES reg reversed(reg a) {
+    return _mm256_castpd_ps(_mm256_permute4x64_pd(_mm256_castps_pd(a), _MM_SHUFFLE(0, 1, 2, 3)));
+  }
+  QEL_LANES void transpose(reg* x) {
+    const __m256d r0 = _mm256_castps_pd(x[0]), r1 = _mm256_castps_pd(x[1]);
+    const __m256d r2 = _mm256_castps_pd(x[2]), r3 = _mm256_castps_pd(x[3]);
+    const __m256d a = _mm256_unpacklo_pd(r0, r1), b = _mm256_unpackhi_pd(r0, r1);
+    const __m256d c = _mm256_unpacklo_pd(r2, r3), d = _mm256_unpackhi_pd(r2, r3);
+    x[0] = _mm256_castpd_ps(_mm256_permute2f128_pd(a, c, 0x20));
+    x[1] = _mm256_castpd_ps(_mm256_permute2f128_pd(b, d, 0x20));
+    x[2] = _mm256_castpd_ps(_mm256_permute2f128_pd(a, c, 0x31));
+    x[3] = _mm256_castpd_ps(_mm256_permute2f128_pd(b, d, 0x31));
+  }
   QEL_LANES reg minus_real(reg a) {
     return _mm256_xor_ps(a, _mm256_castpd_ps(_mm256_castsi256_pd(_mm256_set1_epi64x(0x80000000))));
   }

@@ -67,6 +67,52 @@ void column_pass(complex_type<R>* data, core_int stride, core_int count, const c
   join_run<R, kBackward, radix, true>(data, data, stride, count, twiddles, twiddle_stride);
 }
 
+/// One register of the radix, then twiddles: the transpose of join_one.
+template <class V, bool kBackward, int radix, bool kReversed, class C>
+[[gnu::always_inline]] inline void split_one(const C* source, C* target, core_int stride, const C* twiddles,
+                                             core_int twiddle_stride) {
+  reg_of<V> x[radix];
+#pragma GCC unroll 16
+  for (int p = 0; p < radix; ++p) x[p] = V::load(source + p * stride);
+  dft<V, kBackward, radix>::run(x);
+  V::store(target, x[0]);
+#pragma GCC unroll 16
+  for (int p = 1; p < radix; ++p) {
+    V::store(target + place<radix, kReversed>(p) * stride,
+             turned<V, kBackward>(x[p], V::load(twiddles + (p - 1) * twiddle_stride)));
+  }
+}
+
+template <class R, bool kBackward, int radix, bool kReversed>
+[[gnu::always_inline]] inline void split_run(const complex_type<R>* source, complex_type<R>* target,
+                                             core_int stride, core_int count, const complex_type<R>* twiddles,
+                                             core_int twiddle_stride) {
+  using V = widest<R>;
+  core_int k = 0;
+  for (; k + V::kCount <= count; k += V::kCount) {
+    split_one<V, kBackward, radix, kReversed>(source + k, target + k, stride, twiddles + k, twiddle_stride);
+  }
+  for (; k < count; ++k) {
+    split_one<single<R>, kBackward, radix, kReversed>(source + k, target + k, stride, twiddles + k,
+                                                      twiddle_stride);
+  }
+}
+
+template <class R, bool kBackward, int radix, bool kReversed>
+void split_pass(const complex_type<R>* source, complex_type<R>* target, core_int blocks, core_int m,
+                const complex_type<R>* twiddles) {
+  for (core_int b = 0; b < blocks; ++b) {
+    split_run<R, kBackward, radix, kReversed>(source + b * radix * m, target + b * radix * m, m, m, twiddles,
+                                              m);
+  }
+}
+
+template <class R, bool kBackward, int radix>
+void column_split(complex_type<R>* data, core_int stride, core_int count, const complex_type<R>* twiddles,
+                  core_int twiddle_stride) {
+  split_run<R, kBackward, radix, true>(data, data, stride, count, twiddles, twiddle_stride);
+}
+
 template <class R, bool kBackward, int radix>
 void leaf_pass(const complex_type<R>* input, core_int stride, core_int step, complex_type<R>* output,
                core_int count) {
@@ -81,16 +127,17 @@ void leaf_pass(const complex_type<R>* input, core_int stride, core_int step, com
   }
 }
 
-template <class R, bool kBackward, int radix>
-void first_pass(complex_type<R>* data, core_int blocks) {
+/// From bit-reversed to natural order in every block, or back.
+template <class R, bool kBackward, int radix, bool kToReversed>
+void block_pass(complex_type<R>* data, core_int blocks) {
   using V = single<R>;
   for (core_int b = 0; b < blocks; ++b, data += radix) {
     reg_of<V> x[radix];
 #pragma GCC unroll 16
-    for (int p = 0; p < radix; ++p) x[p] = V::load(data + reversed(p, radix));
+    for (int p = 0; p < radix; ++p) x[p] = V::load(data + (kToReversed ? p : reversed(p, radix)));
     dft<V, kBackward, radix>::run(x);
 #pragma GCC unroll 16
-    for (int p = 0; p < radix; ++p) V::store(data + p, x[p]);
+    for (int p = 0; p < radix; ++p) V::store(data + (kToReversed ? reversed(p, radix) : p), x[p]);
   }
 }
 
@@ -157,18 +204,55 @@ void generic_join(const complex_type<R>* source, complex_type<R>* target, core_i
   }
 }
 
-template <class V, class C>
-inline core_int multiply_run(const C* source, const C* factor, C* target, core_int from, core_int n) {
+template <class R, bool kBackward>
+void generic_split(const complex_type<R>* source, complex_type<R>* target, core_int blocks, core_int m,
+                   const complex_type<R>* twiddles, int n, const complex_type<R>* roots,
+                   complex_type<R>* work) {
+  using V = single<R>;
+  for (core_int b = 0; b < blocks; ++b) {
+    for (core_int k = 0; k < m; ++k) {
+      const complex_type<R>* x = source + b * n * m + k;
+      complex_type<R>* y = target + b * n * m + k;
+      V::store(work, V::load(x));
+      for (int j = 1; j <= n / 2; ++j) fold<V>(V::load(x + j * m), V::load(x + (n - j) * m), work, j, n);
+      unfold<R, kBackward>(y, m, n, roots, work);
+      for (int p = 1; p < n; ++p) {
+        V::store(y + p * m, turned<V, kBackward>(V::load(y + p * m), V::load(twiddles + (p - 1) * m + k)));
+      }
+    }
+  }
+}
+
+template <class V, bool kBackward, class C>
+inline core_int turn_run(C* data, core_int from, core_int n, C factor, const C* powers) {
+  C factors[V::kCount];
+#pragma GCC unroll 4
+  for (C& f : factors) f = factor;
+  const auto all = V::load(factors);
   for (; from + V::kCount <= n; from += V::kCount) {
-    V::store(target + from, turned<V, false>(V::load(source + from), V::load(factor + from)));
+    V::store(data + from,
+             turned<V, kBackward>(V::load(data + from), turned<V, false>(V::load(powers + from), all)));
   }
   return from;
 }
-template <class R>
+template <class R, bool kBackward>
+void turn_row(complex_type<R>* data, core_int n, complex_type<R> factor, const complex_type<R>* powers) {
+  const core_int done = turn_run<widest<R>, kBackward>(data, 0, n, factor, powers);
+  turn_run<single<R>, kBackward>(data, done, n, factor, powers);
+}
+
+template <class V, bool kBackward, class C>
+inline core_int multiply_run(const C* source, const C* factor, C* target, core_int from, core_int n) {
+  for (; from + V::kCount <= n; from += V::kCount) {
+    V::store(target + from, turned<V, kBackward>(V::load(source + from), V::load(factor + from)));
+  }
+  return from;
+}
+template <class R, bool kBackward>
 void multiply(const complex_type<R>* source, const complex_type<R>* factor, complex_type<R>* target,
               core_int n) {
-  const core_int done = multiply_run<widest<R>>(source, factor, target, 0, n);
-  multiply_run<single<R>>(source, factor, target, done, n);
+  const core_int done = multiply_run<widest<R>, kBackward>(source, factor, target, 0, n);
+  multiply_run<single<R>, kBackward>(source, factor, target, done, n);
 }
 
 template <class V, class C>

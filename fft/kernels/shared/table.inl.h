@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fft/kernels/shared/passes.inl.h"
+#include "fft/kernels/shared/real.inl.h"
 
 namespace qel::QEL_LEVEL {
 
@@ -18,13 +19,23 @@ namespace qel::QEL_LEVEL {
 #define QEL_BOTH(name, ...) {name<R, false, __VA_ARGS__>, name<R, true, __VA_ARGS__>}
 #define QEL_LEAVES(b) \
   {leaf_pass<R, b, 2>, leaf_pass<R, b, 3>, leaf_pass<R, b, 4>, leaf_pass<R, b, 5>, leaf_pass<R, b, 7>, leaf_pass<R, b, 11>}
+#define QEL_BLOCKS(back)                                                  \
+  {{block_pass<R, false, 4, back>, block_pass<R, false, 8, back>},        \
+   {block_pass<R, true, 4, back>, block_pass<R, true, 8, back>}}
+#define QEL_REALS(name)                                                                          \
+  {nullptr, name<R, 1>, name<R, 2>, name<R, 3>, name<R, 4>, name<R, 5>, name<R, 6>, name<R, 7>,   \
+   name<R, 8>, name<R, 9>, name<R, 10>, name<R, 11>, name<R, 12>, name<R, 13>, name<R, 14>,       \
+   name<R, 15>, name<R, 16>}
+#define QEL_SPLITS(b)                                                                                  \
+  {split_pass<R, b, 2, false>, split_pass<R, b, 3, false>, split_pass<R, b, 4, false>,                  \
+   split_pass<R, b, 5, false>, split_pass<R, b, 7, false>, split_pass<R, b, 11, false>}
 #define QEL_JOINS(b)                                                                                   \
   {join_pass<R, b, 2, false>, join_pass<R, b, 3, false>, join_pass<R, b, 4, false>,                     \
    join_pass<R, b, 5, false>, join_pass<R, b, 7, false>, join_pass<R, b, 11, false>}
 
 namespace {
 template <class C, class R>
-constexpr fft_kernels<C, R> all_kernels() {
+constexpr fft_kernels<C, R> all_kernels(const autosort_kernels<C, R>* autosort) {
   return {
       {QEL_LENGTHS(false, false), QEL_LENGTHS(true, false)},
       {QEL_LENGTHS(false, true), QEL_LENGTHS(true, true)},
@@ -33,17 +44,30 @@ constexpr fft_kernels<C, R> all_kernels() {
       {QEL_JOINS(false), QEL_JOINS(true)},
       {generic_leaf<R, false>, generic_leaf<R, true>},
       {generic_join<R, false>, generic_join<R, true>},
-      {{first_pass<R, false, 4>, first_pass<R, false, 8>}, {first_pass<R, true, 4>, first_pass<R, true, 8>}},
+      QEL_BLOCKS(false),
       {{join_pass<R, false, 4, true>, join_pass<R, false, 8, true>},
        {join_pass<R, true, 4, true>, join_pass<R, true, 8, true>}},
       {{column_pass<R, false, 4>, column_pass<R, false, 8>}, {column_pass<R, true, 4>, column_pass<R, true, 8>}},
-      multiply<R>, scale<R>};
+      {QEL_SPLITS(false), QEL_SPLITS(true)},
+      {generic_split<R, false>, generic_split<R, true>},
+      QEL_BLOCKS(true),
+      {{split_pass<R, false, 4, true>, split_pass<R, false, 8, true>},
+       {split_pass<R, true, 4, true>, split_pass<R, true, 8, true>}},
+      {{column_split<R, false, 4>, column_split<R, false, 8>}, {column_split<R, true, 4>, column_split<R, true, 8>}},
+      {QEL_REALS(real_forward), QEL_REALS(real_backward)},
+      {direct_forward<R>, direct_backward<R>},
+      {real_ends<R, false>, real_ends<R, true>},
+      {turn_row<R, false>, turn_row<R, true>},
+      {multiply<R, false>, multiply<R, true>}, scale<R>, autosort};
 }
 }  // namespace
 #undef QEL_LENGTHS
 #undef QEL_BOTH
 #undef QEL_LEAVES
 #undef QEL_JOINS
+#undef QEL_SPLITS
+#undef QEL_BLOCKS
+#undef QEL_REALS
 // clang-format on
 
 }  // namespace qel::QEL_LEVEL

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Single lines and blocks of lines: brought to unit stride, transformed by the node's kernel, brought back.
+#pragma once
+
+#include "fft/execution/node_kernels.h"
+#include "fft/spec/moves.h"
+
+namespace qel::fft {
+
+/// Memory of serv_malloc for the length of a call.
+class call_buffer {
+ public:
+  explicit call_buffer(size_t bytes, int alignment = 256) : block_(serv_malloc(bytes, alignment)) {}
+  ~call_buffer() { serv_free(block_); }
+  call_buffer(const call_buffer&) = delete;
+  call_buffer& operator=(const call_buffer&) = delete;
+  template <class T>
+  T* as() const {
+    return static_cast<T*>(block_);
+  }
+
+ private:
+  void* block_;
+};
+
+/// A line's elements: where, how far apart, how many.
+template <class T>
+struct strided {
+  T* data;
+  core_int stride;
+  core_int count;
+};
+
+/// One line of any strides. through_output: the kernel works in place on the output.
+template <class T, class U>
+int run_line(strided<const T> in, strided<U> out, const dfti_node* node, node_kernel* kernel,
+             bool through_output, void* work) {
+  const size_t in_bytes = static_cast<size_t>(in.count) * sizeof(T);
+  const size_t out_bytes = static_cast<size_t>(out.count) * sizeof(U);
+  if (out.stride != 1 || (in.stride != 1 && in_bytes > out_bytes)) {
+    const call_buffer buffer(in_bytes > out_bytes ? in_bytes : out_bytes);
+    if (buffer.as<char>() == nullptr) return DFTI_MEMORY_ERROR;
+    gather(in.data, in.stride, buffer.as<T>(), in.count);
+    const int status = kernel(buffer.as<T>(), buffer.as<U>(), node, work);
+    if (status == DFTI_NO_ERROR) scatter(buffer.as<const U>(), out.data, out.stride, out.count);
+    return status;
+  }
+  if (in.stride != 1 || through_output) {
+    gather(in.data, in.stride, reinterpret_cast<T*>(out.data), in.count);
+    return kernel(out.data, out.data, node, work);
+  }
+  return kernel(in.data, out.data, node, work);
+}
+
+/// kWidth lines that lie step apart, from or to dense lines of n elements.
+template <int kWidth, class C>
+void gather_block(const C* from, core_int stride, core_int step, C* lines, core_int n) {
+  for (core_int i = 0; i < n; ++i, from += stride) {
+#pragma GCC unroll 8
+    for (int w = 0; w < kWidth; ++w) lines[w * n + i] = element_at(from + w * step);
+  }
+}
+template <int kWidth, class C>
+void scatter_block(const C* lines, core_int n, C* to, core_int stride, core_int step) {
+  for (core_int i = 0; i < n; ++i, to += stride) {
+#pragma GCC unroll 8
+    for (int w = 0; w < kWidth; ++w) set_element(to + w * step, lines[w * n + i]);
+  }
+}
+
+/// Where lines begin and how their elements and the lines themselves lie.
+template <class C>
+struct line_places {
+  C* data;
+  core_int stride;
+  core_int step;
+};
+
+/// kWidth lines through the buffer, which holds them side by side.
+template <int kWidth, class R>
+int run_block(line_places<const complex_of<R>> in, line_places<complex_of<R>> out, const dfti_node* node,
+              node_kernel* kernel, complex_of<R>* buffer, void* work) {
+  const core_int n = node->length;
+  gather_block<kWidth>(in.data, in.stride, in.step, buffer, n);
+  for (int w = 0; w < kWidth; ++w) {
+    if (const int status = kernel(buffer + w * n, buffer + w * n, node, work)) return status;
+  }
+  scatter_block<kWidth>(buffer, n, out.data, out.stride, out.step);
+  return DFTI_NO_ERROR;
+}
+
+/// count lines, width of them at a time and then by halves.
+template <class R>
+int run_lines(line_places<const complex_of<R>> in, line_places<complex_of<R>> out, core_int count,
+              core_int width, const dfti_node* node, node_kernel* kernel, complex_of<R>* buffer, void* work) {
+  for (core_int done = 0; done < count;) {
+    const core_int left = std::min(width, count - done);
+    auto* block = run_block<1, R>;
+    if (left >= 2) block = run_block<2, R>;
+    if (left >= 4) block = run_block<4, R>;
+    if (left >= 8) block = run_block<8, R>;
+    const int status = block({in.data + done * in.step, in.stride, in.step},
+                             {out.data + done * out.step, out.stride, out.step}, node, kernel, buffer, work);
+    if (status != DFTI_NO_ERROR) return status;
+    done += left >= 8 ? 8 : left >= 4 ? 4 : left >= 2 ? 2 : 1;
+  }
+  return DFTI_NO_ERROR;
+}
+
+}  // namespace qel::fft

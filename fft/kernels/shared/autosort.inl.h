@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Passes that sort as they go: with m = points left / radix and s elements side by side, a pass takes
+// x[q + s (p + m j)] to y[q + s (radix p + k)] = exp(-2 pi i p k / (radix m)) sum_j x_j exp(-2 pi i j k / radix),
+// p < m, q < s. The first pass reads pairs and the last one writes pairs, backward with parts exchanged on both
+// ways; those between know one direction only.
+#pragma once
+
+#include "fft/kernels/shared/planar_lanes.inl.h"
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+/// From k registers of consecutive p to consecutive k for each p.
+template <class V, int radix>
+[[gnu::always_inline]] inline void store_transposed(typename V::real* re, typename V::real* im,
+                                                    const reg_of<V>* x) {
+  using R = typename V::real;
+  using part = typename V::part;
+  if constexpr (V::kCount == 1) {
+#pragma GCC unroll 16
+    for (int k = 0; k < radix; ++k) V::store(re + k, im + k, x[k]);
+  } else if constexpr (radix % 4 == 0 && V::kCount == 4) {
+#pragma GCC unroll 4
+    for (int k = 0; k < radix; k += 4) {
+      typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
+      typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
+      part::transpose(a);
+      part::transpose(b);
+#pragma GCC unroll 4
+      for (int p = 0; p < 4; ++p) {
+        part::store(re + p * radix + k, a[p]);
+        part::store(im + p * radix + k, b[p]);
+      }
+    }
+  } else if constexpr (radix % 4 == 0 && V::kCount == 8) {
+#pragma GCC unroll 4
+    for (int k = 0; k < radix; k += 4) {
+      typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
+      typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
+      part::transpose(a);
+      part::transpose(b);
+#pragma GCC unroll 4
+      for (int p = 0; p < 4; ++p) {
+        _mm_storeu_ps(re + p * radix + k, _mm256_castps256_ps128(a[p]));
+        _mm_storeu_ps(re + (p + 4) * radix + k, _mm256_extractf128_ps(a[p], 1));
+        _mm_storeu_ps(im + p * radix + k, _mm256_castps256_ps128(b[p]));
+        _mm_storeu_ps(im + (p + 4) * radix + k, _mm256_extractf128_ps(b[p], 1));
+      }
+    }
+  } else {
+    alignas(32) R a[radix * V::kCount], b[radix * V::kCount];
+#pragma GCC unroll 16
+    for (int k = 0; k < radix; ++k) V::store(a + k * V::kCount, b + k * V::kCount, x[k]);
+    for (int p = 0; p < V::kCount; ++p) {
+#pragma GCC unroll 16
+      for (int k = 0; k < radix; ++k) {
+        re[p * radix + k] = a[k * V::kCount + p];
+        im[p * radix + k] = b[k * V::kCount + p];
+      }
+    }
+  }
+}
+
+/// s = 1: the first pass of a line. twiddles: real parts of k = 1 for all p, imaginary parts, k = 2 ...
+template <class R, bool kBackward, int radix>
+void first_of_line(const complex_type<R>* input, R* re, R* im, core_int m, const R* twiddles) {
+  by_registers<R>(m, [&]<class V>(core_int p) {
+    reg_of<V> x[radix];
+#pragma GCC unroll 16
+    for (int j = 0; j < radix; ++j) x[j] = V::template load_pairs<kBackward>(input + p + j * m);
+    dft<V, false, radix>::run(x);
+#pragma GCC unroll 16
+    for (int k = 1; k < radix; ++k) {
+      const R* w = twiddles + 2 * (k - 1) * m + p;
+      x[k] = V::turn(x[k], V::load(w, w + m));
+    }
+    store_transposed<V, radix>(re + p * radix, im + p * radix, x);
+  });
+}
+
+template <class V, int radix, class C>
+[[gnu::always_inline]] inline void turn_all(reg_of<V>* x, core_int p, const C* twiddles) {
+  if (p == 0) return;
+#pragma GCC unroll 16
+  for (int k = 1; k < radix; ++k) x[k] = V::turn(x[k], V::all(twiddles[p * (radix - 1) + k - 1]));
+}
+
+/// The first pass of s lines side by side, an element of all of them every pitch.
+template <class R, bool kBackward, int radix>
+void first_of_columns(const complex_type<R>* input, core_int pitch, core_int s, R* re, R* im, core_int m,
+                      const complex_type<R>* twiddles) {
+  for (core_int p = 0; p < m; ++p) {
+    by_registers<R>(s, [&]<class V>(core_int q) {
+      reg_of<V> x[radix];
+#pragma GCC unroll 16
+      for (int j = 0; j < radix; ++j) {
+        x[j] = V::template load_pairs<kBackward>(input + (p + j * m) * pitch + q);
+      }
+      dft<V, false, radix>::run(x);
+      turn_all<V, radix>(x, p, twiddles);
+#pragma GCC unroll 16
+      for (int k = 0; k < radix; ++k) {
+        const core_int at = q + s * (radix * p + k);
+        V::store(re + at, im + at, x[k]);
+      }
+    });
+  }
+}
+
+template <class R, int radix>
+void middle_pass(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+                 const complex_type<R>* twiddles) {
+  for (core_int p = 0; p < m; ++p) {
+    by_registers<R>(s, [&]<class V>(core_int q) {
+      reg_of<V> x[radix];
+#pragma GCC unroll 16
+      for (int j = 0; j < radix; ++j) {
+        const core_int at = q + s * (p + j * m);
+        x[j] = V::load(re + at, im + at);
+      }
+      dft<V, false, radix>::run(x);
+      turn_all<V, radix>(x, p, twiddles);
+#pragma GCC unroll 16
+      for (int k = 0; k < radix; ++k) {
+        const core_int at = q + s * (radix * p + k);
+        V::store(to_re + at, to_im + at, x[k]);
+      }
+    });
+  }
+}
+
+/// Any odd radix n; roots[j] = exp(-2 pi i j / n). work: 2 n registers.
+template <class R>
+void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+                   const complex_type<R>* twiddles, int n, const complex_type<R>* roots, R* work) {
+  const int half = n / 2;
+  for (core_int p = 0; p < m; ++p) {
+    by_registers<R>(s, [&]<class V>(core_int q) {
+      const auto of = [&](core_int j) {
+        const core_int at = q + s * (p + j * m);
+        return V::load(re + at, im + at);
+      };
+      const auto put = [&](core_int k, reg_of<V> value) {
+        if (p > 0 && k > 0) value = V::turn(value, V::all(twiddles[p * (n - 1) + k - 1]));
+        const core_int at = q + s * (n * p + k);
+        V::store(to_re + at, to_im + at, value);
+      };
+      const auto kept = [&](int j) { return V::load(work + 2 * j * V::kCount, work + (2 * j + 1) * V::kCount); };
+      const reg_of<V> first = of(0);
+      reg_of<V> zeroth = first;
+      for (int j = 1; j <= half; ++j) {
+        const auto a = of(j), b = of(n - j), sum = V::add(a, b);
+        zeroth = V::add(zeroth, sum);
+        V::store(work + 4 * j * V::kCount, work + (4 * j + 1) * V::kCount, sum);
+        V::store(work + (4 * j + 2) * V::kCount, work + (4 * j + 3) * V::kCount, V::sub(a, b));
+      }
+      put(0, zeroth);
+      for (int k = 1; k <= half; ++k) {
+        reg_of<V> even = first, odd{};
+        for (int j = 1, at = k; j <= half; ++j) {
+          even = V::mul_add(kept(2 * j), roots[at].real, even);
+          odd = V::mul_add(kept(2 * j + 1), -roots[at].imag, odd);
+          at += k;
+          if (at >= n) at -= n;
+        }
+        odd = quarter<V, false>(odd);
+        put(k, V::add(even, odd));
+        put(n - k, V::sub(even, odd));
+      }
+    });
+  }
+}
+
+/// m = 1. Elements q = inner index + inner count * outer index, of k at out + outer index * pitch + k * k_pitch.
+template <class R, bool kBackward, int radix>
+void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, core_int outer, core_int pitch,
+               core_int k_pitch) {
+  const core_int s = inner * outer;
+  for (core_int o = 0; o < outer; ++o) {
+    by_registers<R>(inner, [&]<class V>(core_int i) {
+      const core_int q = o * inner + i;
+      reg_of<V> x[radix];
+#pragma GCC unroll 16
+      for (int j = 0; j < radix; ++j) x[j] = V::load(re + q + j * s, im + q + j * s);
+      dft<V, false, radix>::run(x);
+#pragma GCC unroll 16
+      for (int k = 0; k < radix; ++k) {
+        V::template store_pairs<kBackward>(out + o * pitch + k * k_pitch + i, x[k]);
+      }
+    });
+  }
+}
+
+/// The end of the first half of a long line: block k0, of width w, of the result takes columns first .. first + count
+/// of lines that lie side by side, element (k, l) at k * count + l, times bases[k] powers[8 k + l], and keeps them at
+/// k0 columns + (first + l) w + k - k0.
+template <class R, bool kBackward>
+void turn_and_deal(const complex_type<R>* lines, core_int rows, core_int count, const complex_type<R>* bases,
+                   const complex_type<R>* powers, complex_type<R>* result, core_int columns, core_int first) {
+  using V = widest<R>;
+  using S = single<R>;
+  constexpr int kTile = V::kCount;
+  for (core_int k0 = 0; k0 < rows; k0 += 8) {
+    const core_int width = rows - k0 < 8 ? rows - k0 : 8;
+    complex_type<R>* block = result + k0 * columns + first * width;
+    const auto one = [&](core_int k, core_int l) {
+      const auto w = turned<S, false>(S::load(powers + 8 * k + l), S::load(bases + k));
+      S::store(block + l * width + k - k0, turned<S, kBackward>(S::load(lines + k * count + l), w));
+    };
+    core_int k = k0;
+    for (; k + kTile <= k0 + width; k += kTile) {
+      core_int l = 0;
+      for (; l + kTile <= count; l += kTile) {
+        reg_of<V> x[kTile];
+#pragma GCC unroll 8
+        for (int i = 0; i < kTile; ++i) {
+          complex_type<R> base[kTile];
+#pragma GCC unroll 8
+          for (complex_type<R>& b : base) b = bases[k + i];
+          const auto w = turned<V, false>(V::load(powers + 8 * (k + i) + l), V::load(base));
+          x[i] = turned<V, kBackward>(V::load(lines + (k + i) * count + l), w);
+        }
+        V::transpose(x);
+#pragma GCC unroll 8
+        for (int i = 0; i < kTile; ++i) V::store(block + (l + i) * width + k - k0, x[i]);
+      }
+      for (; l < count; ++l) {
+        for (int i = 0; i < kTile; ++i) one(k + i, l);
+      }
+    }
+    for (; k < k0 + width; ++k) {
+      for (core_int l = 0; l < count; ++l) one(k, l);
+    }
+  }
+}
+
+/// Lines of a short length side by side, from pitch to pitch.
+template <class R, bool kBackward, int n>
+void short_columns(const complex_type<R>* input, core_int pitch, complex_type<R>* output, core_int out_pitch,
+                   core_int s) {
+  const auto run = [&]<class V>(core_int q) {
+    reg_of<V> x[n];
+#pragma GCC unroll 16
+    for (int j = 0; j < n; ++j) x[j] = V::load(input + j * pitch + q);
+    dft<V, kBackward, n>::run(x);
+#pragma GCC unroll 16
+    for (int k = 0; k < n; ++k) V::store(output + k * out_pitch + q, x[k]);
+  };
+  core_int q = 0;
+  for (; q + widest<R>::kCount <= s; q += widest<R>::kCount) run.template operator()<widest<R>>(q);
+  for (; q < s; ++q) run.template operator()<single<R>>(q);
+}
+
+}  // namespace
+}  // namespace qel::QEL_LEVEL

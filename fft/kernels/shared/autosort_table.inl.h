@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The table of a native level's passes that sort as they go.
+#pragma once
+
+#include "fft/kernels/shared/autosort.inl.h"
+
+namespace qel::QEL_LEVEL {
+
+// clang-format off
+#define QEL_RADICES(name, ...)                                                                        \
+  {name<__VA_ARGS__, 1>, name<__VA_ARGS__, 2>, name<__VA_ARGS__, 3>, name<__VA_ARGS__, 4>,             \
+   name<__VA_ARGS__, 5>, name<__VA_ARGS__, 6>, name<__VA_ARGS__, 7>, name<__VA_ARGS__, 8>,             \
+   name<__VA_ARGS__, 9>, name<__VA_ARGS__, 11>, name<__VA_ARGS__, 13>}
+#define QEL_SHORT(b)                                                                                    \
+  {nullptr, short_columns<R, b, 1>, short_columns<R, b, 2>, short_columns<R, b, 3>, short_columns<R, b, 4>,      \
+   short_columns<R, b, 5>, short_columns<R, b, 6>, short_columns<R, b, 7>, short_columns<R, b, 8>,      \
+   short_columns<R, b, 9>, short_columns<R, b, 10>, short_columns<R, b, 11>, short_columns<R, b, 12>,   \
+   short_columns<R, b, 13>, short_columns<R, b, 14>, short_columns<R, b, 15>, short_columns<R, b, 16>}
+
+namespace {
+template <class C, class R>
+constexpr autosort_kernels<C, R> all_autosort() {
+  return {{QEL_RADICES(first_of_line, R, false), QEL_RADICES(first_of_line, R, true)},
+          {QEL_RADICES(first_of_columns, R, false), QEL_RADICES(first_of_columns, R, true)},
+          QEL_RADICES(middle_pass, R),
+          middle_of_any<R>,
+          {QEL_RADICES(last_pass, R, false), QEL_RADICES(last_pass, R, true)},
+          {QEL_SHORT(false), QEL_SHORT(true)},
+          {turn_and_deal<R, false>, turn_and_deal<R, true>}};
+}
+}  // namespace
+#undef QEL_RADICES
+#undef QEL_SHORT
+// clang-format on
+
+}  // namespace qel::QEL_LEVEL

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Complex numbers as one register of real and one of imaginary parts: px<R, n> holds n of them. Lines lie as two
+// arrays of parts between passes, so that no pass but the first and the last moves parts between lanes.
+#pragma once
+
+#include "fft/kernels/shared/straight.inl.h"
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+template <class R, int kCount>
+struct parts;
+
+#define QEL_LANES [[gnu::always_inline]] static inline
+
+template <class R>
+struct parts<R, 1> {
+  using reg = R;
+  QEL_LANES reg load(const R* p) {
+    R value;
+    __builtin_memcpy(&value, p, sizeof value);
+    return value;
+  }
+  QEL_LANES void store(R* p, reg v) { __builtin_memcpy(p, &v, sizeof v); }
+  QEL_LANES reg all(R v) { return v; }
+  QEL_LANES reg plus(reg a, reg b, reg c) {
+    if constexpr (sizeof(R) == sizeof(double)) {
+      return _mm_cvtsd_f64(_mm_fmadd_sd(_mm_set_sd(a), _mm_set_sd(b), _mm_set_sd(c)));
+    } else {
+      return _mm_cvtss_f32(_mm_fmadd_ss(_mm_set_ss(a), _mm_set_ss(b), _mm_set_ss(c)));
+    }
+  }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return plus(-a, b, c); }
+  QEL_LANES void load_pairs(const complex_type<R>* p, reg& re, reg& im) {
+    const R* reals = reinterpret_cast<const R*>(p);
+    re = load(reals);
+    im = load(reals + 1);
+  }
+  QEL_LANES void store_pairs(complex_type<R>* p, reg re, reg im) {
+    R* reals = reinterpret_cast<R*>(p);
+    store(reals, re);
+    store(reals + 1, im);
+  }
+};
+
+template <>
+struct parts<double, 2> {
+  using reg = __m128d;
+  QEL_LANES reg load(const double* p) { return _mm_loadu_pd(p); }
+  QEL_LANES void store(double* p, reg v) { _mm_storeu_pd(p, v); }
+  QEL_LANES reg all(double v) { return _mm_set1_pd(v); }
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm_fmadd_pd(a, b, c); }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm_fnmadd_pd(a, b, c); }
+  QEL_LANES void load_pairs(const complex16* p, reg& re, reg& im) {
+    const reg a = load(reinterpret_cast<const double*>(p)), b = load(reinterpret_cast<const double*>(p + 1));
+    re = _mm_unpacklo_pd(a, b);
+    im = _mm_unpackhi_pd(a, b);
+  }
+  QEL_LANES void store_pairs(complex16* p, reg re, reg im) {
+    store(reinterpret_cast<double*>(p), _mm_unpacklo_pd(re, im));
+    store(reinterpret_cast<double*>(p + 1), _mm_unpackhi_pd(re, im));
+  }
+};
+
+template <>
+struct parts<float, 4> {
+  using reg = __m128;
+  QEL_LANES reg load(const float* p) { return _mm_loadu_ps(p); }
+  QEL_LANES void store(float* p, reg v) { _mm_storeu_ps(p, v); }
+  QEL_LANES reg all(float v) { return _mm_set1_ps(v); }
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm_fmadd_ps(a, b, c); }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm_fnmadd_ps(a, b, c); }
+  QEL_LANES void load_pairs(const complex8* p, reg& re, reg& im) {
+    const reg a = load(reinterpret_cast<const float*>(p)), b = load(reinterpret_cast<const float*>(p + 2));
+    re = _mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0));
+    im = _mm_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1));
+  }
+  QEL_LANES void store_pairs(complex8* p, reg re, reg im) {
+    store(reinterpret_cast<float*>(p), _mm_unpacklo_ps(re, im));
+    store(reinterpret_cast<float*>(p + 2), _mm_unpackhi_ps(re, im));
+  }
+  QEL_LANES void transpose(reg* x) {
+    const reg a = _mm_unpacklo_ps(x[0], x[1]), b = _mm_unpackhi_ps(x[0], x[1]);
+    const reg c = _mm_unpacklo_ps(x[2], x[3]), d = _mm_unpackhi_ps(x[2], x[3]);
+    x[0] = _mm_movelh_ps(a, c);
+    x[1] = _mm_movehl_ps(c, a);
+    x[2] = _mm_movelh_ps(b, d);
+    x[3] = _mm_movehl_ps(d, b);
+  }
+};
+
+template <>
+struct parts<double, 4> {
+  using reg = __m256d;
+  QEL_LANES reg load(const double* p) { return _mm256_loadu_pd(p); }
+  QEL_LANES void store(double* p, reg v) { _mm256_storeu_pd(p, v); }
+  QEL_LANES reg all(double v) { return _mm256_set1_pd(v); }
+  /// a b + c
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
+  /// c - a b
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm256_fnmadd_pd(a, b, c); }
+  QEL_LANES void load_pairs(const complex16* p, reg& re, reg& im) {
+    const reg a = load(reinterpret_cast<const double*>(p)), b = load(reinterpret_cast<const double*>(p + 2));
+    const reg low = _mm256_permute2f128_pd(a, b, 0x20), high = _mm256_permute2f128_pd(a, b, 0x31);
+    re = _mm256_unpacklo_pd(low, high);
+    im = _mm256_unpackhi_pd(low, high);
+  }
+  QEL_LANES void store_pairs(complex16* p, reg re, reg im) {
+    const reg low = _mm256_unpacklo_pd(re, im), high = _mm256_unpackhi_pd(re, im);
+    store(reinterpret_cast<double*>(p), _mm256_permute2f128_pd(low, high, 0x20));
+    store(reinterpret_cast<double*>(p + 2), _mm256_permute2f128_pd(low, high, 0x31));
+  }
+  /// Rows and columns of four registers change places.
+  QEL_LANES void transpose(reg* x) {
+    const reg a = _mm256_unpacklo_pd(x[0], x[1]), b = _mm256_unpackhi_pd(x[0], x[1]);
+    const reg c = _mm256_unpacklo_pd(x[2], x[3]), d = _mm256_unpackhi_pd(x[2], x[3]);
+    x[0] = _mm256_permute2f128_pd(a, c, 0x20);
+    x[1] = _mm256_permute2f128_pd(b, d, 0x20);
+    x[2] = _mm256_permute2f128_pd(a, c, 0x31);
+    x[3] = _mm256_permute2f128_pd(b, d, 0x31);
+  }
+};
+
+template <>
+struct parts<float, 8> {
+  using reg = __m256;
+  QEL_LANES reg load(const float* p) { return _mm256_loadu_ps(p); }
+  QEL_LANES void store(float* p, reg v) { _mm256_storeu_ps(p, v); }
+  QEL_LANES reg all(float v) { return _mm256_set1_ps(v); }
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm256_fmadd_ps(a, b, c); }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm256_fnmadd_ps(a, b, c); }
+  QEL_LANES void load_pairs(const complex8* p, reg& re, reg& im) {
+    const reg a = load(reinterpret_cast<const float*>(p)), b = load(reinterpret_cast<const float*>(p + 4));
+    const reg low = _mm256_permute2f128_ps(a, b, 0x20), high = _mm256_permute2f128_ps(a, b, 0x31);
+    re = _mm256_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0));
+    im = _mm256_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1));
+  }
+  QEL_LANES void store_pairs(complex8* p, reg re, reg im) {
+    const reg low = _mm256_unpacklo_ps(re, im), high = _mm256_unpackhi_ps(re, im);
+    store(reinterpret_cast<float*>(p), _mm256_permute2f128_ps(low, high, 0x20));
+    store(reinterpret_cast<float*>(p + 4), _mm256_permute2f128_ps(low, high, 0x31));
+  }
+  /// Four registers of eight to eight fours: x[i] holds columns i and i + 4 of the rows.
+  QEL_LANES void transpose(reg* x) {
+    const reg a = _mm256_unpacklo_ps(x[0], x[1]), b = _mm256_unpackhi_ps(x[0], x[1]);
+    const reg c = _mm256_unpacklo_ps(x[2], x[3]), d = _mm256_unpackhi_ps(x[2], x[3]);
+    x[0] = _mm256_shuffle_ps(a, c, _MM_SHUFFLE(1, 0, 1, 0));
+    x[1] = _mm256_shuffle_ps(a, c, _MM_SHUFFLE(3, 2, 3, 2));
+    x[2] = _mm256_shuffle_ps(b, d, _MM_SHUFFLE(1, 0, 1, 0));
+    x[3] = _mm256_shuffle_ps(b, d, _MM_SHUFFLE(3, 2, 3, 2));
+  }
+};
+#undef QEL_LANES
+
+/// The arithmetic that dft<> asks for.
+template <class R, int kLanes>
+struct px {
+  using real = R;
+  using part = parts<R, kLanes>;
+  using lane = typename part::reg;
+  static constexpr int kCount = kLanes;
+  struct reg {
+    lane re, im;
+  };
+#define QEL_LANES [[gnu::always_inline]] static inline
+  QEL_LANES reg add(reg a, reg b) { return {a.re + b.re, a.im + b.im}; }
+  QEL_LANES reg sub(reg a, reg b) { return {a.re - b.re, a.im - b.im}; }
+  QEL_LANES reg times(reg a, R f) { return {a.re * part::all(f), a.im * part::all(f)}; }
+  QEL_LANES reg swapped(reg a) { return {a.im, a.re}; }
+  QEL_LANES reg minus_real(reg a) { return {-a.re, a.im}; }
+  QEL_LANES reg minus_imag(reg a) { return {a.re, -a.im}; }
+  QEL_LANES reg mul_add(reg a, R f, reg c) {
+    return {part::plus(a.re, part::all(f), c.re), part::plus(a.im, part::all(f), c.im)};
+  }
+  /// a w
+  QEL_LANES reg turn(reg a, reg w) {
+    return {part::minus(a.im, w.im, a.re * w.re), part::plus(a.re, w.im, a.im * w.re)};
+  }
+  QEL_LANES reg load(const R* re, const R* im) { return {part::load(re), part::load(im)}; }
+  QEL_LANES void store(R* re, R* im, reg a) {
+    part::store(re, a.re);
+    part::store(im, a.im);
+  }
+  template <bool kSwap>
+  QEL_LANES reg load_pairs(const complex_type<R>* p) {
+    reg a;
+    part::load_pairs(p, a.re, a.im);
+    return kSwap ? swapped(a) : a;
+  }
+  template <bool kSwap>
+  QEL_LANES void store_pairs(complex_type<R>* p, reg a) {
+    part::store_pairs(p, kSwap ? a.im : a.re, kSwap ? a.re : a.im);
+  }
+  QEL_LANES reg all(complex_type<R> z) { return {part::all(z.real), part::all(z.imag)}; }
+#undef QEL_LANES
+};
+
+template <class R>
+using widest_parts = px<R, kRegisterBytes / static_cast<int>(sizeof(R))>;
+
+/// body.template operator()<V>(at) over 0 .. count, by whole registers and then one by one.
+template <class R, class Body>
+[[gnu::always_inline]] inline void by_registers(core_int count, Body body) {
+  using V = widest_parts<R>;
+  core_int at = 0;
+  for (; at + V::kCount <= count; at += V::kCount) body.template operator()<V>(at);
+  if (at + V::kCount / 2 <= count) {
+    body.template operator()<px<R, V::kCount / 2>>(at);
+    at += V::kCount / 2;
+  }
+  for (; at < count; ++at) body.template operator()<px<R, 1>>(at);
+}
+
+}  // namespace
+}  // namespace qel::QEL_LEVEL

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "fft/planning/driver_rules.h"
+
+#include <algorithm>
+
+namespace qel::fft {
+
+core_int block_width(core_int dimension, const core_int* n, core_int first_output_stride) {
+  if (dimension == 1) return kWidestBlock;
+  if (first_output_stride != 1) return 1;
+  core_int width = kWidestBlock;
+  if (dimension > 2) {
+    // Very long lines in one direction only: a narrower block keeps the buffer small.
+    const bool long_first = n[1] <= 32 && n[2] <= 32 && n[0] >= 4096;
+    const bool long_third = n[0] <= 16 && n[1] <= 16 && n[2] > 2048;
+    if (long_first || long_third) width = 4;
+  }
+  return std::min(width, n[0]);
+}
+
+int parallel_axis(core_int dimension, int pass_node) {
+  const int last = static_cast<int>(dimension) - 1;
+  return pass_node < last ? last : last - 1;
+}
+
+}  // namespace qel::fft

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// How a call with more than one line is broken into lines: pure decisions on its shape.
+#pragma once
+
+#include "service/core_types.h"
+
+namespace qel::fft {
+
+inline constexpr int kMaxDimension = 7;
+inline constexpr core_int kWidestBlock = 8;  ///< lines handled together: their elements fill cache lines
+
+/// Lines of a strided dimension that are handled together; lengths by node.
+core_int block_width(core_int dimension, const core_int* lengths, core_int first_output_stride);
+
+/// The node whose lines are dealt to threads in the pass over a node.
+int parallel_axis(core_int dimension, int pass_node);
+
+/// count items dealt to threads: chunk each, the last threads take what is left.
+struct share {
+  int threads;
+  core_int chunk;
+};
+inline share deal(core_int count, int threads) {
+  return {threads, count > 0 ? (count - 1) / threads + 1 : 0};
+}
+
+}  // namespace qel::fft

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// How the native levels transform a line: pure decisions on its length.
+#pragma once
+
+#include "service/core_types.h"
+
+namespace qel::fft {
+
+/// Passes that sort as they go: the radices in their order; those that have no pass of their own are odd.
+struct autosort_plan {
+  int radices[32];
+  int count;  ///< 0: the length has a prime factor that is too large
+};
+autosort_plan plan_autosort(core_int length);
+/// Whether a radix has passes of its own.
+bool has_autosort_pass(int radix);
+
+enum class native_method : int {
+  kAutosort,  ///< passes over the whole line
+  kLong,      ///< rows times columns
+  kBluestein,
+  kRefused,
+};
+struct native_plan {
+  native_method method;
+  core_int rows, columns;  ///< of kLong
+  core_int padded;         ///< of kBluestein
+};
+/// The plan of a length above 16.
+native_plan plan_native_line(core_int length);
+
+/// The shortest length of at least n whose transform is fast.
+core_int good_length(core_int n);
+
+}  // namespace qel::fft

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "fft/spec/autosort_spec.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qel::fft {
+namespace {
+
+int index_of(int radix) {
+  const auto* found = std::find(std::begin(kAutosortRadices), std::end(kAutosortRadices), radix);
+  return found == std::end(kAutosortRadices) ? -1 : static_cast<int>(found - kAutosortRadices);
+}
+
+// Between the arrays of parts: without it powers of two would put all four of them on the same cache sets.
+constexpr core_int kGap = 24;
+
+}  // namespace
+
+template <class R>
+bool autosort_spec<R>::make(core_int n) {
+  length = static_cast<int>(n);
+  if (n <= kStraightLengths) return true;
+  const autosort_plan plan = plan_autosort(n);
+  const auto roots = make_root_table(n);
+  if (roots == nullptr) return false;
+  pass_count = plan.count;
+  core_int left = n;
+  for (int i = 0; i < plan.count; ++i) {
+    pass& p = passes[i];
+    p.radix = plan.radices[i];
+    p.index = index_of(p.radix);
+    const core_int step = n / left;
+    p.m = left / p.radix;
+    p.twiddles = make_table<C>(std::max<core_int>(1, (p.radix - 1) * p.m));
+    if (p.twiddles == nullptr) return false;
+    C* next = p.twiddles.get();
+    for (core_int j = 0; j < p.m; ++j) {
+      for (core_int k = 1; k < p.radix; ++k) *next++ = narrowed<C>(roots[static_cast<size_t>(j * k * step)]);
+    }
+    if (p.index < 0) {
+      p.roots = make_table<C>(p.radix);
+      if (p.roots == nullptr) return false;
+      for (core_int j = 0; j < p.radix; ++j) {
+        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[static_cast<size_t>(j * (n / p.radix))]);
+      }
+      largest_generic = std::max(largest_generic, p.radix);
+    }
+    left = p.m;
+  }
+  const pass& first = passes[0];
+  line_twiddles = make_table<R>(std::max<core_int>(1, 2 * (first.radix - 1) * first.m));
+  if (line_twiddles == nullptr) return false;
+  for (core_int j = 0; j < first.m; ++j) {
+    for (core_int k = 1; k < first.radix; ++k) {
+      const C w = first.twiddles[static_cast<size_t>(j * (first.radix - 1) + k - 1)];
+      line_twiddles[static_cast<size_t>(2 * (k - 1) * first.m + j)] = w.real;
+      line_twiddles[static_cast<size_t>((2 * (k - 1) + 1) * first.m + j)] = w.imag;
+    }
+  }
+  return true;
+}
+
+template <class R>
+core_int autosort_spec<R>::pitch_of_parts(core_int lines) const {
+  return (length * lines + 7) / 8 * 8 + kGap;
+}
+template <class R>
+core_int autosort_spec<R>::work_reals(core_int lines) const {
+  return length <= kStraightLengths ? 0 : 4 * pitch_of_parts(lines) + 2 * 16 * core_int{largest_generic};
+}
+
+/// All passes but the first and the last; the parts that the last one reads.
+template <class R>
+const R* autosort_spec<R>::run_middle(R* work, core_int lines) const {
+  const auto& kernels = *level_kernels<R>().autosort;
+  const core_int pitch = pitch_of_parts(lines);
+  R *from = work, *to = work + 2 * pitch;
+  R* scratch = work + 4 * pitch;
+  core_int s = lines * passes[0].radix;
+  for (int i = 1; i + 1 < pass_count; ++i) {
+    const pass& p = passes[i];
+    if (p.index >= 0) {
+      kernels.middles[p.index](from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get());
+    } else {
+      kernels.any_middle(from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get(), p.radix, p.roots.get(),
+                         scratch);
+    }
+    s *= p.radix;
+    std::swap(from, to);
+  }
+  return from;
+}
+
+template <class R>
+void autosort_spec<R>::finish(const R* parts, core_int lines, C* output, core_int inner, core_int outer,
+                              core_int pitch, direction way) const {
+  const pass& p = passes[pass_count - 1];
+  const core_int k_pitch = outer == 1 ? inner : outer * pitch;
+  level_kernels<R>().autosort->lasts[way][p.index](parts, parts + pitch_of_parts(lines), output, inner, outer,
+                                                    pitch, k_pitch);
+}
+
+template <class R>
+void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction way) const {
+  if (length <= kStraightLengths) {
+    level_kernels<R>().unscaled[way][length](input, output, R{1});
+    return;
+  }
+  const pass& first = passes[0];
+  level_kernels<R>().autosort->line[way][first.index](input, work, work + pitch_of_parts(1), first.m,
+                                                       line_twiddles.get());
+  const core_int s = length / passes[pass_count - 1].radix;
+  finish(run_middle(work, 1), 1, output, s, 1, 0, way);
+}
+
+template <class R>
+void autosort_spec<R>::run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work,
+                                   direction way) const {
+  const auto& kernels = *level_kernels<R>().autosort;
+  if (length <= kStraightLengths) {
+    kernels.short_lines[way][length](input.data, input.pitch, output.data, output.pitch, lines);
+    return;
+  }
+  const pass& first = passes[0];
+  kernels.columns[way][first.index](input.data, input.pitch, lines, work, work + pitch_of_parts(lines), first.m,
+                                    first.twiddles.get());
+  const core_int outer = length / passes[pass_count - 1].radix;
+  const R* parts = run_middle(work, lines);
+  finish(parts, lines, output.data, lines, outer, output.pitch, way);
+}
+
+template <class R>
+bool long_spec<R>::make(core_int row_count, core_int column_count) {
+  rows = row_count;
+  columns = column_count;
+  const core_int n = rows * columns;
+  if (!of_rows.make(rows) || !of_columns.make(columns)) return false;
+  bases = make_table<C>(blocks_of_columns() * rows);
+  powers = make_table<C>(rows * kBlock);
+  if (bases == nullptr || powers == nullptr) return false;
+  for (core_int k = 0; k < rows; ++k) {
+    for (core_int l = 0; l < kBlock; ++l) {
+      powers[static_cast<size_t>(k * kBlock + l)] = narrowed<C>(unit_root(k * l % n, n));
+    }
+  }
+  for (core_int b = 0; b < blocks_of_columns(); ++b) {
+    for (core_int k = 0; k < rows; ++k) {
+      bases[static_cast<size_t>(b * rows + k)] = narrowed<C>(unit_root(b * kBlock * k % n, n));
+    }
+  }
+  return true;
+}
+
+template <class R>
+core_int long_spec<R>::work_reals() const {
+  return std::max(of_rows.work_reals(kBlock), of_columns.work_reals(kBlock)) + 2 * rows * kBlock;
+}
+
+template <class R>
+void long_spec<R>::first_half(const C* input, C* middle, core_int from, core_int to, R* work, direction way) const {
+  const auto& kernels = *level_kernels<R>().autosort;
+  C* lines = reinterpret_cast<C*>(work);
+  R* passes_work = work + 2 * rows * kBlock;
+  for (core_int b = from; b < to; ++b) {
+    const core_int first = b * kBlock, count = std::min(kBlock, columns - first);
+    of_rows.run_columns({input + first, columns}, {lines, count}, count, passes_work, way);
+    kernels.turn_and_deal_blocks[way](lines, rows, count, bases.get() + b * rows, powers.get(), middle, columns,
+                                      first);
+  }
+}
+
+template <class R>
+void long_spec<R>::second_half(const C* middle, C* output, core_int from, core_int to, R* work,
+                               direction way) const {
+  for (core_int b = from; b < to; ++b) {
+    const core_int first = b * kBlock, count = std::min(kBlock, rows - first);
+    of_columns.run_columns({middle + first * columns, count}, {output + first, rows}, count, work, way);
+  }
+}
+
+template struct autosort_spec<float>;
+template struct autosort_spec<double>;
+template struct long_spec<float>;
+template struct long_spec<double>;
+
+}  // namespace qel::fft

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Plans of the native levels: passes that sort as they go over one line or over lines side by side, and long
+// lines as rows times columns.
+#pragma once
+
+#include "fft/planning/native_plan.h"
+#include "fft/spec/level_kernels.h"
+#include "fft/spec/tables.h"
+
+namespace qel::fft {
+
+/// Elements at a pitch: element j of line l is data[j * pitch + l].
+template <class C>
+struct columns_of {
+  C* data;
+  core_int pitch;
+};
+
+template <class R>
+struct autosort_spec {
+  using C = complex_of<R>;
+  struct pass {
+    int radix;
+    int index;          ///< among the radices with passes of their own; below zero: any
+    core_int m;         ///< points left over when this pass is done
+    table<C> twiddles;  ///< radix - 1 of them for each p
+    table<C> roots;     ///< of a pass of any radix
+  };
+  int length;
+  int pass_count;
+  int largest_generic;
+  pass passes[32];
+  table<R> line_twiddles;  ///< of the first pass of a line
+
+  /// False if memory is out. A length of up to 16 needs no passes.
+  bool make(core_int n);
+  /// Reals of work for so many lines side by side.
+  core_int work_reals(core_int lines) const;
+  /// One line at unit stride, in place or out.
+  void run_line(const C* input, C* output, R* work, direction way) const;
+  /// Lines side by side, in place or out.
+  void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way) const;
+
+ private:
+  const R* run_middle(R* work, core_int lines) const;
+  core_int pitch_of_parts(core_int lines) const;
+  void finish(const R* parts, core_int lines, C* output, core_int inner, core_int outer, core_int pitch,
+              direction way) const;
+};
+
+/// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows. Between
+/// both halves blocks of eight k1 lie element by element, so that either half reads and writes whole cache lines.
+template <class R>
+struct long_spec {
+  using C = complex_of<R>;
+  static constexpr core_int kBlock = 8;
+  core_int rows, columns;
+  autosort_spec<R> of_rows;     ///< lines down the columns, of `rows` elements
+  autosort_spec<R> of_columns;  ///< lines along the rows
+  table<C> bases;               ///< w^(8 b k) for block b of columns, k < rows
+  table<C> powers;              ///< w^(k l), l < 8
+
+  bool make(core_int row_count, core_int column_count);
+  /// Reals of work of one thread in either half.
+  core_int work_reals() const;
+  core_int blocks_of_columns() const { return (columns + kBlock - 1) / kBlock; }
+  core_int blocks_of_rows() const { return (rows + kBlock - 1) / kBlock; }
+  /// Blocks from .. to of columns, into the middle array.
+  void first_half(const C* input, C* middle, core_int from, core_int to, R* work, direction way) const;
+  /// Blocks from .. to of rows, out of it.
+  void second_half(const C* middle, C* output, core_int from, core_int to, R* work, direction way) const;
+};
+
+}  // namespace qel::fft
