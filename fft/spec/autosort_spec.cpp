@@ -98,7 +98,7 @@ void autosort_spec<R>::finish(const R* parts, core_int lines, C* output, core_in
   const pass& p = passes[pass_count - 1];
   const core_int k_pitch = outer == 1 ? inner : outer * pitch;
   level_kernels<R>().autosort->lasts[way][p.index](parts, parts + pitch_of_parts(lines), output, inner, outer,
-                                                    pitch, k_pitch);
+                                                   pitch, k_pitch);
 }
 
 template <class R>
@@ -109,7 +109,7 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
   }
   const pass& first = passes[0];
   level_kernels<R>().autosort->line[way][first.index](input, work, work + pitch_of_parts(1), first.m,
-                                                       line_twiddles.get());
+                                                      line_twiddles.get());
   const core_int s = length / passes[pass_count - 1].radix;
   finish(run_middle(work, 1), 1, output, s, 1, 0, way);
 }
@@ -123,8 +123,8 @@ void autosort_spec<R>::run_columns(columns_of<const C> input, columns_of<C> outp
     return;
   }
   const pass& first = passes[0];
-  kernels.columns[way][first.index](input.data, input.pitch, lines, work, work + pitch_of_parts(lines), first.m,
-                                    first.twiddles.get());
+  kernels.columns[way][first.index](input.data, input.pitch, lines, work, work + pitch_of_parts(lines),
+                                    first.m, first.twiddles.get());
   const core_int outer = length / passes[pass_count - 1].radix;
   const R* parts = run_middle(work, lines);
   finish(parts, lines, output.data, lines, outer, output.pitch, way);
@@ -158,15 +158,16 @@ core_int long_spec<R>::work_reals() const {
 }
 
 template <class R>
-void long_spec<R>::first_half(const C* input, C* middle, core_int from, core_int to, R* work, direction way) const {
+void long_spec<R>::first_half(const C* input, C* middle, core_int from, core_int to, R* work,
+                              direction way) const {
   const auto& kernels = *level_kernels<R>().autosort;
   C* lines = reinterpret_cast<C*>(work);
   R* passes_work = work + 2 * rows * kBlock;
   for (core_int b = from; b < to; ++b) {
     const core_int first = b * kBlock, count = std::min(kBlock, columns - first);
     of_rows.run_columns({input + first, columns}, {lines, count}, count, passes_work, way);
-    kernels.turn_and_deal_blocks[way](lines, rows, count, bases.get() + b * rows, powers.get(), middle, columns,
-                                      first);
+    kernels.turn_and_deal_blocks[way](lines, rows, count, bases.get() + b * rows, powers.get(), middle,
+                                      columns, first);
   }
 }
 

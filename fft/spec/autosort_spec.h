@@ -39,7 +39,8 @@ struct autosort_spec {
   /// One line at unit stride, in place or out.
   void run_line(const C* input, C* output, R* work, direction way) const;
   /// Lines side by side, in place or out.
-  void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way) const;
+  void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work,
+                   direction way) const;
 
  private:
   const R* run_middle(R* work, core_int lines) const;
@@ -48,8 +49,9 @@ struct autosort_spec {
               direction way) const;
 };
 
-/// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows. Between
-/// both halves blocks of eight k1 lie element by element, so that either half reads and writes whole cache lines.
+/// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows.
+/// Between both halves blocks of eight k1 lie element by element, so that either half reads and writes whole
+/// cache lines.
 template <class R>
 struct long_spec {
   using C = complex_of<R>;

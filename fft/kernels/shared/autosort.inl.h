@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Passes that sort as they go: with m = points left / radix and s elements side by side, a pass takes
-// x[q + s (p + m j)] to y[q + s (radix p + k)] = exp(-2 pi i p k / (radix m)) sum_j x_j exp(-2 pi i j k / radix),
-// p < m, q < s. The first pass reads pairs and the last one writes pairs, backward with parts exchanged on both
-// ways; those between know one direction only.
+// x[q + s (p + m j)] to y[q + s (radix p + k)] = exp(-2 pi i p k / (radix m)) sum_j x_j exp(-2 pi i j k /
+// radix), p < m, q < s. The first pass reads pairs and the last one writes pairs, backward with parts
+// exchanged on both ways; those between know one direction only.
 #pragma once
 
 #include "fft/kernels/shared/planar_lanes.inl.h"
@@ -145,7 +145,9 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
         const core_int at = q + s * (n * p + k);
         V::store(to_re + at, to_im + at, value);
       };
-      const auto kept = [&](int j) { return V::load(work + 2 * j * V::kCount, work + (2 * j + 1) * V::kCount); };
+      const auto kept = [&](int j) {
+        return V::load(work + 2 * j * V::kCount, work + (2 * j + 1) * V::kCount);
+      };
       const reg_of<V> first = of(0);
       reg_of<V> zeroth = first;
       for (int j = 1; j <= half; ++j) {
@@ -171,7 +173,8 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
   }
 }
 
-/// m = 1. Elements q = inner index + inner count * outer index, of k at out + outer index * pitch + k * k_pitch.
+/// m = 1. Elements q = inner index + inner count * outer index, of k at out + outer index * pitch + k *
+/// k_pitch.
 template <class R, bool kBackward, int radix>
 void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, core_int outer, core_int pitch,
                core_int k_pitch) {
@@ -191,9 +194,9 @@ void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, c
   }
 }
 
-/// The end of the first half of a long line: block k0, of width w, of the result takes columns first .. first + count
-/// of lines that lie side by side, element (k, l) at k * count + l, times bases[k] powers[8 k + l], and keeps them at
-/// k0 columns + (first + l) w + k - k0.
+/// The end of the first half of a long line: block k0, of width w, of the result takes columns first .. first
+/// + count of lines that lie side by side, element (k, l) at k * count + l, times bases[k] powers[8 k + l],
+/// and keeps them at k0 columns + (first + l) w + k - k0.
 template <class R, bool kBackward>
 void turn_and_deal(const complex_type<R>* lines, core_int rows, core_int count, const complex_type<R>* bases,
                    const complex_type<R>* powers, complex_type<R>* result, core_int columns, core_int first) {

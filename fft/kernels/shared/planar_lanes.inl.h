@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Complex numbers as one register of real and one of imaginary parts: px<R, n> holds n of them. Lines lie as two
-// arrays of parts between passes, so that no pass but the first and the last moves parts between lanes.
+// Complex numbers as one register of real and one of imaginary parts: px<R, n> holds n of them. Lines lie as
+// two arrays of parts between passes, so that no pass but the first and the last moves parts between lanes.
 #pragma once
 
 #include "fft/kernels/shared/straight.inl.h"
