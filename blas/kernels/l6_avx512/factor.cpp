@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-#include "blas/kernels/kernel_prelude.h"
 #include "blas/kernels/factor_native.h"
+#include "blas/kernels/kernel_prelude.h"
 #include "blas/kernels/level3_native.h"
-#include "blas/kernels/native/factor.inl.h"
+#include "blas/kernels/native/rotations.inl.h"
 
 namespace qel::QEL_LEVEL {
 const factor_kernels<float> sfactor = factor_table<float>();

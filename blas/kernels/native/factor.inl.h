@@ -79,7 +79,9 @@ class lanes_from {
  public:
 #ifdef __AVX512F__
   explicit lanes_from(core_int first) : before_(V::first(static_cast<int>(first))) {}
-  __m512d choose(__m512d behind, __m512d before) const { return _mm512_mask_blend_pd(before_, behind, before); }
+  __m512d choose(__m512d behind, __m512d before) const {
+    return _mm512_mask_blend_pd(before_, behind, before);
+  }
   __m512 choose(__m512 behind, __m512 before) const { return _mm512_mask_blend_ps(before_, behind, before); }
 
  private:
@@ -116,16 +118,18 @@ template <class R, class Step>
     if (there >= V::kLanes) {
       step(i, load, [own](R* p, reg v, reg old) { V::store(p, own.choose(v, old)); });
     } else {
-      step(i, [there](const R* p) { return V::load_part(p, there); },
-           [own, there](R* p, reg v, reg old) { V::store_part(p, there, own.choose(v, old)); });
+      step(
+          i, [there](const R* p) { return V::load_part(p, there); },
+          [own, there](R* p, reg v, reg old) { V::store_part(p, there, own.choose(v, old)); });
     }
     i += V::kLanes;
   }
   for (; i + V::kLanes <= end; i += V::kLanes) step(i, load, store);
   if (i >= end) return;
   const int left = static_cast<int>(end - i);
-  step(i, [left](const R* p) { return V::load_part(p, left); },
-       [left](R* p, reg v, reg) { V::store_part(p, left, v); });
+  step(
+      i, [left](const R* p) { return V::load_part(p, left); },
+      [left](R* p, reg v, reg) { V::store_part(p, left, v); });
 }
 
 /// Rows begin .. end - 1 of kColumns columns from c on get factors[j] times those of l added.
@@ -266,7 +270,8 @@ core_int factor_lower(core_int n, core_int end, T* l) {
     column[j] = P::from(root);
     for (core_int c = j + 1; c < n; c += 4) {
       const core_int columns = n - c < 4 ? n - c : 4;
-      add_multiples(c / kLanes * kLanes, end, column, columns, l + c * kFactorColumns, core_int{kFactorColumns},
+      add_multiples(c / kLanes * kLanes, end, column, columns, l + c * kFactorColumns,
+                    core_int{kFactorColumns},
                     [&](core_int k) { return negative(P::conjugate(column[c + k])); });
     }
   }
@@ -299,11 +304,6 @@ core_int cholesky(bool upper, core_int n, T* a, core_int lda) {
     }
   }
   return minor;
-}
-
-template <class T>
-constexpr factor_kernels<T> factor_table() {
-  return {lu_panel<T>, cholesky<T>};
 }
 
 }  // namespace
