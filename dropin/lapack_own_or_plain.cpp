@@ -5,6 +5,7 @@
 #include "lapack/factor/elements.h"
 #include "lapack/factor/gbtrf.h"
 #include "lapack/orthogonal/qr.h"
+#include "lapack/spectral/rotations.h"
 #include "lapack/spectral/slices.h"
 #include "service/complex_arithmetic.h"
 #include "service/serv.h"

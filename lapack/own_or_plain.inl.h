@@ -7,6 +7,7 @@
 #include "lapack/factor/elements.h"
 #include "lapack/factor/gbtrf.h"
 #include "lapack/orthogonal/qr.h"
+#include "lapack/spectral/rotations.h"
 #include "lapack/spectral/slices.h"
 #include "service/complex_arithmetic.h"
 #include "service/serv.h"
@@ -66,6 +67,17 @@ void gbtrf_or(core_int m, core_int n, core_int kl, core_int ku, T* ab, core_int 
 
 constexpr bool is_one_of(char letter, char first, char second) {
   return blas::letter_is(letter, first) || blas::letter_is(letter, second);
+}
+
+template <class T, class Plain>
+void lasr_or(char side, char pivot, char direct, core_int m, core_int n, const real_of<T>* c,
+             const real_of<T>* s, T* a, core_int lda, const Plain& call_plain) {
+  const bool good = is_one_of(side, 'L', 'R') && blas::letter_is(pivot, 'V') && is_one_of(direct, 'F', 'B') &&
+                    m > 0 && n > 0 && lda >= m;
+  if (!good ||
+      !rotate_neighbours(blas::letter_is(side, 'L'), blas::letter_is(direct, 'F'), m, n, c, s, a, lda)) {
+    call_plain();
+  }
 }
 
 }  // namespace
@@ -152,6 +164,18 @@ QEL_ALL(qel::complex16, z, unmqr)
       plain(0, *m, work, iwork, ifail, info);                                                                \
     }                                                                                                        \
   }
+#define QEL_ROTATIONS(T, R, s)                                                                   \
+  QEL_OWN_OR_PLAIN(                                                                              \
+      s##lasr,                                                                                   \
+      (QEL_LETTER side, QEL_LETTER pivot, QEL_LETTER direct, QEL_SIZE m, QEL_SIZE n, const R* c, \
+       const R* sines, T* a, QEL_SIZE lda, size_t length1, size_t length2, size_t length3),      \
+      (side, pivot, direct, m, n, c, sines, a, lda, length1, length2, length3),                  \
+      lasr_or(*side, *pivot, *direct, *m, *n, c, sines, a, *lda, plain))
+QEL_ROTATIONS(float, float, s)
+QEL_ROTATIONS(double, double, d)
+QEL_ROTATIONS(qel::complex8, float, c)
+QEL_ROTATIONS(qel::complex16, double, z)
+
 QEL_VECTORS(float, float, s, opmtr, 'T')
 QEL_VECTORS(double, double, d, opmtr, 'T')
 QEL_VECTORS(qel::complex8, float, c, upmtr, 'C')

@@ -17,7 +17,7 @@ ALLOWED = {
     "service": {"service"} | PUBLIC,
     "blas": {"blas", "blas/kernels", "service"},
     "blas/kernels": {"blas/kernels", "service/core_types.h"},
-    "lapack": {"lapack", "blas", "service"},
+    "lapack": {"lapack", "blas", "blas/kernels/factor_native.h", "service"},
     "sparse": {"sparse", "sparse/kernels", "blas", "lapack", "service"},
     "sparse/kernels": {"sparse/kernels", "service/core_types.h"},
     "conv": {"conv", "conv/kernels", "fft", "blas", "service"},

@@ -6,6 +6,7 @@
 
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
+#include "lapack/factor/native_kernels.h"
 #include "lapack/four_types.h"
 
 namespace qel::lapack {
@@ -54,8 +55,13 @@ core_int factor_turned(core_int n, T* a, core_int lda) {
 
 template <class T>
 core_int factor_cholesky(bool upper, core_int n, T* a, core_int lda) {
-  if (upper && n <= kTurned) return factor_turned(n, a, lda);
-  if (n <= kNarrow) return factor_narrow(n, a, lda);
+  if (const factor_kernels<T>* native = native_factor_kernels<T>()) {
+    if (n <= kFactorColumns) return native->cholesky(upper, n, a, lda);
+  } else if (upper && n <= kTurned) {
+    return factor_turned(n, a, lda);
+  } else if (n <= kNarrow) {
+    return factor_narrow(n, a, lda);
+  }
   const core_int half = (n / 2 + 7) / 8 * 8, rest = n - half;
   if (const core_int minor = factor_cholesky(upper, half, a, lda)) return minor;
   T *const beside = upper ? a + half * lda : a + half, *const below = a + half * (lda + 1);

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "lapack/factor/core_blas.h"
+#include "lapack/factor/native_kernels.h"
 #include "lapack/factor/row_swaps.h"
 #include "lapack/four_types.h"
 
@@ -14,6 +15,13 @@ namespace {
 
 /// Columns that are worked on one by one.
 constexpr core_int kNarrow = 8;
+
+/// The same with native kernels: more while the panel stays in the first cache.
+template <class T>
+core_int native_columns(core_int rows) {
+  constexpr core_int kCache = 16384 / static_cast<core_int>(sizeof(T));
+  return rows * kFactorColumns <= kCache ? kFactorColumns : kNarrow;
+}
 
 template <class T>
 void divide_column(core_int rows, T pivot, T* column) {
@@ -50,10 +58,14 @@ core_int factor_narrow(core_int m, core_int n, T* a, core_int lda, core_int* piv
 template <class T>
 core_int factor_lu(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
   const core_int order = std::min(m, n);
-  if (n <= kNarrow || m == 1) return factor_narrow(m, n, a, lda, pivots);
+  if (const factor_kernels<T>* native = native_factor_kernels<T>()) {
+    if (n <= native_columns<T>(m)) return native->lu(m, n, a, lda, pivots);
+  } else if (n <= kNarrow || m == 1) {
+    return factor_narrow(m, n, a, lda, pivots);
+  }
   // Whole narrow panels to the left, so that the recursion ends in them.
-  const core_int left =
-      n > m && m > kNarrow ? m : (std::min(order, n - 1) / 2 + kNarrow - 1) / kNarrow * kNarrow;
+  const core_int half = (std::min(order, n - 1) / 2 + kNarrow - 1) / kNarrow * kNarrow;
+  const core_int left = n > m && m > kNarrow ? m : std::max(half, kNarrow);
   const core_int width = std::min(left, order), right = n - left;
   T* const beside = a + left * lda;
   const core_int zero_left = factor_lu(m, left, a, lda, pivots);

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What a native level offers to factorisations: narrow panels, small matrices, and waves of plane
+// rotations.
+// One table per element type and level.
+#pragma once
+
+#include "service/core_types.h"
+
+namespace qel {
+
+/// Most columns of an LU panel, most rows of a Cholesky triangle.
+inline constexpr int kFactorColumns = 32;
+
+template <class T>
+struct real_of_pair {
+  using type = T;
+};
+template <>
+struct real_of_pair<complex8> {
+  using type = float;
+};
+template <>
+struct real_of_pair<complex16> {
+  using type = double;
+};
+
+template <class T>
+struct factor_kernels {
+  using R = typename real_of_pair<T>::type;
+
+  /// A = P L U, m x n, n at most kFactorColumns; returns the number of the first zero pivot, 0 if there is
+  /// none.
+  core_int (*lu)(core_int m, core_int n, T* a, core_int lda, core_int* pivots);
+  /// A = U**H U (upper) or L L**H, one triangle of order n, at most kFactorColumns; returns the order of the
+  /// first leading minor that is not positive, 0 if all are.
+  core_int (*cholesky)(bool upper, core_int n, T* a, core_int lda);
+  /// Rotates neighbouring columns of A, m x n with at least two of them, or its rows (left), by pairs from
+  /// the first on or from the last back: (x, y) becomes (c x + s y, c y - s x).
+  void (*rotate)(bool left, bool forward, core_int m, core_int n, const R* cosines, const R* sines, T* a,
+                 core_int lda);
+};
+
+namespace l5_avx2 {
+extern const factor_kernels<float> sfactor;
+extern const factor_kernels<double> dfactor;
+extern const factor_kernels<complex8> cfactor;
+extern const factor_kernels<complex16> zfactor;
+}  // namespace l5_avx2
+
+namespace l6_avx512 {
+extern const factor_kernels<float> sfactor;
+extern const factor_kernels<double> dfactor;
+extern const factor_kernels<complex8> cfactor;
+extern const factor_kernels<complex16> zfactor;
+}  // namespace l6_avx512
+
+}  // namespace qel

@@ -1,0 +1,310 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Narrow panels of factorisations, column by column: each finished column is taken from the columns behind it
+// a few at a time, vectors of rows at once.
+#pragma once
+
+#include "blas/kernels/native/triangle.inl.h"
+#include "blas/kernels/shared/lanes.inl.h"
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+inline float root_of(float v) { return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(v))); }
+inline double root_of(double v) { return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(v))); }
+
+inline core_int place_of_largest(core_int n, const float* x) {
+  const core_int one = 1;
+  return l5_avx2::isamax(&n, x, &one);
+}
+inline core_int place_of_largest(core_int n, const double* x) {
+  const core_int one = 1;
+  return l5_avx2::idamax(&n, x, &one);
+}
+inline core_int place_of_largest(core_int n, const complex8* x) {
+  const core_int one = 1;
+  return l5_avx2::icamax(&n, x, &one);
+}
+inline core_int place_of_largest(core_int n, const complex16* x) {
+  const core_int one = 1;
+  return l5_avx2::izamax(&n, x, &one);
+}
+
+template <class T>
+struct pivots_of {
+  using R = typename reals<T>::type;
+  static R magnitude(R v) { return v < 0 ? -v : v; }
+  static R size(T v) {
+    if constexpr (reals<T>::kCount == 1) {
+      return magnitude(v);
+    } else {
+      return magnitude(v.real) + magnitude(v.imag);
+    }
+  }
+  static T one() {
+    if constexpr (reals<T>::kCount == 1) {
+      return 1;
+    } else {
+      return {1, 0};
+    }
+  }
+  static R real(T v) {
+    if constexpr (reals<T>::kCount == 1) {
+      return v;
+    } else {
+      return v.real;
+    }
+  }
+  static T from(R v) {
+    if constexpr (reals<T>::kCount == 1) {
+      return v;
+    } else {
+      return {v, 0};
+    }
+  }
+  static T conjugate(T v) {
+    if constexpr (reals<T>::kCount == 1) {
+      return v;
+    } else {
+      return {v.real, -v.imag};
+    }
+  }
+};
+
+/// Lanes from `first` on of one vector, the lanes before of another.
+template <class R>
+class lanes_from {
+  using V = vec<R>;
+  using reg = typename V::reg;
+
+ public:
+#ifdef __AVX512F__
+  explicit lanes_from(core_int first) : before_(V::first(static_cast<int>(first))) {}
+  __m512d choose(__m512d behind, __m512d before) const {
+    return _mm512_mask_blend_pd(before_, behind, before);
+  }
+  __m512 choose(__m512 behind, __m512 before) const { return _mm512_mask_blend_ps(before_, behind, before); }
+
+ private:
+  decltype(V::first(0)) before_;
+#else
+  explicit lanes_from(core_int first)
+      : before_(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(
+            kLaneMask + 8 - first * static_cast<core_int>(sizeof(R) / sizeof(int))))) {}
+  __m256d choose(__m256d behind, __m256d before) const {
+    return _mm256_blendv_pd(behind, before, _mm256_castsi256_pd(before_));
+  }
+  __m256 choose(__m256 behind, __m256 before) const {
+    return _mm256_blendv_ps(behind, before, _mm256_castsi256_ps(before_));
+  }
+
+ private:
+  __m256i before_;
+#endif
+};
+
+/// Calls step(i, load, store) for the vectors that cover reals begin .. end - 1 of a column. Vectors stand at
+/// multiples of their length from the column's top, so that a step finds whole what the step before wrote;
+/// store(p, v, old) leaves `old` before begin.
+template <class R, class Step>
+[[gnu::always_inline]] inline void over_rows(core_int begin, core_int end, const Step& step) {
+  using V = vec<R>;
+  using reg = typename V::reg;
+  const auto load = [](const R* p) { return V::load(p); };
+  const auto store = [](R* p, reg v, reg) { V::store(p, v); };
+  core_int i = begin / V::kLanes * V::kLanes;
+  if (begin > i) {
+    const lanes_from<R> own(begin - i);
+    const int there = static_cast<int>(end - i);
+    if (there >= V::kLanes) {
+      step(i, load, [own](R* p, reg v, reg old) { V::store(p, own.choose(v, old)); });
+    } else {
+      step(
+          i, [there](const R* p) { return V::load_part(p, there); },
+          [own, there](R* p, reg v, reg old) { V::store_part(p, there, own.choose(v, old)); });
+    }
+    i += V::kLanes;
+  }
+  for (; i + V::kLanes <= end; i += V::kLanes) step(i, load, store);
+  if (i >= end) return;
+  const int left = static_cast<int>(end - i);
+  step(
+      i, [left](const R* p) { return V::load_part(p, left); },
+      [left](R* p, reg v, reg) { V::store_part(p, left, v); });
+}
+
+/// Rows begin .. end - 1 of kColumns columns from c on get factors[j] times those of l added.
+template <int kColumns, class T>
+inline void add_multiples(core_int begin, core_int end, const T* l, const T* factors, T* c, core_int ldc) {
+  using R = typename reals<T>::type;
+  constexpr int kParts = reals<T>::kCount;
+  const R* const from = reinterpret_cast<const R*>(l);
+  R* const to = reinterpret_cast<R*>(c);
+  const core_int step = ldc * kParts;
+  over_rows<R>(begin * kParts, end * kParts, [&](core_int i, const auto& load, const auto& store) {
+    const typename vec<R>::reg v = load(from + i);
+#pragma GCC unroll 4
+    for (int j = 0; j < kColumns; ++j) {
+      R* const at = to + i + j * step;
+      const typename vec<R>::reg old = load(at);
+      store(at, finish<T>::add_multiple(factors[j], v, old), old);
+    }
+  });
+}
+/// All columns from c on, each with its element of a row of factors, turned by `factor`.
+template <class T, class Factor>
+inline void add_multiples(core_int begin, core_int end, const T* l, core_int columns, T* c, core_int ldc,
+                          const Factor& factor) {
+  T factors[4];
+  core_int j = 0;
+  for (; j + 4 <= columns; j += 4) {
+    for (int k = 0; k < 4; ++k) factors[k] = factor(j + k);
+    add_multiples<4>(begin, end, l, factors, c + j * ldc, ldc);
+  }
+  for (int k = 0; k < columns - j; ++k) factors[k] = factor(j + k);
+  if (columns - j == 3) add_multiples<3>(begin, end, l, factors, c + j * ldc, ldc);
+  if (columns - j == 2) add_multiples<2>(begin, end, l, factors, c + j * ldc, ldc);
+  if (columns - j == 1) add_multiples<1>(begin, end, l, factors, c + j * ldc, ldc);
+}
+template <class T>
+inline void scale_rows(core_int begin, core_int end, T factor, T* x) {
+  using R = typename reals<T>::type;
+  constexpr int kParts = reals<T>::kCount;
+  R* const at = reinterpret_cast<R*>(x);
+  over_rows<R>(begin * kParts, end * kParts, [&](core_int i, const auto& load, const auto& store) {
+    const typename vec<R>::reg old = load(at + i);
+    store(at + i, finish<T>::multiple(factor, old), old);
+  });
+}
+
+template <class T>
+inline void divide_rows(core_int begin, core_int end, T pivot, T* x) {
+  using P = pivots_of<T>;
+  // The smallest normal number: below it the reciprocal overflows.
+  constexpr auto kSmallest = static_cast<typename P::R>(sizeof(typename P::R) == 4 ? 0x1p-126 : 0x1p-1022);
+  if (P::size(pivot) >= kSmallest) return scale_rows(begin, end, divided(P::one(), pivot), x);
+  for (core_int i = begin; i < end; ++i) set_element(x + i, divided(element_at(x + i), pivot));
+}
+
+/// The m rows of a panel; vectors go on to row `end`.
+template <class T>
+core_int factor_columns(core_int m, core_int end, core_int n, T* a, core_int lda, core_int* pivots) {
+  core_int first_zero = 0;
+  const core_int order = m < n ? m : n;
+  for (core_int j = 0; j < order; ++j) {
+    T* const column = a + j * lda;
+    const core_int pivot = j + place_of_largest(m - j, column + j) - 1;
+    pivots[j] = pivot + 1;
+    const T value = element_at(column + pivot);
+    if (pivots_of<T>::size(value) == 0) {
+      if (first_zero == 0) first_zero = j + 1;
+      continue;
+    }
+    if (pivot != j) {
+      T *x = a + j, *y = a + pivot;
+      for (core_int c = 0; c < n; ++c, x += lda, y += lda) {
+        const T kept = element_at(x);
+        set_element(x, element_at(y));
+        set_element(y, kept);
+      }
+    }
+    if (j + 1 == m) break;
+    divide_rows(j + 1, end, value, column);
+    const T* const row = a + j + (j + 1) * lda;
+    add_multiples(j + 1, end, column, n - j - 1, column + lda, lda,
+                  [&](core_int c) { return negative(element_at(row + c * lda)); });
+  }
+  return first_zero;
+}
+
+/// Whole vectors from one column to another.
+template <class T>
+inline void move_column(core_int rows, const T* from, T* to, bool to_buffer) {
+  using R = typename reals<T>::type;
+  using V = vec<R>;
+  const R* const x = reinterpret_cast<const R*>(from);
+  R* const y = reinterpret_cast<R*>(to);
+  const core_int count = rows * reals<T>::kCount;
+  core_int i = 0;
+  for (; i + V::kLanes <= count; i += V::kLanes) V::store(y + i, V::load(x + i));
+  if (i == count) return;
+  const int left = static_cast<int>(count - i);
+  if (to_buffer) {
+    V::store(y + i, V::load_part(x + i, left));  // with zeros behind
+  } else {
+    V::store_part(y + i, left, V::load(x + i));
+  }
+}
+
+/// Bytes of a panel that is worked on in a copy whose columns are whole vectors.
+constexpr int kCopyBytes = 8192;
+
+template <class T>
+core_int lu_panel(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
+  constexpr core_int kLanes = tile_shape<T>::kLanes;
+  const core_int rows = (m + kLanes - 1) / kLanes * kLanes;
+  if (rows * n * static_cast<core_int>(sizeof(T)) > kCopyBytes) {
+    return factor_columns(m, m, n, a, lda, pivots);
+  }
+  alignas(64) T copy[kCopyBytes / sizeof(T)];
+  for (core_int j = 0; j < n; ++j) move_column(m, a + j * lda, copy + j * rows, true);
+  const core_int first_zero = factor_columns(m, rows, n, copy, rows, pivots);
+  for (core_int j = 0; j < n; ++j) move_column(m, copy + j * rows, a + j * lda, false);
+  return first_zero;
+}
+
+/// The columns of L in a square of kFactorColumns; what stands above its diagonal means nothing.
+template <class T>
+core_int factor_lower(core_int n, core_int end, T* l) {
+  using P = pivots_of<T>;
+  using R = typename P::R;
+  constexpr core_int kLanes = tile_shape<T>::kLanes;
+  for (core_int j = 0; j < n; ++j) {
+    T* const column = l + j * kFactorColumns;
+    const R pivot = P::real(column[j]);
+    column[j] = P::from(pivot);
+    if (!(pivot > 0)) return j + 1;  // nor is a NaN
+    // Root and reciprocal side by side; the reciprocal of a very small pivot would overflow.
+    const R root = root_of(pivot), reciprocal = pivot > R(1e-30) ? 1 / pivot * root : 1 / root;
+    const core_int top = j / kLanes * kLanes;
+    scale_rows(top, end, P::from(reciprocal), column);
+    column[j] = P::from(root);
+    for (core_int c = j + 1; c < n; c += 4) {
+      const core_int columns = n - c < 4 ? n - c : 4;
+      add_multiples(c / kLanes * kLanes, end, column, columns, l + c * kFactorColumns,
+                    core_int{kFactorColumns},
+                    [&](core_int k) { return negative(P::conjugate(column[c + k])); });
+    }
+  }
+  return 0;
+}
+
+template <class T>
+core_int cholesky(bool upper, core_int n, T* a, core_int lda) {
+  using P = pivots_of<T>;
+  constexpr core_int kLanes = tile_shape<T>::kLanes;
+  const core_int end = (n + kLanes - 1) / kLanes * kLanes;
+  alignas(64) T l[kFactorColumns * kFactorColumns + kLanes];
+  for (core_int j = 0; j < n; ++j) {
+    T* const column = l + j * kFactorColumns;
+    for (core_int i = j / kLanes * kLanes; i < j; ++i) column[i] = T{};
+    if (upper) {
+      for (core_int i = j; i < n; ++i) column[i] = P::conjugate(element_at(a + j + i * lda));
+      for (core_int i = n; i < end; ++i) column[i] = T{};
+    } else {
+      move_column(n - j, a + j * (lda + 1), column + j, true);
+    }
+  }
+  const core_int minor = factor_lower(n, end, l);
+  for (core_int j = 0; j < n; ++j) {
+    const T* const column = l + j * kFactorColumns;
+    if (upper) {
+      for (core_int i = j; i < n; ++i) set_element(a + j + i * lda, P::conjugate(column[i]));
+    } else {
+      move_column(n - j, column + j, a + j * (lda + 1), false);
+    }
+  }
+  return minor;
+}
+
+}  // namespace
+}  // namespace qel::QEL_LEVEL
