@@ -26,11 +26,11 @@ struct fft_case {
   int count = 1;
   bool interleaved = false;
 
-  double elements() const { return std::accumulate(lengths.begin(), lengths.end(), 1.0, std::multiplies<>()); }
-  double flops() const { return (real ? 2.5 : 5.0) * elements() * std::log2(elements()) * count; }
-  std::size_t reals_of_input() const {
-    return static_cast<std::size_t>(elements() * count) * (real ? 1 : 2);
+  double elements() const {
+    return std::accumulate(lengths.begin(), lengths.end(), 1.0, std::multiplies<>());
   }
+  double flops() const { return (real ? 2.5 : 5.0) * elements() * std::log2(elements()) * count; }
+  std::size_t reals_of_input() const { return static_cast<std::size_t>(elements() * count) * (real ? 1 : 2); }
   std::size_t reals_of_output() const {
     if (!real) return reals_of_input();
     return static_cast<std::size_t>(elements() / lengths.back() * (lengths.back() / 2 + 1) * count) * 2;
@@ -99,9 +99,10 @@ DFTI_DESCRIPTOR_HANDLE make_descriptor(const qel_entries& qel, const fft_case& c
 template <class R>
 struct fftw_entries {
   using complex_plan = void*(int rank, const int* n, int howmany, R* in, const int* inembed, int istride,
-                             int idist, R* out, const int* onembed, int ostride, int odist, int sign, unsigned flags);
-  using real_plan = void*(int rank, const int* n, int howmany, R* in, const int* inembed, int istride, int idist,
-                          R* out, const int* onembed, int ostride, int odist, unsigned flags);
+                             int idist, R* out, const int* onembed, int ostride, int odist, int sign,
+                             unsigned flags);
+  using real_plan = void*(int rank, const int* n, int howmany, R* in, const int* inembed, int istride,
+                          int idist, R* out, const int* onembed, int ostride, int odist, unsigned flags);
   complex_plan* plan_complex;
   real_plan* plan_real;
   void (*execute)(void*);
@@ -121,16 +122,17 @@ void* make_plan(const fftw_entries<R>& fftw, const fft_case& c, R* in, R* out, u
   const int in_distance = c.interleaved ? 1 : static_cast<int>(c.elements());
   const int out_distance = c.interleaved ? 1 : static_cast<int>(c.reals_of_output() / 2) / c.count;
   if (c.real) {
-    return fftw.plan_real(rank, c.lengths.data(), c.count, in, nullptr, stride, in_distance, out, nullptr, stride,
-                          out_distance, flags);
+    return fftw.plan_real(rank, c.lengths.data(), c.count, in, nullptr, stride, in_distance, out, nullptr,
+                          stride, out_distance, flags);
   }
-  return fftw.plan_complex(rank, c.lengths.data(), c.count, in, nullptr, stride, in_distance, out, nullptr, stride,
-                           out_distance, -1, flags);
+  return fftw.plan_complex(rank, c.lengths.data(), c.count, in, nullptr, stride, in_distance, out, nullptr,
+                           stride, out_distance, -1, flags);
 }
 
 template <class Body>
 void add(const std::string& name, const std::string& contender_name, const fft_case& c, Body body) {
-  benchmark::RegisterBenchmark(fmt::format("{}/{}", name, contender_name).c_str(), [=](benchmark::State& state) {
+  benchmark::RegisterBenchmark(fmt::format("{}/{}", name, contender_name).c_str(), [=](benchmark::State&
+                                                                                           state) {
     body(state);
     state.counters["flop/s"] = benchmark::Counter(c.flops(), benchmark::Counter::kIsIterationInvariantRate);
   })->UseRealTime();
@@ -182,10 +184,12 @@ template <class R>
 void register_precision() {
   for (int n = 2; n <= 64; ++n) compare_case<R>({{n}}, "small");
   for (int order = 7; order <= 22; ++order) compare_case<R>({{1 << order}}, "pow2");
-  for (const int n : {96, 100, 120, 144, 180, 240, 243, 360, 480, 500, 625, 720, 840, 1000, 1280, 1920, 2187, 2520,
-                      3125, 3600, 5040, 7200, 10000, 16807, 30030, 46080, 65520, 100000, 250000, 1000000})
+  for (const int n :
+       {96,   100,  120,  144,  180,  240,  243,  360,   480,   500,   625,   720,   840,    1000,   1280,
+        1920, 2187, 2520, 3125, 3600, 5040, 7200, 10000, 16807, 30030, 46080, 65520, 100000, 250000, 1000000})
     compare_case<R>({{n}}, "smooth");
-  for (const int n : {67, 97, 101, 127, 151, 211, 257, 401, 509, 1009, 2003, 4001, 10007, 65537, 100003, 1000003})
+  for (const int n :
+       {67, 97, 101, 127, 151, 211, 257, 401, 509, 1009, 2003, 4001, 10007, 65537, 100003, 1000003})
     compare_case<R>({{n}}, "prime");
   for (int order = 4; order <= 20; order += 2) compare_case<R>({{1 << order}, true}, "rpow2");
   for (const int n : {60, 100, 360, 1000, 1920, 5040, 10000, 100000}) compare_case<R>({{n}, true}, "rsmooth");

@@ -7,10 +7,6 @@
 namespace qel::fft {
 namespace {
 
-node_kernel* kernel_of(const dfti_node& node, direction way) {
-  return way == kForward ? node.node_forward : node.node_backward;
-}
-
 pass_shape shape_of(const dfti_node* first) {
   pass_shape shape{};
   shape.dimension = first->dimension;
@@ -33,7 +29,7 @@ core_int width_of(const dfti_node* first) {
 }
 template <class R>
 size_t buffer_bytes(const dfti_node* first) {
-  return static_cast<size_t>(width_of(first) * first->max_length) * sizeof(complex_of<R>);
+  return line_buffer_bytes<R>(first->max_length, width_of(first));
 }
 
 /// Transforms that lie side by side, each element's neighbours being those of the other transforms.
@@ -53,8 +49,8 @@ int run_pass(const dfti_node* first, const pass_shape& shape, int k, const pass_
   node_kernel* kernel = kernel_of(first[k], way);
   if (kernel == nullptr) return DFTI_INVALID_CONFIGURATION;
   if (k > 0) {
-    return run_strided_pass<R>(on_output(shape), k, range, out, out, width_of(first), first + k, kernel,
-                               buffer, work);
+    return run_strided_pass<R>(on_output(shape), k, range, out, out, width_of(first), first + k, way, buffer,
+                               work);
   }
   using C = complex_of<R>;
   const core_int n = first->length;
@@ -76,7 +72,7 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
   if (blocks && buffer.as<C>() == nullptr) return DFTI_MEMORY_ERROR;
   if (lie_interleaved(first)) {
     return run_lines<R>({in, first->input_stride, 1}, {out, first->output_stride, 1}, transforms,
-                        kWidestBlock, first, kernel, buffer.as<C>(), work);
+                        kWidestBlock, first, way, buffer.as<C>(), work);
   }
   const pass_shape shape = shape_of(first);
   int status = DFTI_NO_ERROR;

@@ -11,8 +11,8 @@
 namespace qel::fft {
 namespace {
 
-constexpr core_int kLongestPrimeLine = 64;   ///< primes beyond are faster as convolutions
-constexpr core_int kLongestLine = 1 << 13;   ///< beyond, rows times columns keep the work in cache
+constexpr core_int kLongestPrimeLine = 64;  ///< primes beyond are faster as convolutions
+constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestOddLine = 1 << 25;
 
 void add(autosort_plan& plan, int radix, int times = 1) {
@@ -25,7 +25,8 @@ int take_out(core_int& left, int divisor) {
   return times;
 }
 
-/// Two factors of length, as near to each other as can be, the larger one a multiple of 8 if it can; rows 1: none.
+/// Two factors of length, as near to each other as can be, the larger one a multiple of 8 if it can; rows 1:
+/// none.
 native_plan split_long(core_int length) {
   core_int best = 1;
   for (core_int rows = 2; rows * rows <= length; ++rows) {
@@ -40,7 +41,8 @@ native_plan split_long(core_int length) {
 }  // namespace
 
 bool has_autosort_pass(int radix) {
-  return std::find(std::begin(kAutosortRadices), std::end(kAutosortRadices), radix) != std::end(kAutosortRadices);
+  return std::find(std::begin(kAutosortRadices), std::end(kAutosortRadices), radix) !=
+         std::end(kAutosortRadices);
 }
 
 autosort_plan plan_autosort(core_int length) {
