@@ -44,6 +44,15 @@ struct solve_options {
 /// Solves A X = B and reports sizes, times and the normwise backward error.
 int run_solve(const solve_options& options);
 
+// check.cpp
+struct check_options {
+  std::string matrix;  ///< Matrix Market file
+  bool json = false;
+};
+/// Tells how a sparse matrix is built and what is unusual: rows out of order, double entries, a diagonal with
+/// gaps.
+int run_check(const check_options& options);
+
 // explain_level1.cpp
 struct explain_level1_options {
   std::string routine;  ///< "ddot", "idamax" ...

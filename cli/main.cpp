@@ -62,6 +62,11 @@ int run(int argc, char** argv) {
   solve_command->add_option("-o,--output", solve.output, "Write the solution there, Matrix Market array");
   solve_command->add_flag("--json", solve.json, "Print JSON");
 
+  check_options check;
+  CLI::App* check_command = app.add_subcommand("check", "Look over the structure of a sparse matrix");
+  check_command->add_option("A", check.matrix, "Matrix Market file (.mtx, .mtx.gz)")->required();
+  check_command->add_flag("--json", check.json, "Print JSON");
+
   explain_level1_options level1;
   CLI::App* level1_command = explain_command->add_subcommand("level1", "Threads of a vector operation");
   level1_command->add_option("routine", level1.routine, "Name, e.g. ddot")->required();
@@ -81,6 +86,7 @@ int run(int argc, char** argv) {
   }
   if (!right_hand_file.empty()) solve.right_hand_side = right_hand_file;
   if (*info_command) return run_info(info);
+  if (*check_command) return run_check(check);
   if (*level1_command) return run_explain_level1(level1);
   return *explain_command ? run_explain(explain) : run_solve(solve);
 }

@@ -111,6 +111,9 @@ int ssptri(const char* uplo, const int* n, float* ap, const int* ipiv, float* wo
 int dsptri(const char* uplo, const int* n, double* ap, const int* ipiv, double* work, int* info) {
   return call_info(__func__, core::qel_core_dsptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
+int csptri(const char* uplo, const int* n, complex8* ap, const int* ipiv, complex8* work, int* info) {
+  return call_info(__func__, core::qel_core_csptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
+}
 int zsptri(const char* uplo, const int* n, complex16* ap, const int* ipiv, complex16* work, int* info) {
   return call_info(__func__, core::qel_core_zsptri_, info, uplo, n, ap, in_ints(ipiv, *n), work);
 }
@@ -124,6 +127,11 @@ int dspcon(const char* uplo, const int* n, const double* ap, const int* ipiv, co
            double* rcond, double* work, int*, int* info) {
   return call_info(__func__, core::qel_core_dspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond, work,
                    work_ints(*n));
+}
+int cspcon(const char* uplo, const int* n, const complex8* ap, const int* ipiv, const float* anorm,
+           float* rcond, complex8* work, int* info) {
+  return call_info(__func__, core::qel_core_cspcon_, info, uplo, n, ap, in_ints(ipiv, *n), anorm, rcond,
+                   work);
 }
 int zspcon(const char* uplo, const int* n, const complex16* ap, const int* ipiv, const double* anorm,
            double* rcond, complex16* work, int* info) {
@@ -264,9 +272,11 @@ QEL_API decltype(csptrs) csptrs_ __attribute__((alias("csptrs")));
 QEL_API decltype(zsptrs) zsptrs_ __attribute__((alias("zsptrs")));
 QEL_API decltype(ssptri) ssptri_ __attribute__((alias("ssptri")));
 QEL_API decltype(dsptri) dsptri_ __attribute__((alias("dsptri")));
+QEL_API decltype(csptri) csptri_ __attribute__((alias("csptri")));
 QEL_API decltype(zsptri) zsptri_ __attribute__((alias("zsptri")));
 QEL_API decltype(sspcon) sspcon_ __attribute__((alias("sspcon")));
 QEL_API decltype(dspcon) dspcon_ __attribute__((alias("dspcon")));
+QEL_API decltype(cspcon) cspcon_ __attribute__((alias("cspcon")));
 QEL_API decltype(zspcon) zspcon_ __attribute__((alias("zspcon")));
 QEL_API decltype(chptrf) chptrf_ __attribute__((alias("chptrf")));
 QEL_API decltype(zhptrf) zhptrf_ __attribute__((alias("zhptrf")));

@@ -29,6 +29,12 @@ void tell(const char* name, int least_length, int code) {
 
 void report_bad_argument(const char* name, const int& position) { tell(name, kPaddedLength, position); }
 
+void report_as_it_stands(const char* name, const int& position) {
+  const int length = static_cast<int>(std::strlen(name));
+  record_error(name, position, length);
+  xerbla(name, &position, length);
+}
+
 void report_no_memory(const char* name) { tell(name, 0, kNoMemoryCode); }
 
 int report_no_memory(const char* name, int* info) {

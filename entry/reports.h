@@ -8,6 +8,8 @@ namespace qel::entry {
 /// A bad argument. Names of fewer than six letters are padded with blanks. By reference: a jump in place of
 /// the call would make the entries copy their stack arguments.
 void report_bad_argument(const char* name, const int& position);
+/// The same under a name that is neither changed nor padded.
+void report_as_it_stands(const char* name, const int& position);
 /// No memory for the copy of an integer array; stores and returns the info for it. The name isn't padded.
 int report_no_memory(const char* name, int* info);
 /// The same for routines without info.

@@ -3,6 +3,7 @@
 // entry names its shape, its core routine and its arguments in order; each argument is passed by its type:
 //   const int*   a sign-extended temporary's address; it lives to the end of the full expression
 //   wide_ints, out_int   the 64-bit copy, written back after the call
+//   index_array  32-bit integers that the core reads as they are
 //   all others   as they stand
 // Everything here is inline but the traced way: a plain entry is a test, a few stores and the call.
 #pragma once
@@ -27,6 +28,12 @@ struct widened {
   operator const core_int*() const { return &value; }
 };
 
+/// Indices of a sparse matrix.
+struct index_array {
+  const int* data;
+};
+
+inline const int* core_argument(index_array array) { return array.data; }
 inline widened core_argument(const int* scalar) { return {*scalar}; }
 inline core_int* core_argument(const wide_ints& array) { return array.get(); }
 inline core_int* core_argument(out_int& scalar) { return scalar.get(); }

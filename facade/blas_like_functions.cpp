@@ -3,7 +3,7 @@
 
 #include <cctype>
 
-#include "facade/data_block.h"
+#include "facade/calls.h"
 #include "qel/blas.h"
 #include "qel/lapack.h"
 

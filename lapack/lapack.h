@@ -50,6 +50,11 @@ void qel_core_zpotrf_(const char* uplo, const core_int* n, complex16* a, const c
                       size_t);
 void qel_core_zpotrf2_(const char* uplo, const core_int* n, complex16* a, const core_int* lda, core_int* info,
                        size_t);
+void qel_core_dpotrs_(const char* uplo, const core_int* n, const core_int* nrhs, const double* a,
+                      const core_int* lda, double* b, const core_int* ldb, core_int* info, size_t);
+void qel_core_dtrtrs_(const char* uplo, const char* trans, const char* diag, const core_int* n,
+                      const core_int* nrhs, const double* a, const core_int* lda, double* b,
+                      const core_int* ldb, core_int* info, size_t, size_t, size_t);
 void qel_core_sgetrs_(const char* trans, const core_int* n, const core_int* nrhs, const float* a,
                       const core_int* lda, const core_int* ipiv, float* b, const core_int* ldb,
                       core_int* info, size_t);
@@ -249,6 +254,8 @@ void qel_core_ssptri_(const char* uplo, const core_int* n, float* ap, const core
                       core_int* info, size_t);
 void qel_core_dsptri_(const char* uplo, const core_int* n, double* ap, const core_int* ipiv, double* work,
                       core_int* info, size_t);
+void qel_core_csptri_(const char* uplo, const core_int* n, complex8* ap, const core_int* ipiv, complex8* work,
+                      core_int* info, size_t);
 void qel_core_zsptri_(const char* uplo, const core_int* n, complex16* ap, const core_int* ipiv,
                       complex16* work, core_int* info, size_t);
 void qel_core_sspcon_(const char* uplo, const core_int* n, const float* ap, const core_int* ipiv,
@@ -256,6 +263,8 @@ void qel_core_sspcon_(const char* uplo, const core_int* n, const float* ap, cons
 void qel_core_dspcon_(const char* uplo, const core_int* n, const double* ap, const core_int* ipiv,
                       const double* anorm, double* rcond, double* work, core_int* iwork, core_int* info,
                       size_t);
+void qel_core_cspcon_(const char* uplo, const core_int* n, const complex8* ap, const core_int* ipiv,
+                      const float* anorm, float* rcond, complex8* work, core_int* info, size_t);
 void qel_core_zspcon_(const char* uplo, const core_int* n, const complex16* ap, const core_int* ipiv,
                       const double* anorm, double* rcond, complex16* work, core_int* info, size_t);
 void qel_core_chptrf_(const char* uplo, const core_int* n, complex8* ap, core_int* ipiv, core_int* info,

@@ -9,7 +9,7 @@ for purpose in "$@"; do
     test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 libmetis-dev qemu-user
                     python3 clang-format git" ;;
     bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp libfftw3-double3
-                     libfftw3-single3" ;;
+                     libfftw3-single3 libeigen3-dev" ;;
     tsan) packages="$packages clang libomp-dev" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac

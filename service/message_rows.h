@@ -12,6 +12,9 @@ struct message_row {
 
 /// Number of the row of transform status 0; those of the other statuses follow.
 inline constexpr int kDftiMessages = 40;
+/// Number of the row of vector math's status -1; those of -2, 1 to 4 and of any other status follow. Then the
+/// rows of the operands and results a, b, r, y, z, and the one for a state that could not be made.
+inline constexpr int kVmlMessages = 735, kVmlValueMessages = 742, kVmlNoMemoryMessage = 760;
 
 /// The row of that number, or null.
 const message_row* find_message_row(int number);

@@ -43,13 +43,14 @@ bool has_small_third_cache(const dense_processor& processor) {
 
 const dense_processor& this_processor() {
   if (known_state.load(std::memory_order_acquire) == 2) return known;
-  const dense_processor answer = ask();
+  // While another thread writes, this one keeps an answer of its own: nobody waits, so a fork at any moment
+  // leaves a child that works.
+  thread_local dense_processor own;
+  own = ask();
   int unknown = 0;
-  if (known_state.compare_exchange_strong(unknown, 1)) {
-    known = answer;
-    known_state.store(2, std::memory_order_release);
-  }
-  while (known_state.load(std::memory_order_acquire) != 2) {}
+  if (!known_state.compare_exchange_strong(unknown, 1)) return own;
+  known = own;
+  known_state.store(2, std::memory_order_release);
   return known;
 }
 

@@ -34,7 +34,7 @@ size_t buffer_bytes(const dfti_node* first) {
 
 /// Transforms that lie side by side, each element's neighbours being those of the other transforms.
 bool lie_interleaved(const dfti_node* first) {
-  return first->input_distance == 1 && first->output_distance == 1 && first->dimension == 1 &&
+  return first->input_distance == 1 && output_distance_of(*first) == 1 && first->dimension == 1 &&
          first->length != 1;
 }
 
@@ -82,7 +82,7 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
       status = run_pass<R>(first, shape, k, range, way, in, out, buffer.as<C>(), work);
     }
     in += first->input_distance;
-    out += first->output_distance;
+    out += output_distance_of(*first);
   }
   return status;
 }
@@ -93,8 +93,8 @@ int run_threaded(const dfti_node* first, const complex_of<R>* in, complex_of<R>*
   if (first->number_of_transforms > 1) {
     const int threads = static_cast<int>(std::min<core_int>(first->threads, first->number_of_transforms));
     return over_shares(first->number_of_transforms, threads, [&](int part, core_int from, core_int to) {
-      return run_sequential<R>(first, in + from * first->input_distance, out + from * first->output_distance,
-                               to - from, way, slice(first, part));
+      return run_sequential<R>(first, in + from * first->input_distance,
+                               out + from * output_distance_of(*first), to - from, way, slice(first, part));
     });
   }
   const pass_shape shape = shape_of(first);
@@ -141,7 +141,7 @@ int run_split_lines(const dfti_node* first, split_line<const R> in, split_line<R
   const call_buffer buffer(strided ? static_cast<size_t>(n) * 2 * sizeof(R) : 0);
   if (strided && buffer.as<R>() == nullptr) return DFTI_MEMORY_ERROR;
   for (core_int t = 0; t < first->number_of_transforms; ++t) {
-    const core_int in_offset = t * first->input_distance, out_offset = t * first->output_distance;
+    const core_int in_offset = t * first->input_distance, out_offset = t * output_distance_of(*first);
     split_line<const R> from{in.real + in_offset, in.imag + in_offset};
     split_line<R> to{out.real + out_offset, out.imag + out_offset};
     const split_line<R> target = to;

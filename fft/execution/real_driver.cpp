@@ -57,6 +57,7 @@ class real_call {
   R* reals(core_int transform) const { return real_data_ + transform * reals_.distance; }
   template <class T>
   T* spectrum(core_int transform) const {
+    if (in_place_ && spectrum_.distance == 0) return reinterpret_cast<T*>(reals(transform));
     return static_cast<T*>(spectrum_data_) + transform * spectrum_.distance;
   }
 

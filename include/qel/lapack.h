@@ -319,6 +319,8 @@ QEL_API int zsptrs(const char* uplo, const int* n, const int* nrhs, const _QEL_C
  */
 QEL_API int ssptri(const char* uplo, const int* n, float* ap, const int* ipiv, float* work, int* info);
 QEL_API int dsptri(const char* uplo, const int* n, double* ap, const int* ipiv, double* work, int* info);
+QEL_API int csptri(const char* uplo, const int* n, _QEL_Complex8* ap, const int* ipiv, _QEL_Complex8* work,
+                   int* info);
 QEL_API int zsptri(const char* uplo, const int* n, _QEL_Complex16* ap, const int* ipiv, _QEL_Complex16* work,
                    int* info);
 
@@ -329,6 +331,8 @@ QEL_API int sspcon(const char* uplo, const int* n, const float* ap, const int* i
                    float* rcond, float* work, int* iwork, int* info);
 QEL_API int dspcon(const char* uplo, const int* n, const double* ap, const int* ipiv, const double* anorm,
                    double* rcond, double* work, int* iwork, int* info);
+QEL_API int cspcon(const char* uplo, const int* n, const _QEL_Complex8* ap, const int* ipiv,
+                   const float* anorm, float* rcond, _QEL_Complex8* work, int* info);
 QEL_API int zspcon(const char* uplo, const int* n, const _QEL_Complex16* ap, const int* ipiv,
                    const double* anorm, double* rcond, _QEL_Complex16* work, int* info);
 

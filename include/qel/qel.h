@@ -7,8 +7,11 @@
 #include "qel/blas.h"
 #include "qel/dfti.h"
 #include "qel/lapack.h"
+#include "qel/nls.h"
+#include "qel/rng.h"
 #include "qel/service.h"
 #include "qel/sparse.h"
 #include "qel/types.h"
+#include "qel/vml.h"
 
 #endif /* QEL_QEL_H */

@@ -5,6 +5,8 @@
 #include <cmath>
 
 #include "lapack/factor/core_blas.h"
+#include "lapack/factor/elements.h"
+#include "lapack/four_types.h"
 
 namespace qel::lapack {
 
@@ -22,15 +24,15 @@ core_int factor_narrow(core_int n, T* a, core_int lda) {
     T* const column = a + j * lda;
     for (core_int k = 0; k < j; ++k) {
       const T* const other = a + k * lda;
-      const T factor = conj(other[j]);
-      for (core_int i = j; i < n; ++i) column[i] -= factor * other[i];
+      const T factor = conj(element(other + j));
+      for (core_int i = j; i < n; ++i) set(column + i, element(column + i) - factor * element(other + i));
     }
-    const real_of<T> pivot = real_part(column[j]);
-    column[j] = from_real<T>(pivot);
+    const real_of<T> pivot = real_part(element(column + j));
+    set(column + j, from_real<T>(pivot));
     if (!(pivot > 0)) return j + 1;  // nor is a NaN
-    column[j] = from_real<T>(std::sqrt(pivot));
-    const real_of<T> reciprocal = 1 / real_part(column[j]);
-    for (core_int i = j + 1; i < n; ++i) column[i] = reciprocal * column[i];
+    const real_of<T> root = std::sqrt(pivot), reciprocal = 1 / root;
+    set(column + j, from_real<T>(root));
+    for (core_int i = j + 1; i < n; ++i) set(column + i, reciprocal * element(column + i));
   }
   return 0;
 }
@@ -39,11 +41,11 @@ template <class T>
 core_int factor_turned(core_int n, T* a, core_int lda) {
   T lower[kTurned * kTurned];
   for (core_int j = 0; j < n; ++j) {
-    for (core_int i = 0; i <= j; ++i) lower[j + i * kTurned] = conj(a[i + j * lda]);
+    for (core_int i = 0; i <= j; ++i) lower[j + i * kTurned] = conj(element(a + i + j * lda));
   }
   const core_int minor = factor_cholesky(false, n, lower, kTurned);
   for (core_int j = 0; j < n; ++j) {
-    for (core_int i = 0; i <= j; ++i) a[i + j * lda] = conj(lower[j + i * kTurned]);
+    for (core_int i = 0; i <= j; ++i) set(a + i + j * lda, conj(lower[j + i * kTurned]));
   }
   return minor;
 }
@@ -57,11 +59,10 @@ core_int factor_cholesky(bool upper, core_int n, T* a, core_int lda) {
   const core_int half = (n / 2 + 7) / 8 * 8, rest = n - half;
   if (const core_int minor = factor_cholesky(upper, half, a, lda)) return minor;
   T *const beside = upper ? a + half * lda : a + half, *const below = a + half * (lda + 1);
-  const char turned = is_complex<T> ? 'C' : 'T';
   if (upper) {
-    solve('L', 'U', turned, 'N', half, rest, a, lda, beside, lda);
+    solve('L', 'U', kTurnedLetter<T>, 'N', half, rest, a, lda, beside, lda);
   } else {
-    solve('R', 'L', turned, 'N', rest, half, a, lda, beside, lda);
+    solve('R', 'L', kTurnedLetter<T>, 'N', rest, half, a, lda, beside, lda);
   }
   subtract_square(upper ? 'U' : 'L', !upper, rest, half, beside, lda, below, lda);
   const core_int minor = factor_cholesky(upper, rest, below, lda);
@@ -69,10 +70,7 @@ core_int factor_cholesky(bool upper, core_int n, T* a, core_int lda) {
 }
 
 #define QEL_INSTANTIATE(T) template core_int factor_cholesky(bool, core_int, T*, core_int);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

@@ -10,7 +10,7 @@
 #include "lapack/factor/lu_panel.h"
 #include "lapack/factor/lu_tracker.h"
 #include "lapack/factor/row_swaps.h"
-#include "lapack/factor/type_letter.h"
+#include "lapack/four_types.h"
 #include "service/serv.h"
 
 namespace qel::lapack {
@@ -118,10 +118,7 @@ core_int getrf(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
 #define QEL_INSTANTIATE(T)                                                                             \
   template core_int factor_lu_as_planned(const lu_plan&, core_int, core_int, T*, core_int, core_int*); \
   template core_int getrf(core_int, core_int, T*, core_int, core_int*);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

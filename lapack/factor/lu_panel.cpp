@@ -6,6 +6,7 @@
 
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/row_swaps.h"
+#include "lapack/four_types.h"
 
 namespace qel::lapack {
 
@@ -19,7 +20,7 @@ void divide_column(core_int rows, T pivot, T* column) {
   // Below it the reciprocal overflows.
   constexpr real_of<T> kSafeMinimum = std::numeric_limits<real_of<T>>::min();
   if (abs1(pivot) >= kSafeMinimum) return scal(rows, from_real<T>(1) / pivot, column);
-  for (core_int i = 0; i < rows; ++i) column[i] = column[i] / pivot;
+  for (core_int i = 0; i < rows; ++i) set(column + i, element(column + i) / pivot);
 }
 
 template <class T>
@@ -29,15 +30,15 @@ core_int factor_narrow(core_int m, core_int n, T* a, core_int lda, core_int* piv
     T* const diagonal = a + j * (lda + 1);
     const core_int pivot = j + amax(m - j, diagonal) - 1;
     pivots[j] = pivot + 1;
-    if (a[pivot + j * lda] == T{}) {
+    if (element(a + pivot + j * lda) == T{}) {
       if (first_zero == 0) first_zero = j + 1;
       continue;
     }
     if (pivot != j) {
-      for (core_int c = 0; c < n; ++c) std::swap(a[j + c * lda], a[pivot + c * lda]);
+      for (core_int c = 0; c < n; ++c) exchange(a + j + c * lda, a + pivot + c * lda);
     }
     if (j + 1 == m) break;
-    divide_column(m - j - 1, *diagonal, diagonal + 1);
+    divide_column(m - j - 1, element(diagonal), diagonal + 1);
     if (j + 1 < n)
       subtract_outer(m - j - 1, n - j - 1, diagonal + 1, diagonal + lda, lda, diagonal + lda + 1, lda);
   }
@@ -68,10 +69,7 @@ core_int factor_lu(core_int m, core_int n, T* a, core_int lda, core_int* pivots)
 }
 
 #define QEL_INSTANTIATE(T) template core_int factor_lu(core_int, core_int, T*, core_int, core_int*);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

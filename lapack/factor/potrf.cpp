@@ -7,7 +7,7 @@
 #include "lapack/factor/cholesky_block.h"
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/tile_tracker.h"
-#include "lapack/factor/type_letter.h"
+#include "lapack/four_types.h"
 #include "service/serv.h"
 
 namespace qel::lapack {
@@ -35,17 +35,15 @@ struct tiled_matrix {
     if (row == column) {
       return subtract_square(upper ? 'U' : 'L', !upper, columns, block, own, lda, target, lda);
     }
-    const char turned = is_complex<T> ? 'C' : 'T';
     if (upper) {
-      subtract_product(turned, 'N', columns, rows, block, other, lda, own, lda, target, lda);
+      subtract_product(kTurnedLetter<T>, 'N', columns, rows, block, other, lda, own, lda, target, lda);
     } else {
-      subtract_product('N', turned, rows, columns, block, own, lda, other, lda, target, lda);
+      subtract_product('N', kTurnedLetter<T>, rows, columns, block, own, lda, other, lda, target, lda);
     }
   }
   /// The first leading minor of A that is not positive, else 0.
   core_int finish(const tile_task& task) const {
     const core_int rows = order_of(task.row), columns = order_of(task.column);
-    const char turned = is_complex<T> ? 'C' : 'T';
     T* const target = tile(task.row, task.column);
     if (task.row == task.column) {
       const core_int minor = factor_cholesky(upper, columns, target, lda);
@@ -53,9 +51,9 @@ struct tiled_matrix {
     }
     const T* const diagonal = tile(task.column, task.column);
     if (upper) {
-      solve('L', 'U', turned, 'N', columns, rows, diagonal, lda, target, lda);
+      solve('L', 'U', kTurnedLetter<T>, 'N', columns, rows, diagonal, lda, target, lda);
     } else {
-      solve('R', 'L', turned, 'N', rows, columns, diagonal, lda, target, lda);
+      solve('R', 'L', kTurnedLetter<T>, 'N', rows, columns, diagonal, lda, target, lda);
     }
     return 0;
   }
@@ -122,10 +120,7 @@ core_int potrf(bool upper, core_int n, T* a, core_int lda) {
 #define QEL_INSTANTIATE(T)                                                                          \
   template core_int factor_cholesky_as_planned(const cholesky_plan&, bool, core_int, T*, core_int); \
   template core_int potrf(bool, core_int, T*, core_int);
-QEL_INSTANTIATE(float)
-QEL_INSTANTIATE(double)
-QEL_INSTANTIATE(complex8)
-QEL_INSTANTIATE(complex16)
+QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE
 
 }  // namespace qel::lapack

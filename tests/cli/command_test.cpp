@@ -99,6 +99,22 @@ TEST(Solve, TellsBadInputFromASingularMatrix) {
   }
 }
 
+TEST(Check, TellsWhatIsUnusual) {
+  const test::temporary_file odd(
+      "%%MatrixMarket matrix coordinate real general\n3 3 5\n1 3 1\n1 1 2\n3 1 1\n3 3 3\n3 3 4\n");
+  const command_result faulty = run("check " + odd.path());
+  EXPECT_EQ(faulty.exit_code, 0);
+  for (const char* line : {"3 by 3, 5 entries in full", "rows            0 to 3 entries, 1 of them empty",
+                           "row 1 is not sorted: column 1 comes after a greater one",
+                           "row 3 has column 3 more than once", "row 2 has no entry on the diagonal"})
+    EXPECT_TRUE(contains(faulty.output, line)) << line << '\n' << faulty.output;
+  const command_result good = run(std::string("check --json ") + QEL_EXAMPLES "494_bus.mtx.gz");
+  const nlohmann::json report = nlohmann::json::parse(good.output);
+  EXPECT_EQ(report["entries"], 1666);
+  EXPECT_EQ(report["shortest_row"], 2);
+  EXPECT_EQ(run("check /nowhere.mtx").exit_code, 2);
+}
+
 TEST(Explain, TellsThreadsOfVectorOperationsAndWhy) {
   struct explain_case {
     const char *arguments, *want;

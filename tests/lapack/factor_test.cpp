@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <complex>
 #include <limits>
 #include <random>
 #include <vector>
@@ -12,54 +11,10 @@
 #include "lapack/factor/getrf.h"
 #include "lapack/factor/potrf.h"
 #include "lapack/lapack.h"
-#include "service/complex_arithmetic.h"
+#include "tests/lapack/matrices.h"
 
 namespace qel::lapack {
 namespace {
-
-template <class T>
-struct matrix {
-  core_int m, n, lda;
-  std::vector<T> cells;
-
-  matrix(core_int rows, core_int columns, core_int beyond = 3)
-      : m(rows), n(columns), lda(rows + beyond), cells(static_cast<size_t>(lda * columns)) {}
-  T* data() { return cells.data(); }
-  T& operator()(core_int i, core_int j) { return cells[static_cast<size_t>(i + j * lda)]; }
-  const T& operator()(core_int i, core_int j) const { return cells[static_cast<size_t>(i + j * lda)]; }
-};
-
-template <class T>
-matrix<T> random_matrix(core_int m, core_int n, unsigned seed) {
-  std::mt19937 generator(seed);
-  std::uniform_real_distribution<double> uniform(-1, 1);
-  matrix<T> a(m, n);
-  for (T& cell : a.cells) {
-    cell = from_real<T>(static_cast<real_of<T>>(uniform(generator)));
-    if constexpr (is_complex<T>) cell.imag = static_cast<real_of<T>>(uniform(generator));
-  }
-  return a;
-}
-/// Hermitian with a heavy diagonal; the imaginary parts there are noise that must not be read.
-template <class T>
-matrix<T> positive_matrix(core_int n, unsigned seed) {
-  matrix<T> a = random_matrix<T>(n, n, seed);
-  for (core_int j = 0; j < n; ++j) {
-    a(j, j) = a(j, j) + from_real<T>(static_cast<real_of<T>>(n));
-    for (core_int i = 0; i < j; ++i) a(i, j) = conj(a(j, i));
-  }
-  return a;
-}
-
-using wide = std::complex<double>;
-template <class T>
-wide widened(T value) {
-  if constexpr (is_complex<T>) {
-    return {value.real, value.imag};
-  } else {
-    return value;
-  }
-}
 
 /// Largest column sum of |difference| over that of |a|, in units of n eps.
 template <class T, class Product>
@@ -119,7 +74,6 @@ lu_plan tasks_of(int threads, core_int block, core_int group, core_int lookahead
 
 template <class T>
 class factors : public testing::Test {};
-using element_types = testing::Types<float, double, complex8, complex16>;
 TYPED_TEST_SUITE(factors, element_types);
 
 TYPED_TEST(factors, lu_of_every_shape_and_path) {
@@ -211,6 +165,27 @@ TYPED_TEST(factors, lu_of_a_singular_matrix_names_the_first_zero_pivot) {
           threads == 1 ? lu_plan{lu_path::recursive, 1, 0, 0, 0, ""} : tasks_of(threads, 16, 2, 2);
       EXPECT_EQ(factor_lu_as_planned(plan, n, n, f.data(), f.lda, pivots.data()), zero);
       EXPECT_LT(lu_residual(a, f, pivots), kMostResidual);
+    }
+  }
+}
+
+TYPED_TEST(factors, lu_in_panels_with_room_for_few_pivots) {
+  using T = TypeParam;
+  const core_int shapes[][2] = {{1, 1}, {60, 60}, {50, 90}, {90, 50}, {40, 40}};
+  for (const auto& [m, n] : shapes) {
+    matrix<T> a = random_matrix<T>(m, n, 5);
+    for (core_int i = 0; i < m; ++i) a(i, n / 2) = a(i, n - 1) = T{};
+    matrix<T> f = a;
+    std::vector<core_int> pivots(static_cast<size_t>(std::min(m, n))), few(20);
+    const core_int zero = factor_lu_in_panels(m, n, f.data(), f.lda, few.data(), 20,
+                                              [&](core_int first, core_int count, const core_int* from) {
+                                                for (core_int i = first; i < first + count; ++i) {
+                                                  pivots[static_cast<size_t>(i)] = from[i - first] + first;
+                                                }
+                                              });
+    EXPECT_EQ(zero, n / 2 < m ? n / 2 + 1 : 0) << m << ' ' << n;
+    if (n > 1) {
+      EXPECT_LT(lu_residual(a, f, pivots), kMostResidual) << m << ' ' << n;
     }
   }
 }

@@ -148,6 +148,33 @@ result_bits run_geevx(unsigned seed) {
          scale.data(), &norm, rconde.data(), rcondv.data(), work.data(), &lwork, iwork.data(), &info);
   return bits_of(wr, wi, vl, vr, rconde, rcondv, doubles{norm}, std::vector<int>{ilo, ihi, info});
 }
+result_bits run_rank_revealing(unsigned seed) {
+  doubles a = numbers(kCells, seed, 1), b = numbers(3 * kOrder, seed, 2), work(64 * kOrder);
+  const int lwork = 64 * kOrder;
+  const double small = 1e-8;
+  std::vector<int> order(kOrder);
+  int rank = 0, info = -1;
+  dgelsy(&n, &n, &three, a.data(), &n, b.data(), &n, order.data(), &small, &rank, work.data(), &lwork, &info);
+  return bits_of(b, order, std::vector<int>{rank, info});
+}
+result_bits run_packed(unsigned seed) {
+  doubles packed = numbers(kCells, seed, 1), b = numbers(3 * kOrder, seed, 2);
+  std::vector<int> pivots(kOrder);
+  int factored = -1, solved = -1;
+  dsptrf("U", &n, packed.data(), pivots.data(), &factored);
+  dsptrs("U", &n, &three, packed.data(), pivots.data(), b.data(), &n, &solved);
+  return bits_of(b, pivots, std::vector<int>{factored, solved});
+}
+result_bits run_spevx(unsigned seed) {
+  doubles packed = numbers(kCells, seed, 1), w(kOrder), z(kCells), work(8 * kOrder);
+  std::vector<int> iwork(5 * kOrder), fail(kOrder);
+  const int last = kOrder / 2;
+  const double none = 0;
+  int found = 0, info = -1;
+  dspevx("V", "I", "L", &n, packed.data(), &none, &none, &one, &last, &none, &found, w.data(), z.data(), &n,
+         work.data(), iwork.data(), fail.data(), &info);
+  return bits_of(w, z, std::vector<int>{found, info});
+}
 result_bits run_lange(unsigned seed) {
   const doubles a = numbers(kCells, seed, 1);
   doubles norms, work(kOrder);
@@ -185,8 +212,11 @@ const std::vector<entry_family>& entry_families() {
       {"gesv", run_gesv},
       {"gbtrf", run_band},
       {"gels", run_least_squares},
+      {"gelsy", run_rank_revealing},
+      {"sptrf", run_packed},
       {"gesdd", run_gesdd},
       {"geevx", run_geevx},
+      {"spevx", run_spevx},
       {"lange", run_lange},
       {"omatcopy", run_omatcopy},
       {"sparse", run_sparse},

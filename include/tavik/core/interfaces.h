@@ -11,12 +11,11 @@ namespace Tavik::Core {
 class TAVIK_API ITavikKernel {
  public:
   virtual ~ITavikKernel() = default;
-  virtual double dot(int n, const DoubleDataBlock& x, int incx, const DoubleDataBlock& y, int incy) = 0;
-  virtual float dot(int n, const FloatDataBlock& x, int incx, const FloatDataBlock& y, int incy) = 0;
-  virtual DoubleComplex dot(int n, const DoubleComplexDataBlock& x, int incx, const DoubleComplexDataBlock& y,
-                            int incy) = 0;
-  virtual FloatComplex dot(int n, const FloatComplexDataBlock& x, int incx, const FloatComplexDataBlock& y,
-                           int incy) = 0;
+#define TAVIK_OPERATION virtual
+#define TAVIK_END = 0
+#include "tavik/core/vector_kernel_operations.h"
+#undef TAVIK_OPERATION
+#undef TAVIK_END
 };
 
 /// Matrix utilities over plain arrays.
@@ -26,6 +25,15 @@ class TAVIK_API IBlasLikeKernel {
   virtual void omatcopy(char ordering, char trans, int rows, int cols, double alpha, const Array<double>& A,
                         int lda, const Array<double>& B, int ldb) = 0;
   virtual double lange(char norm, int rows, int cols, const Array<double>& A, int lda) = 0;
+};
+
+/// Element-wise arithmetic over plain arrays.
+class TAVIK_API IVectorMathKernel {
+ public:
+  virtual ~IVectorMathKernel() = default;
+  virtual void div(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) = 0;
+  virtual void mul(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) = 0;
+  virtual void sub(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) = 0;
 };
 
 }  // namespace Tavik::Core

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The letter by which LAPACK names an element type.
+// The four element types: the letter by which LAPACK names each, and a macro over all.
 #pragma once
 
 #include "service/core_types.h"
@@ -16,3 +16,6 @@ template <>
 inline constexpr char type_letter<complex16> = 'Z';
 
 }  // namespace qel::lapack
+
+/// For explicit instantiations.
+#define QEL_FOUR_TYPES(macro) macro(float) macro(double) macro(qel::complex8) macro(qel::complex16)

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// CSR matrices beside Eigen (row-major, its products threaded by OpenMP) and a plain loop, both compiled for
+// this machine: products with a vector, sums, sparse products. Matrices: grids of 5 and 7 points, random
+// columns, and rows whose lengths follow a power law.
+#include <Eigen/Sparse>
+#include <cmath>
+#include <functional>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bench/support/compare.h"
+#include "qel/sparse.h"
+
+namespace qel::bench {
+namespace {
+
+using sparse = Eigen::SparseMatrix<double, Eigen::RowMajor, int>;
+using vector = Eigen::VectorXd;
+
+sparse from_lists(int n, std::vector<Eigen::Triplet<double>> entries) {
+  sparse a(n, n);
+  a.setFromTriplets(entries.begin(), entries.end());
+  a.makeCompressed();
+  return a;
+}
+/// Grid of side^dimensions points, each tied to its neighbours.
+sparse grid(int side, int dimensions) {
+  const int n = static_cast<int>(std::lround(std::pow(side, dimensions)));
+  std::vector<Eigen::Triplet<double>> entries;
+  for (int i = 0; i < n; ++i) {
+    entries.emplace_back(i, i, 2.0 * dimensions);
+    for (int d = 0, step = 1; d < dimensions; ++d, step *= side) {
+      if (i / step % side > 0) entries.emplace_back(i, i - step, -1.0);
+      if (i / step % side < side - 1) entries.emplace_back(i, i + step, -1.0);
+    }
+  }
+  return from_lists(n, entries);
+}
+sparse random_columns(int n, int per_row) {
+  std::mt19937 random(1);
+  std::vector<Eigen::Triplet<double>> entries;
+  for (int i = 0; i < n; ++i) {
+    entries.emplace_back(i, i, 4.0);
+    for (int k = 1; k < per_row; ++k)
+      entries.emplace_back(i, static_cast<int>(random() % static_cast<unsigned>(n)), 0.5);
+  }
+  return from_lists(n, entries);
+}
+/// Row i has about n / (i + 1) entries more than the others; columns are as unequal.
+sparse power_law(int n) {
+  std::mt19937 random(2);
+  std::uniform_real_distribution<double> uniform(0, 1);
+  std::vector<Eigen::Triplet<double>> entries;
+  for (int i = 0; i < n; ++i) {
+    entries.emplace_back(i, i, 4.0);
+    const int count = 3 + std::min(n / (i + 1), n / 4);
+    for (int k = 0; k < count; ++k) {
+      const int j = static_cast<int>(std::pow(uniform(random), 3) * n);
+      entries.emplace_back(i, std::min(j, n - 1), 0.5);
+    }
+  }
+  return from_lists(n, entries);
+}
+
+/// The same arrays counted from 1.
+struct one_based {
+  int n;
+  std::vector<int> ia, ja;
+  std::vector<double> a;
+  explicit one_based(const sparse& m) : n(static_cast<int>(m.rows())) {
+    for (int i = 0; i <= n; ++i) ia.push_back(m.outerIndexPtr()[i] + 1);
+    for (int p = 0; p < ia.back() - 1; ++p) {
+      ja.push_back(m.innerIndexPtr()[p] + 1);
+      a.push_back(m.valuePtr()[p]);
+    }
+  }
+};
+
+using work = std::function<void()>;
+void add(const std::string& name, const char* contender, work_per_call per_call, const work& once) {
+  benchmark::RegisterBenchmark((name + "/" + contender).c_str(), [=](benchmark::State& state) {
+    for (auto _ : state) {
+      once();
+      benchmark::ClobberMemory();
+    }
+    const auto rate = benchmark::Counter::kIsIterationInvariantRate;
+    if (per_call.bytes > 0) state.counters["byte/s"] = benchmark::Counter(per_call.bytes, rate);
+  })->UseRealTime();
+}
+
+[[gnu::noinline]] void plain_product(int n, const int* ia, const int* ja, const double* a, const double* x,
+                                     double* y) {
+  for (int i = 0; i < n; ++i) {
+    double sum = 0;
+    for (int p = ia[i]; p < ia[i + 1]; ++p) sum += a[p] * x[ja[p]];
+    y[i] = sum;
+  }
+}
+[[gnu::noinline]] void plain_triangle(int n, const int* ia, const int* ja, const double* a, const double* x,
+                                      double* y) {
+  for (int i = 0; i < n; ++i) {
+    double sum = 0;
+    for (int p = ia[i]; p < ia[i + 1]; ++p)
+      if (ja[p] <= i) sum += a[p] * x[ja[p]];
+    y[i] = sum;
+  }
+}
+[[gnu::noinline]] void plain_symmetric(int n, const int* ia, const int* ja, const double* a, const double* x,
+                                       double* y) {
+  for (int i = 0; i < n; ++i) y[i] = 0;
+  for (int i = 0; i < n; ++i) {
+    double sum = 0;
+    for (int p = ia[i]; p < ia[i + 1]; ++p) {
+      sum += a[p] * x[ja[p]];
+      if (ja[p] < i) y[ja[p]] += a[p] * x[i];
+    }
+    y[i] += sum;
+  }
+}
+
+struct vectors {
+  vector x, y;
+  explicit vectors(Eigen::Index n) : x(vector::Random(n)), y(vector::Zero(n)) {}
+};
+
+void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) {
+  using csrmv = decltype(qel_dcsrmv);
+  csrmv* const multiply = contenders().front().find<csrmv>("qel_dcsrmv");
+  const auto lower = std::make_shared<sparse>(m->triangularView<Eigen::Lower>());
+  const auto ours = std::make_shared<one_based>(*m), ours_lower = std::make_shared<one_based>(*lower);
+  const auto v = std::make_shared<vectors>(m->rows());
+  const int n = ours->n;
+  const double nonzeros = static_cast<double>(m->nonZeros()),
+               lower_nonzeros = static_cast<double>(lower->nonZeros());
+  const work_per_call whole{0, 12 * nonzeros + 20.0 * n}, half{0, 12 * lower_nonzeros + 20.0 * n};
+  const auto call = [multiply, v, n](const char* transa, const char* description, const one_based& a) {
+    const double one = 1, zero = 0;
+    multiply(transa, &n, &n, &one, description, a.a.data(), a.ja.data(), a.ia.data(), a.ia.data() + 1,
+             v->x.data(), &zero, v->y.data());
+  };
+  std::string name = "csrmv/general/" + pattern;
+  remember_case(name);
+  add(name, kSubject, whole, [=] { call("N", "GLNF", *ours); });
+  add(name, "Eigen", whole, [=] { v->y.noalias() = *m * v->x; });
+  add(name, "loop", whole, [=] {
+    plain_product(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
+  });
+  name = "csrmv/transposed/" + pattern;
+  remember_case(name);
+  add(name, kSubject, whole, [=] { call("T", "GLNF", *ours); });
+  add(name, "Eigen", whole, [=] { v->y.noalias() = m->transpose() * v->x; });
+  name = "csrmv/symmetric/" + pattern;
+  remember_case(name);
+  add(name, kSubject, half, [=] { call("N", "SLNF", *ours_lower); });
+  add(name, "Eigen", half, [=] { v->y.noalias() = lower->selfadjointView<Eigen::Lower>() * v->x; });
+  add(name, "loop", half, [=] {
+    plain_symmetric(n, lower->outerIndexPtr(), lower->innerIndexPtr(), lower->valuePtr(), v->x.data(),
+                    v->y.data());
+  });
+  name = "csrmv/triangle/" + pattern;
+  remember_case(name);
+  add(name, kSubject, whole, [=] { call("N", "TLNF", *ours); });
+  add(name, "loop", whole, [=] {
+    plain_triangle(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
+  });
+}
+
+/// What a caller does for a result of unknown size: count, allocate, fill. Eigen allocates, too.
+struct sparse_result {
+  std::vector<int> ic, jc;
+  std::vector<double> c;
+};
+
+void matrix_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) {
+  using csradd = decltype(qel_dcsradd);
+  using csrmult = decltype(qel_dcsrmultcsr);
+  csradd* const sum = contenders().front().find<csradd>("qel_dcsradd");
+  csrmult* const product = contenders().front().find<csrmult>("qel_dcsrmultcsr");
+  const auto a = std::make_shared<one_based>(*m);
+  const auto other = std::make_shared<sparse>(m->transpose());
+  const auto b = std::make_shared<one_based>(*other);
+  const int n = a->n;
+  const auto twice = [n](auto run) {
+    sparse_result r;
+    r.ic.resize(static_cast<size_t>(n) + 1);
+    run(1, r);
+    r.jc.resize(static_cast<size_t>(r.ic.back()) - 1);
+    r.c.resize(static_cast<size_t>(r.ic.back()) - 1);
+    run(2, r);
+    benchmark::DoNotOptimize(r.c.data());
+  };
+  std::string name = "csradd/" + pattern;
+  remember_case(name);
+  add(name, kSubject, {}, [=] {
+    twice([&](int request, sparse_result& r) {
+      const int sort = 0, nzmax = 0;
+      const double beta = 2;
+      int info;
+      sum("N", &request, &sort, &n, &n, a->a.data(), a->ja.data(), a->ia.data(), &beta, b->a.data(),
+          b->ja.data(), b->ia.data(), r.c.data(), r.jc.data(), r.ic.data(), &nzmax, &info);
+    });
+  });
+  add(name, "Eigen", {}, [=] {
+    sparse c = *m + 2.0 * *other;
+    benchmark::DoNotOptimize(c.valuePtr());
+  });
+  name = "csrmultcsr/" + pattern;
+  remember_case(name);
+  add(name, kSubject, {}, [=] {
+    twice([&](int request, sparse_result& r) {
+      const int sort = 0, nzmax = 0;
+      int info;
+      product("N", &request, &sort, &n, &n, &n, a->a.data(), a->ja.data(), a->ia.data(), b->a.data(),
+              b->ja.data(), b->ia.data(), r.c.data(), r.jc.data(), r.ic.data(), &nzmax, &info);
+    });
+  });
+  add(name, "Eigen", {}, [=] {
+    sparse c = *m * *other;
+    benchmark::DoNotOptimize(c.valuePtr());
+  });
+}
+
+/// The memory bandwidth that the products are held against: sum of a large array.
+void bandwidth_case() {
+  const auto data = std::make_shared<vector>(vector::Ones(16 << 20));
+  const std::string name = "read/128MB";
+  remember_case(name);
+  add(name, kSubject, {0, 8.0 * static_cast<double>(data->size())}, [=] {
+    const double* const p = data->data();
+    const Eigen::Index size = data->size();
+    double total = 0;
+#pragma omp parallel for simd reduction(+ : total)
+    for (Eigen::Index i = 0; i < size; ++i) total += p[i];
+    benchmark::DoNotOptimize(total);
+  });
+}
+
+void register_cases() {
+  bandwidth_case();
+  const std::pair<const char*, sparse> matrices[] = {{"grid2d:100", grid(100, 2)},
+                                                     {"grid2d:1000", grid(1000, 2)},
+                                                     {"grid3d:20", grid(20, 3)},
+                                                     {"grid3d:80", grid(80, 3)},
+                                                     {"random:5000", random_columns(5000, 20)},
+                                                     {"random:300000", random_columns(300000, 20)},
+                                                     {"power:3000", power_law(3000)},
+                                                     {"power:100000", power_law(100000)}};
+  for (const auto& [name, matrix] : matrices) vector_cases(name, std::make_shared<sparse>(matrix));
+  for (const auto& [name, matrix] : matrices)
+    if (matrix.nonZeros() < 4000000 && std::string(name) != "power:100000")
+      matrix_cases(name, std::make_shared<sparse>(matrix));
+}
+
+}  // namespace
+}  // namespace qel::bench
+
+int main(int argc, char** argv) {
+  qel::bench::set_environment_defaults();
+  qel::bench::register_cases();
+  return qel::bench::run_comparison(argc, argv);
+}

@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What is done with the factors of a matrix: solves and the inverse. Pivots are those of LU factorisations,
+// 32-bit or 64-bit integers.
+#pragma once
+
+#include "lapack/factor/core_blas.h"
+#include "lapack/factor/row_swaps.h"
+
+namespace qel::lapack {
+
+/// B = inv(op(A)) B, n and nrhs above 0; trans is N, T or C.
+template <class T, class Pivot>
+void solve_by_lu(char trans, core_int n, core_int nrhs, const T* a, core_int lda, const Pivot* pivots, T* b,
+                 core_int ldb) {
+  if (trans == 'N') {
+    swap_rows(nrhs, b, ldb, 0, n, pivots);
+    solve('L', 'L', 'N', 'U', n, nrhs, a, lda, b, ldb);
+    solve('L', 'U', 'N', 'N', n, nrhs, a, lda, b, ldb);
+  } else {
+    solve('L', 'U', trans, 'N', n, nrhs, a, lda, b, ldb);
+    solve('L', 'L', trans, 'U', n, nrhs, a, lda, b, ldb);
+    swap_rows(nrhs, b, ldb, 0, n, pivots, true);
+  }
+}
+
+template <class T>
+void solve_by_cholesky(bool upper, core_int n, core_int nrhs, const T* a, core_int lda, T* b, core_int ldb) {
+  const char uplo = upper ? 'U' : 'L';
+  solve('L', uplo, upper ? kTurnedLetter<T> : 'N', 'N', n, nrhs, a, lda, b, ldb);
+  solve('L', uplo, upper ? 'N' : kTurnedLetter<T>, 'N', n, nrhs, a, lda, b, ldb);
+}
+
+/// A = inv(U) inv(L), columns put back in their places, where A holds inv(U) and L. Blocks of columns from
+/// the right, as wide as the work array (`length`, at least n) has room for.
+template <class T, class Pivot>
+void finish_lu_inverse(core_int n, T* a, core_int lda, const Pivot* pivots, T* work, core_int length) {
+  constexpr core_int kBlock = 64;
+  const core_int most = length / n < kBlock ? length / n : kBlock;
+  for (core_int end = n; end > 0;) {
+    const core_int width = (end - 1) % most + 1, first = end - width;
+    for (core_int j = first; j < end; ++j) {
+      T *const column = a + j * lda, *const kept = work + (j - first) * n;
+      for (core_int i = j + 1; i < n; ++i) {
+        set(kept + i, element(column + i));
+        set(column + i, T{});
+      }
+    }
+    T* const block = a + first * lda;
+    if (end < n) subtract_product('N', 'N', n, width, n - end, a + end * lda, lda, work + end, n, block, lda);
+    solve('R', 'L', 'N', 'U', n, width, work + first, n, block, lda);
+    end = first;
+  }
+  for (core_int j = n - 1; j >= 0; --j) {
+    const core_int other = static_cast<core_int>(element(pivots + j)) - 1;
+    if (other == j) continue;
+    T *const own = a + j * lda, *const column = a + other * lda;
+    for (core_int i = 0; i < n; ++i) exchange(own + i, column + i);
+  }
+}
+
+}  // namespace qel::lapack

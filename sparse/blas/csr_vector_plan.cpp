@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: BSD-3-Clause
+#include "sparse/blas/csr_vector_plan.h"
+
+#include <cctype>
+#include <cstring>
+
+namespace qel::sparse {
+namespace {
+
+constexpr core_int kSharedSumRows = 100001;
+// Native: a fork and a join cost as much as some ten thousand entries.
+constexpr core_int kNativeThreadEntries = 30000;
+// A transposed product with results per thread moves three more numbers per column and thread.
+constexpr core_int kEntriesPerAccumulator = 6;
+
+// From here on telling far rows from near ones costs more than whole accumulators.
+constexpr double kManyFarRows = 1.0 / 16;
+
+char upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
+
+bool is_mirrored(char kind) { return std::strchr("SHA", kind) != nullptr; }
+
+csr_vector_plan native_plan(const csr_vector_facts& facts) {
+  if (facts.entries < kNativeThreadEntries) return {};
+  if (is_mirrored(facts.kind)) {
+    const auto scheme = facts.far_share > kManyFarRows ? csr_scheme::kAccumulators : csr_scheme::kFarRows;
+    return {scheme, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};
+  }
+  if (!facts.transposed) return {csr_scheme::kRowBlocks, facts.threads, /*even_entries=*/true, false};
+  if (facts.entries < kEntriesPerAccumulator * facts.columns * facts.threads) return {};
+  return {csr_scheme::kAccumulators, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};
+}
+
+}  // namespace
+
+csr_class decode_matdescra(const char* matdescra) {
+  csr_class result;
+  result.kind = upper(matdescra[0]);
+  result.lower = upper(matdescra[1]) == 'L';
+  result.unit = upper(matdescra[2]) == 'U';
+  result.base = upper(matdescra[3]) == 'C' ? 0 : 1;
+  return result;
+}
+
+namespace {
+
+csr_vector_plan shared_plan(const csr_vector_facts& facts) {
+  const bool mirrored = is_mirrored(facts.kind);
+  if (facts.threads < 2 || facts.kind == 'D') return {};
+  if (mirrored && facts.rows <= facts.threads) return {};
+  if (facts.native) return native_plan(facts);
+  if (mirrored) return {csr_scheme::kAccumulators, facts.threads, false, facts.rows >= kSharedSumRows};
+  if (facts.transposed) return {};
+  return {csr_scheme::kRowBlocks, facts.threads, false, false};
+}
+
+}  // namespace
+
+csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
+  csr_vector_plan plan = shared_plan(facts);
+  plan.streams = facts.bytes > facts.second_cache;
+  return plan;
+}
+
+}  // namespace qel::sparse

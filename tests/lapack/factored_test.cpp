@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Solves with factors, inverses, and triangles times themselves, in four types: what the factors stand for
+// times the result, written out in double.
+#include "lapack/factor/factored.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
+
+#include "lapack/factor/triangles.h"
+#include "lapack/lapack.h"
+#include "tests/lapack/wide_matrix.h"
+
+namespace qel::lapack {
+namespace {
+
+/// Rows exchanged as the pivots say, of the identity.
+wide_matrix exchanges(const std::vector<core_int>& pivots) {
+  const auto n = static_cast<core_int>(pivots.size());
+  wide_matrix p = filled(n, n, [](core_int i, core_int j) { return wide(i == j ? 1 : 0); });
+  for (core_int i = 0; i < n; ++i) {
+    for (core_int j = 0; j < n; ++j) std::swap(p(i, j), p(pivots[static_cast<size_t>(i)] - 1, j));
+  }
+  return p;
+}
+
+constexpr double kMost = 10;
+
+/// A triangle with a heavy diagonal; what stands on the other side must not be read.
+template <class T>
+matrix<T> factors_of(core_int n, unsigned seed) {
+  matrix<T> f = random_matrix<T>(n, n, seed);
+  for (core_int j = 0; j < n; ++j) {
+    for (core_int i = 0; i < n; ++i) f(i, j) = from_real<T>(1 / static_cast<real_of<T>>(n)) * f(i, j);
+    f(j, j) = from_real<T>(1 + static_cast<real_of<T>>(j % 5) / 8);
+  }
+  return f;
+}
+
+const core_int kOrders[] = {1, 2, 7, 16, 17, 40, 90};
+
+template <class T>
+class factored : public testing::Test {};
+TYPED_TEST_SUITE(factored, element_types);
+
+TYPED_TEST(factored, lu_solves_and_inverse) {
+  using T = TypeParam;
+  for (const core_int n : kOrders) {
+    SCOPED_TRACE(n);
+    const matrix<T> f = factors_of<T>(n, 3);
+    std::vector<core_int> pivots(static_cast<size_t>(n));
+    std::vector<int> narrow(pivots.size());
+    for (core_int i = 0; i < n; ++i) {
+      pivots[static_cast<size_t>(i)] = i + 1 + (n - 1 - i) * (i % 3) / 2;
+      narrow[static_cast<size_t>(i)] = static_cast<int>(pivots[static_cast<size_t>(i)]);
+    }
+    const wide_matrix a =
+        turned(exchanges(pivots), false) * (triangle(f, false, true) * triangle(f, true, false));
+    const double size = largest(a) * static_cast<double>(n);
+    for (const char trans : {'N', 'T', 'C'}) {
+      for (const core_int nrhs : {1, 5}) {
+        const matrix<T> b = random_matrix<T>(n, nrhs, 4);
+        matrix<T> x = b, y = b;
+        solve_by_lu(trans, n, nrhs, f.data(), f.lda, pivots.data(), x.data(), x.lda);
+        const wide_matrix op = trans == 'N' ? a : turned(a, trans == 'C');
+        EXPECT_LT(apart<T>(op * whole(x), whole(b), size * largest(whole(x))), kMost) << trans << nrhs;
+        solve_by_lu(trans, n, nrhs, f.data(), f.lda, narrow.data(), y.data(), y.lda);
+        EXPECT_TRUE(
+            std::equal(x.cells.begin(), x.cells.end(), y.cells.begin(), [](T u, T v) { return u == v; }));
+      }
+    }
+    const wide_matrix one = identity(n);
+    for (const core_int length : {n, 100 * n}) {
+      matrix<T> inverse = f;
+      std::vector<T> work(static_cast<size_t>(length));
+      EXPECT_EQ(invert_triangle(true, false, n, inverse.data(), inverse.lda), 0);
+      finish_lu_inverse(n, inverse.data(), inverse.lda, pivots.data(), work.data(), length);
+      EXPECT_LT(apart<T>(a * whole(inverse), one, size * largest(whole(inverse))), kMost) << length;
+    }
+  }
+}
+
+TYPED_TEST(factored, triangles) {
+  using T = TypeParam;
+  for (const core_int n : kOrders) {
+    for (const bool upper : {false, true}) {
+      SCOPED_TRACE(testing::Message() << n << (upper ? " upper" : " lower"));
+      matrix<T> f = factors_of<T>(n, 5);
+      const auto untouched = [&](const matrix<T>& after) {
+        bool same = true;
+        for (core_int j = 0; j < n; ++j) {
+          for (core_int i = 0; i < f.lda; ++i) {
+            if (i >= n || (i != j && (i < j) != upper)) same = same && after(i, j) == f(i, j);
+          }
+        }
+        return same;
+      };
+      for (const bool unit : {false, true}) {
+        matrix<T> inverse = f;
+        EXPECT_EQ(invert_triangle(upper, unit, n, inverse.data(), inverse.lda), 0);
+        const wide_matrix one = triangle(f, upper, unit) * triangle(inverse, upper, unit);
+        EXPECT_LT(apart<T>(one, filled(n, n, [](core_int i, core_int j) { return wide(i == j ? 1 : 0); }),
+                           largest(triangle(inverse, upper, unit)) * static_cast<double>(n)),
+                  kMost);
+        EXPECT_TRUE(untouched(inverse));
+        if (unit) {
+          EXPECT_TRUE(inverse(n / 2, n / 2) == f(n / 2, n / 2));
+        }
+      }
+      matrix<T> square = f;
+      square_triangle(upper, n, square.data(), square.lda);
+      const wide_matrix t = triangle(f, upper, false), s = upper ? t * turned(t, true) : turned(t, true) * t;
+      const wide_matrix expected =
+          filled(n, n, [&](core_int i, core_int j) { return i == j || (i < j) == upper ? s(i, j) : wide(); });
+      EXPECT_LT(apart<T>(triangle(square, upper, false), expected, static_cast<double>(n)), kMost);
+      EXPECT_TRUE(untouched(square));
+
+      const matrix<T> b = random_matrix<T>(n, 3, 6);
+      matrix<T> x = b;
+      solve_by_cholesky(upper, n, core_int{3}, f.data(), f.lda, x.data(), x.lda);
+      const wide_matrix a = upper ? turned(t, true) * t : t * turned(t, true);
+      EXPECT_LT(apart<T>(a * whole(x), whole(b), static_cast<double>(n) * largest(a) * largest(whole(x))),
+                kMost);
+
+      f(n / 2, n / 2) = T{};
+      square = f;
+      EXPECT_EQ(invert_triangle(upper, false, n, square.data(), square.lda), n / 2 + 1);
+      EXPECT_TRUE(
+          std::equal(f.cells.begin(), f.cells.end(), square.cells.begin(), [](T u, T v) { return u == v; }));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace qel::lapack

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// When a vector-math call is worth threads: pure functions of the machine's topology and of an element's
+// cost.
+#pragma once
+
+#include "service/cpu_facts.h"
+
+namespace qel {
+
+/// The processors as vector math sees them.
+struct vml_topology {
+  int logical, cores, packages;
+};
+/// From CPUID and the count of logical processors; all three are that count where the answers contradict each
+/// other.
+vml_topology read_vml_topology(cpuid_reader cpuid, int logical);
+
+/// The rows of the cost table that division uses, by accuracy.
+enum vml_cost_row : int { kDivisionHa = 18, kDivisionLa = 24, kDivisionEp = 30 };
+/// Cycles of one element on a processor type 0..5; 0: not threaded there.
+double vml_element_cost(vml_cost_row row, int type);
+
+/// Cycles that a parallel region costs; -1: there is only one processor.
+float vml_fork_overhead(const vml_topology& topology);
+
+/// The length from which an operation is threaded, at least 100; INT_MAX for never.
+int vml_fork_length(const vml_topology& topology, vml_cost_row row, int type);
+/// At most threads: as many as a call of n elements feeds.
+int vml_refined_threads(int threads, const vml_topology& topology, vml_cost_row row, int type, int n);
+
+/// Types 6 and 7: their kernels are bound by memory, so all operations are threaded by the bytes that they
+/// move.
+inline constexpr int kFirstNativeType = 6;
+inline constexpr int kNativeVmlFork = 320 * 1024 / 8;
+
+}  // namespace qel
