@@ -7,10 +7,6 @@
 namespace qel::fft {
 namespace {
 
-node_kernel* kernel_of(const dfti_node& node, direction way) {
-  return way == kForward ? node.node_forward : node.node_backward;
-}
-
 pass_shape shape_of(const dfti_node* first) {
   pass_shape shape{};
   shape.dimension = first->dimension;
@@ -33,12 +29,12 @@ core_int width_of(const dfti_node* first) {
 }
 template <class R>
 size_t buffer_bytes(const dfti_node* first) {
-  return static_cast<size_t>(width_of(first) * first->max_length) * sizeof(complex_of<R>);
+  return line_buffer_bytes<R>(first->max_length, width_of(first));
 }
 
 /// Transforms that lie side by side, each element's neighbours being those of the other transforms.
 bool lie_interleaved(const dfti_node* first) {
-  return first->input_distance == 1 && first->output_distance == 1 && first->dimension == 1 &&
+  return first->input_distance == 1 && output_distance_of(*first) == 1 && first->dimension == 1 &&
          first->length != 1;
 }
 
@@ -53,8 +49,8 @@ int run_pass(const dfti_node* first, const pass_shape& shape, int k, const pass_
   node_kernel* kernel = kernel_of(first[k], way);
   if (kernel == nullptr) return DFTI_INVALID_CONFIGURATION;
   if (k > 0) {
-    return run_strided_pass<R>(on_output(shape), k, range, out, out, width_of(first), first + k, kernel,
-                               buffer, work);
+    return run_strided_pass<R>(on_output(shape), k, range, out, out, width_of(first), first + k, way, buffer,
+                               work);
   }
   using C = complex_of<R>;
   const core_int n = first->length;
@@ -76,7 +72,7 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
   if (blocks && buffer.as<C>() == nullptr) return DFTI_MEMORY_ERROR;
   if (lie_interleaved(first)) {
     return run_lines<R>({in, first->input_stride, 1}, {out, first->output_stride, 1}, transforms,
-                        kWidestBlock, first, kernel, buffer.as<C>(), work);
+                        kWidestBlock, first, way, buffer.as<C>(), work);
   }
   const pass_shape shape = shape_of(first);
   int status = DFTI_NO_ERROR;
@@ -86,7 +82,7 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
       status = run_pass<R>(first, shape, k, range, way, in, out, buffer.as<C>(), work);
     }
     in += first->input_distance;
-    out += first->output_distance;
+    out += output_distance_of(*first);
   }
   return status;
 }
@@ -97,8 +93,8 @@ int run_threaded(const dfti_node* first, const complex_of<R>* in, complex_of<R>*
   if (first->number_of_transforms > 1) {
     const int threads = static_cast<int>(std::min<core_int>(first->threads, first->number_of_transforms));
     return over_shares(first->number_of_transforms, threads, [&](int part, core_int from, core_int to) {
-      return run_sequential<R>(first, in + from * first->input_distance, out + from * first->output_distance,
-                               to - from, way, slice(first, part));
+      return run_sequential<R>(first, in + from * first->input_distance,
+                               out + from * output_distance_of(*first), to - from, way, slice(first, part));
     });
   }
   const pass_shape shape = shape_of(first);
@@ -145,7 +141,7 @@ int run_split_lines(const dfti_node* first, split_line<const R> in, split_line<R
   const call_buffer buffer(strided ? static_cast<size_t>(n) * 2 * sizeof(R) : 0);
   if (strided && buffer.as<R>() == nullptr) return DFTI_MEMORY_ERROR;
   for (core_int t = 0; t < first->number_of_transforms; ++t) {
-    const core_int in_offset = t * first->input_distance, out_offset = t * first->output_distance;
+    const core_int in_offset = t * first->input_distance, out_offset = t * output_distance_of(*first);
     split_line<const R> from{in.real + in_offset, in.imag + in_offset};
     split_line<R> to{out.real + out_offset, out.imag + out_offset};
     const split_line<R> target = to;

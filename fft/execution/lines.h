@@ -2,6 +2,8 @@
 // Single lines and blocks of lines: brought to unit stride, transformed by the node's kernel, brought back.
 #pragma once
 
+#include <algorithm>
+
 #include "fft/execution/node_kernels.h"
 #include "fft/spec/moves.h"
 
@@ -89,10 +91,44 @@ int run_block(line_places<const complex_of<R>> in, line_places<complex_of<R>> ou
   return DFTI_NO_ERROR;
 }
 
+inline node_kernel* kernel_of(const dfti_node& node, direction way) {
+  return way == kForward ? node.node_forward : node.node_backward;
+}
+
+/// Bytes of a buffer for blocks of lines up to that length; native blocks have a width of their own.
+template <class R>
+size_t line_buffer_bytes(core_int longest, core_int width) {
+  if (native_passes<R>() != nullptr) return column_work_bytes<R>(longest, kLongBlock<R>);
+  return static_cast<size_t>(width * longest) * sizeof(complex_of<R>);
+}
+
+/// Native: lines side by side, straight from and to their places.
+template <class R>
+void run_side_by_side(line_places<const complex_of<R>> in, line_places<complex_of<R>> out, core_int count,
+                      const dfti_node& node, direction way, void* buffer) {
+  const dft_spec<R>& spec = *ordered_spec_of<R>(node);
+  const R scale = scale_of<R>(node, way);
+  for (core_int done = 0; done < count; done += kLongBlock<R>) {
+    const core_int lines = std::min(kLongBlock<R>, count - done);
+    dft_spec_run_columns<R>({in.data + done, in.stride}, {out.data + done, out.stride}, lines, spec, buffer,
+                            way);
+    if (scale == 1) continue;
+    for (core_int k = 0; k < node.length; ++k) {
+      level_kernels<R>().scale(out.data + done + k * out.stride, lines, scale);
+    }
+  }
+}
+
 /// count lines, width of them at a time and then by halves.
 template <class R>
 int run_lines(line_places<const complex_of<R>> in, line_places<complex_of<R>> out, core_int count,
-              core_int width, const dfti_node* node, node_kernel* kernel, complex_of<R>* buffer, void* work) {
+              core_int width, const dfti_node* node, direction way, complex_of<R>* buffer, void* work) {
+  const dft_spec<R>* spec = ordered_spec_of<R>(*node);
+  if (spec != nullptr && takes_columns(*spec) && in.step == 1 && out.step == 1) {
+    run_side_by_side<R>(in, out, count, *node, way, buffer);
+    return DFTI_NO_ERROR;
+  }
+  node_kernel* kernel = kernel_of(*node, way);
   for (core_int done = 0; done < count;) {
     const core_int left = std::min(width, count - done);
     auto* block = run_block<1, R>;

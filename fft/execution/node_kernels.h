@@ -24,6 +24,12 @@ const dft_spec<R>* ordered_spec_of(const dfti_node& node) {
   return static_cast<const dft_spec<R>*>(node.specs[kOrderedSpec][kSpecPrecision<R>]);
 }
 
+/// From one transform's output to the next one's: in place the input's distance serves if none is set.
+inline core_int output_distance_of(const dfti_node& first) {
+  const bool shared = first.placement == DFTI_INPLACE && first.output_distance == 0;
+  return shared ? first.input_distance : first.output_distance;
+}
+
 /// Whether the spectrum of a real descriptor lies as complex numbers (strides and distances count those):
 /// by its storage, or because it has rows of complex numbers.
 bool has_complex_spectrum(const dfti_node& first);

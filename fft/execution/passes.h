@@ -79,7 +79,7 @@ int for_places(const pass_shape& shape, int without, int without_too, const pass
 /// buffer holds width lines.
 template <class R>
 int run_strided_pass(const pass_shape& shape, int pass_node, const pass_range& range, const complex_of<R>* in,
-                     complex_of<R>* out, core_int width, const dfti_node* node, node_kernel* kernel,
+                     complex_of<R>* out, core_int width, const dfti_node* node, direction way,
                      complex_of<R>* buffer, void* work) {
   if (node->length == 1) return DFTI_NO_ERROR;
   const bool columns = range.axis == 0;
@@ -88,7 +88,7 @@ int run_strided_pass(const pass_shape& shape, int pass_node, const pass_range& r
     return run_lines<R>(
         {in + in_offset + first * shape.in_stride[0], shape.in_stride[pass_node], shape.in_stride[0]},
         {out + out_offset + first * shape.out_stride[0], shape.out_stride[pass_node], shape.out_stride[0]},
-        count, width, node, kernel, buffer, work);
+        count, width, node, way, buffer, work);
   });
 }
 

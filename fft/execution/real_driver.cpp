@@ -57,6 +57,7 @@ class real_call {
   R* reals(core_int transform) const { return real_data_ + transform * reals_.distance; }
   template <class T>
   T* spectrum(core_int transform) const {
+    if (in_place_ && spectrum_.distance == 0) return reinterpret_cast<T*>(reals(transform));
     return static_cast<T*>(spectrum_data_) + transform * spectrum_.distance;
   }
 
@@ -126,10 +127,9 @@ class real_call {
       const int k = kWay == kForward ? pass : static_cast<int>(first_->dimension) - pass;
       const int axis = parallel_axis(first_->dimension, k);
       const int status = over_shares(shape.count[axis], threads, [&](int part, core_int from, core_int to) {
-        const call_buffer buffer(static_cast<size_t>(width * first_->max_length) * sizeof(C));
+        const call_buffer buffer(line_buffer_bytes<R>(first_->max_length, width));
         if (buffer.template as<C>() == nullptr) return int{DFTI_MEMORY_ERROR};
-        return run_strided_pass<R>(shape, k, {axis, from, to}, half, half, width, first_ + k,
-                                   kWay == kForward ? first_[k].node_forward : first_[k].node_backward,
+        return run_strided_pass<R>(shape, k, {axis, from, to}, half, half, width, first_ + k, kWay,
                                    buffer.template as<C>(), threads > 1 ? slice(part) : work);
       });
       if (status != DFTI_NO_ERROR) return status;

@@ -2,6 +2,7 @@
 #include "fft/execution/split_driver.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "fft/execution/lines.h"
 #include "fft/execution/regions.h"
@@ -23,26 +24,44 @@ class split_call {
     const call_buffer buffer(static_cast<size_t>(n) * sizeof(C), 64);
     if (buffer.as<C>() == nullptr) return DFTI_MEMORY_ERROR;
     C* middle = buffer.as<C>();
+    if (plan_.long_line != nullptr) return run_native(middle);
     const int status = plan_.parts == 0 ? columns_by_groups(middle) : columns_by_blocks(middle);
     if (status != DFTI_NO_ERROR) return status;
     return over_shares(plan_.rows, threads(), [&](int part, core_int from, core_int to) {
       const dfti_node* lines = plan_.column_descriptor;
       return run_lines<R>({middle + from * plan_.columns, 1, plan_.columns}, {output_ + from, plan_.rows, 1},
-                          to - from, kWidestBlock, lines, kernel_of(lines), line_buffer(part), work(part));
+                          to - from, kWidestBlock, lines, kWay, line_buffer(part), work(part));
     });
   }
 
  private:
   int threads() const { return plan_.parts == 0 ? first_->threads : plan_.parts; }
-  static node_kernel* kernel_of(const dfti_node* lines) {
-    return kWay == kForward ? lines->node_forward : lines->node_backward;
-  }
   C* line_buffer(int part) const {
-    return reinterpret_cast<C*>(static_cast<char*>(first_->workspace) +
-                                core_int{part} * first_->workspace_bytes);
+    char* start = static_cast<char*>(first_->workspace) + core_int{part} * first_->workspace_bytes;
+    return reinterpret_cast<C*>((reinterpret_cast<uintptr_t>(start) + 63) & ~uintptr_t{63});
   }
   void* work(int part) const {
-    return line_buffer(part) + kWidestBlock * std::max(plan_.rows, plan_.columns);
+    return reinterpret_cast<char*>(line_buffer(part)) +
+           line_buffer_bytes<R>(std::max(plan_.rows, plan_.columns), kWidestBlock);
+  }
+
+  int run_native(C* middle) const {
+    const long_spec<R>& line = *plan_.long_line;
+    const auto own = [&](int part) { return reinterpret_cast<R*>(line_buffer(part)); };
+    over_shares(line.blocks_of_columns(), threads(), [&](int part, core_int from, core_int to) {
+      line.first_half(input_, middle, from, to, own(part), kWay);
+      return 0;
+    });
+    over_shares(line.blocks_of_rows(), threads(), [&](int part, core_int from, core_int to) {
+      line.second_half(middle, output_, from, to, own(part), kWay);
+      return 0;
+    });
+    const R scale = scale_of<R>(*first_, kWay);
+    if (scale == 1) return DFTI_NO_ERROR;
+    return over_shares(line.rows * line.columns, threads(), [&](int, core_int from, core_int to) {
+      level_kernels<R>().scale(output_ + from, to - from, scale);
+      return 0;
+    });
   }
 
   int columns_by_groups(C* middle) const {
@@ -65,9 +84,8 @@ class split_call {
     const dfti_node* lines = plan_.row_descriptor;
     for (core_int first = from; first < to; first += kWidestBlock) {
       const core_int width = std::min(kWidestBlock, to - first);
-      const int status =
-          run_lines<R>({input_ + first, plan_.columns, 1}, {middle + first, plan_.columns, 1}, width,
-                       kWidestBlock, lines, kernel_of(lines), line_buffer(part), work(part));
+      const int status = run_lines<R>({input_ + first, plan_.columns, 1}, {middle + first, plan_.columns, 1},
+                                      width, kWidestBlock, lines, kWay, line_buffer(part), work(part));
       if (status != DFTI_NO_ERROR) return status;
       turn(middle + first, first, width);
     }

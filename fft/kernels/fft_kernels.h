@@ -20,6 +20,10 @@ inline constexpr int kStraightLengths = 16;
 inline constexpr int kAutosortRadices[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13};
 inline constexpr int kAutosortCount = 11;
 
+/// Columns of a long line that are transformed together: two cache lines of each row.
+template <class R>
+inline constexpr core_int kLongBlock = 64 / static_cast<core_int>(sizeof(R));
+
 /// Such passes, of native levels; shared/autosort.inl.h says what they do. Lines lie as two arrays of parts.
 template <class C, class R>
 struct autosort_kernels {
@@ -103,7 +107,6 @@ struct fft_kernels {
   /// target[k] = source[k] * factor[k], backward its conjugate
   void (*multiply[2])(const C* source, const C* factor, C* target, core_int n);
   void (*scale)(C* data, core_int n, R factor);
-  const autosort_kernels<C, R>* autosort;  ///< null on levels that have none
 };
 
 using fft_kernels_d = fft_kernels<complex16, double>;
@@ -121,5 +124,9 @@ extern const autosort_kernels_s autosort_s;
 extern const fft_kernels_d fft_d;
 extern const fft_kernels_s fft_s;
 }  // namespace l5_avx2
+namespace l6_avx512 {
+extern const autosort_kernels_d autosort_d;
+extern const autosort_kernels_s autosort_s;
+}  // namespace l6_avx512
 
 }  // namespace qel

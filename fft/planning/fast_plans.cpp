@@ -22,7 +22,8 @@ line_facts facts_of(const dfti_node& node) {
           node.output_offset,
           kSingle ? static_cast<double>(node.forward_scale_f32) : node.forward_scale_f64,
           kSingle ? static_cast<double>(node.backward_scale_f32) : node.backward_scale_f64,
-          kSingle};
+          kSingle,
+          native_passes<R>() != nullptr};
 }
 
 void take(const dfti_fast_plan* plan, dfti_node* node, compute_routine* forward, compute_routine* backward) {
@@ -73,7 +74,7 @@ struct small_plan {
   using C = complex_of<R>;
   template <direction kWay, bool kInPlace>
   static int compute(dfti_node* node, void* first, void* second, void*, void*) {
-    alignas(32) char work[kSmallPlanWorkspace + 31];
+    alignas(64) char work[kSmallPlanWorkspace + 63];
     const auto* spec = static_cast<const dft_spec<R>*>(node->fast_plan_data);
     return spec_status(dft_spec_run<R>(static_cast<const C*>(first),
                                        static_cast<C*>(kInPlace ? first : second), spec, work, kWay));

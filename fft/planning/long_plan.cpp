@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "fft/descriptor/life.h"
+#include "fft/execution/lines.h"
 #include "fft/execution/node_kernels.h"
 #include "fft/execution/split_driver.h"
 #include "fft/planning/driver_rules.h"
@@ -81,6 +82,14 @@ int build(split_plan<R>& plan, const dfti_node& first, const long_choice& choice
   plan.columns = choice.columns;
   const bool fixed = choice.tier == long_tier::kFixed;
   plan.parts = fixed ? choice.parts : 0;
+  if (native_passes<R>() != nullptr) {
+    const native_plan native = plan_native_line(first.length);
+    if (native.method == native_method::kLong) {
+      plan.long_line = make_object<long_spec<R>>();
+      const bool made = plan.long_line != nullptr && plan.long_line->make(native.rows, native.columns);
+      return made ? DFTI_NO_ERROR : DFTI_MEMORY_ERROR;
+    }
+  }
   const bool scaled = scale_of<R>(first, kForward) != 1 || scale_of<R>(first, kBackward) != 1;
   if (const int status = make_inner<R>(&plan.row_descriptor, plan.rows, nullptr)) return status;
   if (plan.rows == plan.columns && !scaled) {
@@ -111,6 +120,7 @@ void release_thread_buffer(dfti_node* first) {
 
 template <class R>
 split_plan<R>::~split_plan() {
+  free_object(long_line);
   if (column_descriptor != nullptr && column_descriptor != row_descriptor)
     free_descriptor(&column_descriptor);
   if (row_descriptor != nullptr) free_descriptor(&row_descriptor);
@@ -139,9 +149,10 @@ template <class R>
 int long_workspace(const dfti_node& first) {
   const auto& plan = *static_cast<const split_plan<R>*>(first.extra_buffer != nullptr ? first.extra_buffer
                                                                                       : first.thread_buffer);
-  const int lines =
-      static_cast<int>(kWidestBlock * std::max(plan.rows, plan.columns) * core_int{sizeof(complex_of<R>)});
-  return lines + std::max(plan.row_descriptor->workspace_bytes, plan.column_descriptor->workspace_bytes);
+  if (plan.long_line != nullptr)
+    return static_cast<int>(plan.long_line->work_reals() * core_int{sizeof(R)}) + 64;
+  const auto lines = static_cast<int>(line_buffer_bytes<R>(std::max(plan.rows, plan.columns), kWidestBlock));
+  return lines + 64 + std::max(plan.row_descriptor->workspace_bytes, plan.column_descriptor->workspace_bytes);
 }
 
 void release_long_plan(dfti_node* first) {

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "fft/planning/line_plan.h"
+
 namespace qel::fft {
 namespace {
 
@@ -67,13 +69,19 @@ core_int autosort_spec<R>::pitch_of_parts(core_int lines) const {
 }
 template <class R>
 core_int autosort_spec<R>::work_reals(core_int lines) const {
-  return length <= kStraightLengths ? 0 : 4 * pitch_of_parts(lines) + 2 * 16 * core_int{largest_generic};
+  return length <= kStraightLengths ? 0
+                                    : 4 * pitch_of_parts(lines) + 2 * 16 * (core_int{largest_generic} + 1);
+}
+
+template <class R>
+core_int autosort_spec<R>::most_work_reals(core_int longest, core_int lines) {
+  return 4 * (longest * lines + 8 + kGap) + 2 * 16 * (core_int{kLargestDirect} + 1);
 }
 
 /// All passes but the first and the last; the parts that the last one reads.
 template <class R>
 const R* autosort_spec<R>::run_middle(R* work, core_int lines) const {
-  const auto& kernels = *level_kernels<R>().autosort;
+  const auto& kernels = *native_passes<R>();
   const core_int pitch = pitch_of_parts(lines);
   R *from = work, *to = work + 2 * pitch;
   R* scratch = work + 4 * pitch;
@@ -97,8 +105,8 @@ void autosort_spec<R>::finish(const R* parts, core_int lines, C* output, core_in
                               core_int pitch, direction way) const {
   const pass& p = passes[pass_count - 1];
   const core_int k_pitch = outer == 1 ? inner : outer * pitch;
-  level_kernels<R>().autosort->lasts[way][p.index](parts, parts + pitch_of_parts(lines), output, inner, outer,
-                                                   pitch, k_pitch);
+  native_passes<R>()->lasts[way][p.index](parts, parts + pitch_of_parts(lines), output, inner, outer, pitch,
+                                          k_pitch);
 }
 
 template <class R>
@@ -108,8 +116,8 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
     return;
   }
   const pass& first = passes[0];
-  level_kernels<R>().autosort->line[way][first.index](input, work, work + pitch_of_parts(1), first.m,
-                                                      line_twiddles.get());
+  native_passes<R>()->line[way][first.index](input, work, work + pitch_of_parts(1), first.m,
+                                             line_twiddles.get());
   const core_int s = length / passes[pass_count - 1].radix;
   finish(run_middle(work, 1), 1, output, s, 1, 0, way);
 }
@@ -117,7 +125,7 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
 template <class R>
 void autosort_spec<R>::run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work,
                                    direction way) const {
-  const auto& kernels = *level_kernels<R>().autosort;
+  const auto& kernels = *native_passes<R>();
   if (length <= kStraightLengths) {
     kernels.short_lines[way][length](input.data, input.pitch, output.data, output.pitch, lines);
     return;
@@ -160,7 +168,7 @@ core_int long_spec<R>::work_reals() const {
 template <class R>
 void long_spec<R>::first_half(const C* input, C* middle, core_int from, core_int to, R* work,
                               direction way) const {
-  const auto& kernels = *level_kernels<R>().autosort;
+  const auto& kernels = *native_passes<R>();
   C* lines = reinterpret_cast<C*>(work);
   R* passes_work = work + 2 * rows * kBlock;
   for (core_int b = from; b < to; ++b) {

@@ -36,6 +36,8 @@ struct autosort_spec {
   bool make(core_int n);
   /// Reals of work for so many lines side by side.
   core_int work_reals(core_int lines) const;
+  /// The most that any length up to this one needs.
+  static core_int most_work_reals(core_int longest, core_int lines);
   /// One line at unit stride, in place or out.
   void run_line(const C* input, C* output, R* work, direction way) const;
   /// Lines side by side, in place or out.
@@ -55,12 +57,12 @@ struct autosort_spec {
 template <class R>
 struct long_spec {
   using C = complex_of<R>;
-  static constexpr core_int kBlock = 8;
+  static constexpr core_int kBlock = kLongBlock<R>;
   core_int rows, columns;
   autosort_spec<R> of_rows;     ///< lines down the columns, of `rows` elements
   autosort_spec<R> of_columns;  ///< lines along the rows
-  table<C> bases;               ///< w^(8 b k) for block b of columns, k < rows
-  table<C> powers;              ///< w^(k l), l < 8
+  table<C> bases;               ///< w^(kBlock b k) for block b of columns, k < rows
+  table<C> powers;              ///< w^(k l), l < kBlock
 
   bool make(core_int row_count, core_int column_count);
   /// Reals of work of one thread in either half.

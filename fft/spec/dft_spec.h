@@ -78,11 +78,16 @@ void dft_spec_free(dft_spec<R>* spec);
 
 /// Whether the plan takes lines side by side, which is faster than one after the other.
 template <class R>
-bool takes_columns(const dft_spec<R>& spec) {
-  return spec.autosort != nullptr;
-}
+bool takes_columns(const dft_spec<R>& spec);
+/// Such lines, in place or out, without the plan's own scale; work: column_work_bytes.
+template <class R>
+void dft_spec_run_columns(columns_of<const complex_of<R>> input, columns_of<complex_of<R>> output,
+                          core_int lines, const dft_spec<R>& spec, void* work, direction way);
+/// Enough for so many lines of any plan of up to that length.
+template <class R>
+size_t column_work_bytes(core_int length, core_int lines);
 
-/// Transforms a line of pairs at unit stride, in place or out. work: workspace_bytes and 32 more, at any
+/// Transforms a line of pairs at unit stride, in place or out. work: workspace_bytes and 64 more, at any
 /// address; null: taken for the call. 0 or a spec_result.
 template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,

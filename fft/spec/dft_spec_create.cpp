@@ -91,7 +91,7 @@ int build_bluestein(dft_spec<R>& spec) {
   using C = complex_of<R>;
   const core_int n = spec.length, padded = spec.plan.padded;
   if (const int result = dft_spec_create(&spec.inner, padded, kUnscaled)) return result;
-  spec.workspace_bytes += spec.inner->workspace_bytes + 32;
+  spec.workspace_bytes += spec.inner->workspace_bytes + 64;
   spec.chirp = make_table<C>(n);
   spec.chirp_spectrum = make_table<C>(padded);
   if (spec.chirp == nullptr || spec.chirp_spectrum == nullptr) return kSpecNoMemory;
@@ -156,7 +156,7 @@ int build(dft_spec<R>& spec) {
 /// A split line's pairs, aligned.
 template <class R>
 int split_bytes(core_int length) {
-  return static_cast<int>((length + 3) / 4 * 4 * core_int{sizeof(complex_of<R>)});
+  return static_cast<int>((length + 7) / 8 * 8 * core_int{sizeof(complex_of<R>)});
 }
 
 }  // namespace
@@ -185,7 +185,7 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form f
   spec->scaled[kForward] = flag == kForwardByN || flag == kBothByRoot;
   spec->scaled[kBackward] = flag == kBackwardByN || flag == kBothByRoot;
   spec->scale = flag == kUnscaled ? 1.0 : flag == kBothByRoot ? 1.0 / std::sqrt(n) : 1.0 / n;
-  spec->plan = plan_line(length, form == line_form::kScrambled, level_kernels<R>().autosort != nullptr);
+  spec->plan = plan_line(length, form == line_form::kScrambled, native_passes<R>() != nullptr);
   spec->workspace_bytes = spec->plan.workspace_bytes;
   // A split line is put together in the work, before the method's own.
   if (form == line_form::kSplit) spec->workspace_bytes += split_bytes<R>(length);

@@ -208,11 +208,11 @@ template <class R, class Run>
 int with_work(const dft_spec<R>& spec, void* work, Run run) {
   table<char> own;
   if (work == nullptr && spec.workspace_bytes > 0) {
-    own = make_table<char>(spec.workspace_bytes + 32);
+    own = make_table<char>(spec.workspace_bytes + 64);
     if (own == nullptr) return kSpecNoMemory;
     work = own.get();
   }
-  run(reinterpret_cast<void*>((reinterpret_cast<uintptr_t>(work) + 31) & ~uintptr_t{31}));
+  run(reinterpret_cast<void*>((reinterpret_cast<uintptr_t>(work) + 63) & ~uintptr_t{63}));
   return 0;
 }
 
@@ -242,10 +242,41 @@ int dft_spec_run_split(split_line<const R> input, split_line<R> output, const df
   return with_work(*spec, work, [&](void* aligned) {
     C* line = static_cast<C*>(aligned);
     join_parts(input.real, input.imag, 1, line, n);
-    run_scaled<R>(line, line, *spec, line + (n + 3) / 4 * 4, way);
+    run_scaled<R>(line, line, *spec, line + (n + 7) / 8 * 8, way);
     part(line, n, output.real, output.imag, 1);
   });
 }
+
+template <class R>
+bool takes_columns(const dft_spec<R>& spec) {
+  return spec.autosort != nullptr ||
+         (spec.plan.method == line_method::kStraight && native_passes<R>() != nullptr);
+}
+
+template <class R>
+void dft_spec_run_columns(columns_of<const complex_of<R>> input, columns_of<complex_of<R>> output,
+                          core_int lines, const dft_spec<R>& spec, void* work, direction way) {
+  if (spec.autosort != nullptr) {
+    spec.autosort->run_columns(input, output, lines, static_cast<R*>(work), way);
+  } else {
+    native_passes<R>()->short_lines[way][spec.length](input.data, input.pitch, output.data, output.pitch,
+                                                      lines);
+  }
+}
+
+template <class R>
+size_t column_work_bytes(core_int length, core_int lines) {
+  return static_cast<size_t>(autosort_spec<R>::most_work_reals(length, lines)) * sizeof(R);
+}
+
+#define QEL_INSTANTIATE(R)                                                                          \
+  template bool takes_columns<R>(const dft_spec<R>&);                                               \
+  template void dft_spec_run_columns<R>(columns_of<const complex_of<R>>, columns_of<complex_of<R>>, \
+                                        core_int, const dft_spec<R>&, void*, direction);            \
+  template size_t column_work_bytes<R>(core_int, core_int);
+QEL_INSTANTIATE(float)
+QEL_INSTANTIATE(double)
+#undef QEL_INSTANTIATE
 
 template int dft_spec_run<float>(const complex8*, complex8*, const dft_spec<float>*, void*, direction);
 template int dft_spec_run<double>(const complex16*, complex16*, const dft_spec<double>*, void*, direction);

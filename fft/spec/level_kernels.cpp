@@ -14,6 +14,11 @@ constexpr const fft_kernels_s* kSingle[] = {&l0_generic::fft_s, &l0_generic::fft
                                             &l0_generic::fft_s, &l0_generic::fft_s, &l5_avx2::fft_s,
                                             &l5_avx2::fft_s};
 
+constexpr const autosort_kernels_d* kDoubleNative[] = {
+    nullptr, nullptr, nullptr, nullptr, nullptr, &l5_avx2::autosort_d, &l6_avx512::autosort_d};
+constexpr const autosort_kernels_s* kSingleNative[] = {
+    nullptr, nullptr, nullptr, nullptr, nullptr, &l5_avx2::autosort_s, &l6_avx512::autosort_s};
+
 }  // namespace
 
 template <>
@@ -23,6 +28,15 @@ const fft_kernels_d& level_kernels<double>() {
 template <>
 const fft_kernels_s& level_kernels<float>() {
   return *kSingle[serv_cpu_level()];
+}
+
+template <>
+const autosort_kernels_d* native_passes<double>() {
+  return kDoubleNative[serv_cpu_level()];
+}
+template <>
+const autosort_kernels_s* native_passes<float>() {
+  return kSingleNative[serv_cpu_level()];
 }
 
 }  // namespace qel::fft

@@ -144,7 +144,7 @@ int build(real_spec<R>& spec) {
       break;
   }
   if (const int result = dft_spec_create(&spec.complex, inner, kUnscaled)) return result;
-  spec.workspace_bytes += spec.complex->workspace_bytes + 32;
+  spec.workspace_bytes += spec.complex->workspace_bytes + 64;
   return 0;
 }
 
@@ -154,11 +154,11 @@ int with_work(const real_spec<R>* spec, const void* input, void* output, void* w
   if (spec->kind != real_spec<R>::kKind) return kSpecBadKind;
   table<char> own;
   if (work == nullptr && spec->workspace_bytes > 0) {
-    own = make_table<char>(spec->workspace_bytes + 32);
+    own = make_table<char>(spec->workspace_bytes + 64);
     if (own == nullptr) return kSpecNoMemory;
     work = own.get();
   }
-  run(reinterpret_cast<void*>((reinterpret_cast<uintptr_t>(work) + 31) & ~uintptr_t{31}));
+  run(reinterpret_cast<void*>((reinterpret_cast<uintptr_t>(work) + 63) & ~uintptr_t{63}));
   return 0;
 }
 

@@ -31,7 +31,7 @@ class Line : public testing::Test {
     const auto x = random_line<R>(n, static_cast<unsigned>(n));
     const std::vector<wide> exact(x.begin(), x.end());
     guarded<Z> in(n), out(n);
-    std::vector<char> work(static_cast<std::size_t>(spec->workspace_bytes) + 32);
+    std::vector<char> work(static_cast<std::size_t>(spec->workspace_bytes) + 64);
     for (const direction way : {kForward, kBackward}) {
       std::vector<wide> want = wide_transform(exact, way == kForward ? -1 : 1);
       if (spec->scaled[way] != 0) {

@@ -8,8 +8,9 @@
 namespace qel::fft {
 namespace {
 
-line_facts line(core_int n, double forward = 1, double backward = 1, bool single = false) {
-  return {n, 1, 39, 43, 1, 1, 0, 0, forward, backward, single};
+line_facts line(core_int n, double forward = 1, double backward = 1, bool single = false,
+                bool native = false) {
+  return {n, 1, 39, 43, 1, 1, 0, 0, forward, backward, single, native};
 }
 
 TEST(FastPlanRules, LengthAndScalesDecide) {
@@ -24,6 +25,8 @@ TEST(FastPlanRules, LengthAndScalesDecide) {
       {line(128, 1, 1, true), false, 8},
       {line(64, 1, 1, true), true, 8},
       {line(256), false, 8},
+      {line(16, 1, 1, false, true), true, 8},
+      {line(32, 1, 1, false, true), false, 8},
       {line(4096), false, 8},
       {line(4097), false, 0},
       {line(8, 0.125), false, 1},

@@ -3,6 +3,6 @@
 
 namespace qel::QEL_LEVEL {
 
-constexpr fft_kernels_d fft_d = all_kernels<complex16, double>(nullptr);
+constexpr fft_kernels_d fft_d = all_kernels<complex16, double>();
 
 }  // namespace qel::QEL_LEVEL

@@ -3,6 +3,6 @@
 
 namespace qel::QEL_LEVEL {
 
-constexpr fft_kernels_s fft_s = all_kernels<complex8, float>(&autosort_s);
+constexpr fft_kernels_s fft_s = all_kernels<complex8, float>();
 
 }  // namespace qel::QEL_LEVEL

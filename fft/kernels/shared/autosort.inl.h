@@ -19,36 +19,16 @@ template <class V, int radix>
   if constexpr (V::kCount == 1) {
 #pragma GCC unroll 16
     for (int k = 0; k < radix; ++k) V::store(re + k, im + k, x[k]);
-  } else if constexpr (radix % 4 == 0 && V::kCount == 4) {
+  } else if constexpr (radix % 4 == 0 && V::kCount >= 4) {
 #pragma GCC unroll 4
     for (int k = 0; k < radix; k += 4) {
-      typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
-      typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
-      part::transpose(a);
-      part::transpose(b);
-#pragma GCC unroll 4
-      for (int p = 0; p < 4; ++p) {
-        part::store(re + p * radix + k, a[p]);
-        part::store(im + p * radix + k, b[p]);
-      }
-    }
-  } else if constexpr (radix % 4 == 0 && V::kCount == 8) {
-#pragma GCC unroll 4
-    for (int k = 0; k < radix; k += 4) {
-      typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
-      typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
-      part::transpose(a);
-      part::transpose(b);
-#pragma GCC unroll 4
-      for (int p = 0; p < 4; ++p) {
-        _mm_storeu_ps(re + p * radix + k, _mm256_castps256_ps128(a[p]));
-        _mm_storeu_ps(re + (p + 4) * radix + k, _mm256_extractf128_ps(a[p], 1));
-        _mm_storeu_ps(im + p * radix + k, _mm256_castps256_ps128(b[p]));
-        _mm_storeu_ps(im + (p + 4) * radix + k, _mm256_extractf128_ps(b[p], 1));
-      }
+      const typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
+      const typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
+      part::store_columns(re + k, radix, a);
+      part::store_columns(im + k, radix, b);
     }
   } else {
-    alignas(32) R a[radix * V::kCount], b[radix * V::kCount];
+    alignas(64) R a[radix * V::kCount], b[radix * V::kCount];
 #pragma GCC unroll 16
     for (int k = 0; k < radix; ++k) V::store(a + k * V::kCount, b + k * V::kCount, x[k]);
     for (int p = 0; p < V::kCount; ++p) {
@@ -64,7 +44,7 @@ template <class V, int radix>
 /// s = 1: the first pass of a line. twiddles: real parts of k = 1 for all p, imaginary parts, k = 2 ...
 template <class R, bool kBackward, int radix>
 void first_of_line(const complex_type<R>* input, R* re, R* im, core_int m, const R* twiddles) {
-  by_registers<R>(m, [&]<class V>(core_int p) {
+  by_registers<R>(m, [&]<class V>(core_int p) QEL_BODY {
     reg_of<V> x[radix];
 #pragma GCC unroll 16
     for (int j = 0; j < radix; ++j) x[j] = V::template load_pairs<kBackward>(input + p + j * m);
@@ -90,7 +70,7 @@ template <class R, bool kBackward, int radix>
 void first_of_columns(const complex_type<R>* input, core_int pitch, core_int s, R* re, R* im, core_int m,
                       const complex_type<R>* twiddles) {
   for (core_int p = 0; p < m; ++p) {
-    by_registers<R>(s, [&]<class V>(core_int q) {
+    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
       reg_of<V> x[radix];
 #pragma GCC unroll 16
       for (int j = 0; j < radix; ++j) {
@@ -111,7 +91,7 @@ template <class R, int radix>
 void middle_pass(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
                  const complex_type<R>* twiddles) {
   for (core_int p = 0; p < m; ++p) {
-    by_registers<R>(s, [&]<class V>(core_int q) {
+    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
       reg_of<V> x[radix];
 #pragma GCC unroll 16
       for (int j = 0; j < radix; ++j) {
@@ -129,13 +109,13 @@ void middle_pass(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_
   }
 }
 
-/// Any odd radix n; roots[j] = exp(-2 pi i j / n). work: 2 n registers.
+/// Any odd radix n; roots[j] = exp(-2 pi i j / n). work: 2 n + 2 registers.
 template <class R>
 void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
                    const complex_type<R>* twiddles, int n, const complex_type<R>* roots, R* work) {
   const int half = n / 2;
   for (core_int p = 0; p < m; ++p) {
-    by_registers<R>(s, [&]<class V>(core_int q) {
+    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
       const auto of = [&](core_int j) {
         const core_int at = q + s * (p + j * m);
         return V::load(re + at, im + at);
@@ -180,7 +160,7 @@ void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, c
                core_int k_pitch) {
   const core_int s = inner * outer;
   for (core_int o = 0; o < outer; ++o) {
-    by_registers<R>(inner, [&]<class V>(core_int i) {
+    by_registers<R>(inner, [&]<class V>(core_int i) QEL_BODY {
       const core_int q = o * inner + i;
       reg_of<V> x[radix];
 #pragma GCC unroll 16
@@ -195,19 +175,20 @@ void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, c
 }
 
 /// The end of the first half of a long line: block k0, of width w, of the result takes columns first .. first
-/// + count of lines that lie side by side, element (k, l) at k * count + l, times bases[k] powers[8 k + l],
-/// and keeps them at k0 columns + (first + l) w + k - k0.
+/// + count of lines that lie side by side, element (k, l) at k * count + l, times bases[k] powers[k *
+/// kLongBlock + l], and keeps them at k0 columns + (first + l) w + k - k0.
 template <class R, bool kBackward>
 void turn_and_deal(const complex_type<R>* lines, core_int rows, core_int count, const complex_type<R>* bases,
                    const complex_type<R>* powers, complex_type<R>* result, core_int columns, core_int first) {
   using V = widest<R>;
   using S = single<R>;
   constexpr int kTile = V::kCount;
-  for (core_int k0 = 0; k0 < rows; k0 += 8) {
-    const core_int width = rows - k0 < 8 ? rows - k0 : 8;
+  constexpr core_int kBlock = kLongBlock<R>;
+  for (core_int k0 = 0; k0 < rows; k0 += kBlock) {
+    const core_int width = rows - k0 < kBlock ? rows - k0 : kBlock;
     complex_type<R>* block = result + k0 * columns + first * width;
     const auto one = [&](core_int k, core_int l) {
-      const auto w = turned<S, false>(S::load(powers + 8 * k + l), S::load(bases + k));
+      const auto w = turned<S, false>(S::load(powers + kBlock * k + l), S::load(bases + k));
       S::store(block + l * width + k - k0, turned<S, kBackward>(S::load(lines + k * count + l), w));
     };
     core_int k = k0;
@@ -217,10 +198,7 @@ void turn_and_deal(const complex_type<R>* lines, core_int rows, core_int count, 
         reg_of<V> x[kTile];
 #pragma GCC unroll 8
         for (int i = 0; i < kTile; ++i) {
-          complex_type<R> base[kTile];
-#pragma GCC unroll 8
-          for (complex_type<R>& b : base) b = bases[k + i];
-          const auto w = turned<V, false>(V::load(powers + 8 * (k + i) + l), V::load(base));
+          const auto w = turned<V, false>(V::load(powers + kBlock * (k + i) + l), V::repeated(bases + k + i));
           x[i] = turned<V, kBackward>(V::load(lines + (k + i) * count + l), w);
         }
         V::transpose(x);
@@ -241,7 +219,7 @@ void turn_and_deal(const complex_type<R>* lines, core_int rows, core_int count, 
 template <class R, bool kBackward, int n>
 void short_columns(const complex_type<R>* input, core_int pitch, complex_type<R>* output, core_int out_pitch,
                    core_int s) {
-  const auto run = [&]<class V>(core_int q) {
+  const auto run = [&]<class V>(core_int q) QEL_BODY {
     reg_of<V> x[n];
 #pragma GCC unroll 16
     for (int j = 0; j < n; ++j) x[j] = V::load(input + j * pitch + q);

@@ -31,6 +31,8 @@ struct cx<double, 1> {
   using reg = __m128d;
   static constexpr int kCount = 1;
   QEL_LANES reg load(const complex16* p) { return _mm_loadu_pd(reinterpret_cast<const double*>(p)); }
+  /// One number in all places.
+  QEL_LANES reg repeated(const complex16* p) { return load(p); }
   QEL_LANES void store(complex16* p, reg v) { _mm_storeu_pd(reinterpret_cast<double*>(p), v); }
   QEL_LANES reg add(reg a, reg b) { return _mm_add_pd(a, b); }
   QEL_LANES reg sub(reg a, reg b) { return _mm_sub_pd(a, b); }
@@ -57,6 +59,10 @@ struct cx<float, 2> {
   using reg = __m128;
   static constexpr int kCount = 2;
   QEL_LANES reg load(const complex8* p) { return _mm_loadu_ps(reinterpret_cast<const float*>(p)); }
+  QEL_LANES reg repeated(const complex8* p) {
+    const reg one = _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+    return _mm_movelh_ps(one, one);
+  }
   QEL_LANES void store(complex8* p, reg v) { _mm_storeu_ps(reinterpret_cast<float*>(p), v); }
   QEL_LANES reg add(reg a, reg b) { return _mm_add_ps(a, b); }
   QEL_LANES reg sub(reg a, reg b) { return _mm_sub_ps(a, b); }
@@ -82,6 +88,7 @@ struct cx<float, 1> : cx<float, 2> {
   QEL_LANES reg load(const complex8* p) {
     return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
   }
+  QEL_LANES reg repeated(const complex8* p) { return load(p); }
   QEL_LANES void store(complex8* p, reg v) {
     _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(v));
   }
@@ -95,6 +102,9 @@ struct cx<double, 2> {
   using reg = __m256d;
   static constexpr int kCount = 2;
   QEL_LANES reg load(const complex16* p) { return _mm256_loadu_pd(reinterpret_cast<const double*>(p)); }
+  QEL_LANES reg repeated(const complex16* p) {
+    return _mm256_broadcast_pd(reinterpret_cast<const __m128d*>(p));
+  }
   QEL_LANES void store(complex16* p, reg v) { _mm256_storeu_pd(reinterpret_cast<double*>(p), v); }
   QEL_LANES reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
   QEL_LANES reg sub(reg a, reg b) { return _mm256_sub_pd(a, b); }
@@ -122,6 +132,9 @@ struct cx<float, 4> {
   using reg = __m256;
   static constexpr int kCount = 4;
   QEL_LANES reg load(const complex8* p) { return _mm256_loadu_ps(reinterpret_cast<const float*>(p)); }
+  QEL_LANES reg repeated(const complex8* p) {
+    return _mm256_castpd_ps(_mm256_broadcast_sd(reinterpret_cast<const double*>(p)));
+  }
   QEL_LANES void store(complex8* p, reg v) { _mm256_storeu_ps(reinterpret_cast<float*>(p), v); }
   QEL_LANES reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
   QEL_LANES reg sub(reg a, reg b) { return _mm256_sub_ps(a, b); }

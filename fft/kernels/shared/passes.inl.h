@@ -225,10 +225,7 @@ void generic_split(const complex_type<R>* source, complex_type<R>* target, core_
 
 template <class V, bool kBackward, class C>
 inline core_int turn_run(C* data, core_int from, core_int n, C factor, const C* powers) {
-  C factors[V::kCount];
-#pragma GCC unroll 4
-  for (C& f : factors) f = factor;
-  const auto all = V::load(factors);
+  const auto all = V::repeated(&factor);
   for (; from + V::kCount <= n; from += V::kCount) {
     V::store(data + from,
              turned<V, kBackward>(V::load(data + from), turned<V, false>(V::load(powers + from), all)));

@@ -79,13 +79,13 @@ struct parts<float, 4> {
     store(reinterpret_cast<float*>(p), _mm_unpacklo_ps(re, im));
     store(reinterpret_cast<float*>(p + 2), _mm_unpackhi_ps(re, im));
   }
-  QEL_LANES void transpose(reg* x) {
+  QEL_LANES void store_columns(float* to, core_int step, const reg* x) {
     const reg a = _mm_unpacklo_ps(x[0], x[1]), b = _mm_unpackhi_ps(x[0], x[1]);
     const reg c = _mm_unpacklo_ps(x[2], x[3]), d = _mm_unpackhi_ps(x[2], x[3]);
-    x[0] = _mm_movelh_ps(a, c);
-    x[1] = _mm_movehl_ps(c, a);
-    x[2] = _mm_movelh_ps(b, d);
-    x[3] = _mm_movehl_ps(d, b);
+    store(to, _mm_movelh_ps(a, c));
+    store(to + step, _mm_movehl_ps(c, a));
+    store(to + 2 * step, _mm_movelh_ps(b, d));
+    store(to + 3 * step, _mm_movehl_ps(d, b));
   }
 };
 
@@ -110,14 +110,14 @@ struct parts<double, 4> {
     store(reinterpret_cast<double*>(p), _mm256_permute2f128_pd(low, high, 0x20));
     store(reinterpret_cast<double*>(p + 2), _mm256_permute2f128_pd(low, high, 0x31));
   }
-  /// Rows and columns of four registers change places.
-  QEL_LANES void transpose(reg* x) {
+  /// Element i of four registers side by side at to + i step.
+  QEL_LANES void store_columns(double* to, core_int step, const reg* x) {
     const reg a = _mm256_unpacklo_pd(x[0], x[1]), b = _mm256_unpackhi_pd(x[0], x[1]);
     const reg c = _mm256_unpacklo_pd(x[2], x[3]), d = _mm256_unpackhi_pd(x[2], x[3]);
-    x[0] = _mm256_permute2f128_pd(a, c, 0x20);
-    x[1] = _mm256_permute2f128_pd(b, d, 0x20);
-    x[2] = _mm256_permute2f128_pd(a, c, 0x31);
-    x[3] = _mm256_permute2f128_pd(b, d, 0x31);
+    store(to, _mm256_permute2f128_pd(a, c, 0x20));
+    store(to + step, _mm256_permute2f128_pd(b, d, 0x20));
+    store(to + 2 * step, _mm256_permute2f128_pd(a, c, 0x31));
+    store(to + 3 * step, _mm256_permute2f128_pd(b, d, 0x31));
   }
 };
 
@@ -140,16 +140,94 @@ struct parts<float, 8> {
     store(reinterpret_cast<float*>(p), _mm256_permute2f128_ps(low, high, 0x20));
     store(reinterpret_cast<float*>(p + 4), _mm256_permute2f128_ps(low, high, 0x31));
   }
-  /// Four registers of eight to eight fours: x[i] holds columns i and i + 4 of the rows.
-  QEL_LANES void transpose(reg* x) {
+  QEL_LANES void store_columns(float* to, core_int step, const reg* x) {
     const reg a = _mm256_unpacklo_ps(x[0], x[1]), b = _mm256_unpackhi_ps(x[0], x[1]);
     const reg c = _mm256_unpacklo_ps(x[2], x[3]), d = _mm256_unpackhi_ps(x[2], x[3]);
-    x[0] = _mm256_shuffle_ps(a, c, _MM_SHUFFLE(1, 0, 1, 0));
-    x[1] = _mm256_shuffle_ps(a, c, _MM_SHUFFLE(3, 2, 3, 2));
-    x[2] = _mm256_shuffle_ps(b, d, _MM_SHUFFLE(1, 0, 1, 0));
-    x[3] = _mm256_shuffle_ps(b, d, _MM_SHUFFLE(3, 2, 3, 2));
+    const reg y[4] = {
+        _mm256_shuffle_ps(a, c, _MM_SHUFFLE(1, 0, 1, 0)), _mm256_shuffle_ps(a, c, _MM_SHUFFLE(3, 2, 3, 2)),
+        _mm256_shuffle_ps(b, d, _MM_SHUFFLE(1, 0, 1, 0)), _mm256_shuffle_ps(b, d, _MM_SHUFFLE(3, 2, 3, 2))};
+#pragma GCC unroll 4
+    for (int i = 0; i < 4; ++i) {
+      _mm_storeu_ps(to + i * step, _mm256_castps256_ps128(y[i]));
+      _mm_storeu_ps(to + (i + 4) * step, _mm256_extractf128_ps(y[i], 1));
+    }
   }
 };
+
+#ifdef __AVX512F__
+template <>
+struct parts<double, 8> {
+  using reg = __m512d;
+  QEL_LANES reg load(const double* p) { return _mm512_loadu_pd(p); }
+  QEL_LANES void store(double* p, reg v) { _mm512_storeu_pd(p, v); }
+  QEL_LANES reg all(double v) { return _mm512_set1_pd(v); }
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm512_fnmadd_pd(a, b, c); }
+  QEL_LANES void load_pairs(const complex16* p, reg& re, reg& im) {
+    const reg a = load(reinterpret_cast<const double*>(p)), b = load(reinterpret_cast<const double*>(p + 4));
+    re = _mm512_permutex2var_pd(a, _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14), b);
+    im = _mm512_permutex2var_pd(a, _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15), b);
+  }
+  QEL_LANES void store_pairs(complex16* p, reg re, reg im) {
+    store(reinterpret_cast<double*>(p),
+          _mm512_permutex2var_pd(re, _mm512_setr_epi64(0, 8, 1, 9, 2, 10, 3, 11), im));
+    store(reinterpret_cast<double*>(p + 4),
+          _mm512_permutex2var_pd(re, _mm512_setr_epi64(4, 12, 5, 13, 6, 14, 7, 15), im));
+  }
+  QEL_LANES void store_columns(double* to, core_int step, const reg* x) {
+    const reg a = _mm512_unpacklo_pd(x[0], x[1]), b = _mm512_unpackhi_pd(x[0], x[1]);
+    const reg c = _mm512_unpacklo_pd(x[2], x[3]), d = _mm512_unpackhi_pd(x[2], x[3]);
+    const __m512i even = _mm512_setr_epi64(0, 1, 8, 9, 4, 5, 12, 13),
+                  odd = _mm512_setr_epi64(2, 3, 10, 11, 6, 7, 14, 15);
+    const reg y[4] = {_mm512_permutex2var_pd(a, even, c), _mm512_permutex2var_pd(b, even, d),
+                      _mm512_permutex2var_pd(a, odd, c), _mm512_permutex2var_pd(b, odd, d)};
+#pragma GCC unroll 4
+    for (int i = 0; i < 4; ++i) {
+      _mm256_storeu_pd(to + i * step, _mm512_castpd512_pd256(y[i]));
+      _mm256_storeu_pd(to + (i + 4) * step, _mm512_extractf64x4_pd(y[i], 1));
+    }
+  }
+};
+
+template <>
+struct parts<float, 16> {
+  using reg = __m512;
+  QEL_LANES reg load(const float* p) { return _mm512_loadu_ps(p); }
+  QEL_LANES void store(float* p, reg v) { _mm512_storeu_ps(p, v); }
+  QEL_LANES reg all(float v) { return _mm512_set1_ps(v); }
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm512_fmadd_ps(a, b, c); }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm512_fnmadd_ps(a, b, c); }
+  QEL_LANES void load_pairs(const complex8* p, reg& re, reg& im) {
+    const reg a = load(reinterpret_cast<const float*>(p)), b = load(reinterpret_cast<const float*>(p + 8));
+    const __m512i even = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+    re = _mm512_permutex2var_ps(a, even, b);
+    im = _mm512_permutex2var_ps(a, _mm512_add_epi32(even, _mm512_set1_epi32(1)), b);
+  }
+  QEL_LANES void store_pairs(complex8* p, reg re, reg im) {
+    const __m512i low = _mm512_setr_epi32(0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+    store(reinterpret_cast<float*>(p), _mm512_permutex2var_ps(re, low, im));
+    store(reinterpret_cast<float*>(p + 8),
+          _mm512_permutex2var_ps(re, _mm512_add_epi32(low, _mm512_set1_epi32(8)), im));
+  }
+  QEL_LANES void store_columns(float* to, core_int step, const reg* x) {
+    const reg a = _mm512_unpacklo_ps(x[0], x[1]), b = _mm512_unpackhi_ps(x[0], x[1]);
+    const reg c = _mm512_unpacklo_ps(x[2], x[3]), d = _mm512_unpackhi_ps(x[2], x[3]);
+    const reg y[4] = {
+        _mm512_shuffle_ps(a, c, _MM_SHUFFLE(1, 0, 1, 0)), _mm512_shuffle_ps(a, c, _MM_SHUFFLE(3, 2, 3, 2)),
+        _mm512_shuffle_ps(b, d, _MM_SHUFFLE(1, 0, 1, 0)), _mm512_shuffle_ps(b, d, _MM_SHUFFLE(3, 2, 3, 2))};
+#pragma GCC unroll 4
+    for (int i = 0; i < 4; ++i) {
+      _mm_storeu_ps(to + i * step, _mm512_castps512_ps128(y[i]));
+      _mm_storeu_ps(to + (i + 4) * step, _mm512_extractf32x4_ps(y[i], 1));
+      _mm_storeu_ps(to + (i + 8) * step, _mm512_extractf32x4_ps(y[i], 2));
+      _mm_storeu_ps(to + (i + 12) * step, _mm512_extractf32x4_ps(y[i], 3));
+    }
+  }
+};
+inline constexpr int kPartBytes = 64;
+#else
+inline constexpr int kPartBytes = 32;
+#endif
 #undef QEL_LANES
 
 /// The arithmetic that dft<> asks for.
@@ -196,17 +274,28 @@ struct px {
 };
 
 template <class R>
-using widest_parts = px<R, kRegisterBytes / static_cast<int>(sizeof(R))>;
+using widest_parts = px<R, kPartBytes / static_cast<int>(sizeof(R))>;
 
-/// body.template operator()<V>(at) over 0 .. count, by whole registers and then one by one.
+/// Bodies of loops over registers must be part of the loop, or their operands travel through memory.
+#define QEL_BODY __attribute__((always_inline))
+
+/// body.template operator()<V>(at) over 0 .. count: by the widest registers, by halves of one, one by one.
 template <class R, class Body>
 [[gnu::always_inline]] inline void by_registers(core_int count, Body body) {
   using V = widest_parts<R>;
   core_int at = 0;
   for (; at + V::kCount <= count; at += V::kCount) body.template operator()<V>(at);
+  if (at == count) return;
   if (at + V::kCount / 2 <= count) {
     body.template operator()<px<R, V::kCount / 2>>(at);
     at += V::kCount / 2;
+  }
+  // Two floats are no register of their own.
+  if constexpr (V::kCount / 4 > 2 || (V::kCount / 4 == 2 && sizeof(R) == 8)) {
+    if (at + V::kCount / 4 <= count) {
+      body.template operator()<px<R, V::kCount / 4>>(at);
+      at += V::kCount / 4;
+    }
   }
   for (; at < count; ++at) body.template operator()<px<R, 1>>(at);
 }

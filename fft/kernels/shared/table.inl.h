@@ -35,7 +35,7 @@ namespace qel::QEL_LEVEL {
 
 namespace {
 template <class C, class R>
-constexpr fft_kernels<C, R> all_kernels(const autosort_kernels<C, R>* autosort) {
+constexpr fft_kernels<C, R> all_kernels() {
   return {
       {QEL_LENGTHS(false, false), QEL_LENGTHS(true, false)},
       {QEL_LENGTHS(false, true), QEL_LENGTHS(true, true)},
@@ -58,7 +58,7 @@ constexpr fft_kernels<C, R> all_kernels(const autosort_kernels<C, R>* autosort) 
       {direct_forward<R>, direct_backward<R>},
       {real_ends<R, false>, real_ends<R, true>},
       {turn_row<R, false>, turn_row<R, true>},
-      {multiply<R, false>, multiply<R, true>}, scale<R>, autosort};
+      {multiply<R, false>, multiply<R, true>}, scale<R>};
 }
 }  // namespace
 #undef QEL_LENGTHS
