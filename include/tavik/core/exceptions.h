@@ -14,6 +14,12 @@ class TAVIK_API Exception : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+/// A failure that the class library tells in its own words.
+class TAVIK_API TavikException : public Exception {
+ public:
+  using Exception::Exception;
+};
+
 /// A bad argument that a kernel class finds itself.
 class TAVIK_API ArgumentException : public std::invalid_argument {
  public:
