@@ -41,15 +41,16 @@ struct entries;
   QEL_ENTRY(p, tpmv)                                                                                      \
   QEL_ENTRY(p, trmv)                                                                                      \
   QEL_ENTRY(p, gemm)                                                                                      \
-  QEL_ENTRY(p, trsm) QEL_ENTRY(p, lange) QEL_ENTRY(p, getrf) QEL_ENTRY(p, getrs) QEL_ENTRY(p, getri)      \
-      QEL_ENTRY(p, gecon) QEL_ENTRY(p, gbtrf) QEL_ENTRY(p, gbtrs) QEL_ENTRY(p, gbcon) QEL_ENTRY(p, pbtrf) \
-          QEL_ENTRY(p, pbtrs) QEL_ENTRY(p, pbcon) QEL_ENTRY(p, gttrf) QEL_ENTRY(p, gttrs)                 \
-              QEL_ENTRY(p, gtcon) QEL_ENTRY(p, pttrf) QEL_ENTRY(p, pttrs) QEL_ENTRY(p, ptcon)             \
-                  QEL_ENTRY(p, pptrf) QEL_ENTRY(p, pptrs) QEL_ENTRY(p, pptri) QEL_ENTRY(p, ppcon)         \
-                      QEL_ENTRY(p, sptrf) QEL_ENTRY(p, sptrs) QEL_ENTRY(p, sptri) QEL_ENTRY(p, spcon)     \
-                          QEL_ENTRY(p, tptrs) QEL_ENTRY(p, tptri) QEL_ENTRY(p, tpcon) QEL_ENTRY(p, geqrf) \
-                              QEL_ENTRY(p, geqp3) QEL_ENTRY(p, gelsy) QEL_ENTRY(p, gesvd)                 \
-                                  QEL_ENTRY(p, gesdd) QEL_ENTRY(p, geevx)                                 \
+  QEL_ENTRY(p, trsm)                                                                                      \
+  QEL_ENTRY(p, lange) QEL_ENTRY(p, getrf) QEL_ENTRY(p, getrs) QEL_ENTRY(p, getri) QEL_ENTRY(p, gecon)     \
+      QEL_ENTRY(p, gbtrf) QEL_ENTRY(p, gbtrs) QEL_ENTRY(p, gbcon) QEL_ENTRY(p, pbtrf) QEL_ENTRY(p, pbtrs) \
+          QEL_ENTRY(p, pbcon) QEL_ENTRY(p, gttrf) QEL_ENTRY(p, gttrs) QEL_ENTRY(p, gtcon)                 \
+              QEL_ENTRY(p, pttrf) QEL_ENTRY(p, pttrs) QEL_ENTRY(p, ptcon) QEL_ENTRY(p, pptrf)             \
+                  QEL_ENTRY(p, pptrs) QEL_ENTRY(p, pptri) QEL_ENTRY(p, ppcon) QEL_ENTRY(p, sptrf)         \
+                      QEL_ENTRY(p, sptrs) QEL_ENTRY(p, sptri) QEL_ENTRY(p, spcon) QEL_ENTRY(p, tptrs)     \
+                          QEL_ENTRY(p, tptri) QEL_ENTRY(p, tpcon) QEL_ENTRY(p, geqrf) QEL_ENTRY(p, geqp3) \
+                              QEL_ENTRY(p, gelsy) QEL_ENTRY(p, gesvd) QEL_ENTRY(p, gesdd)                 \
+                                  QEL_ENTRY(p, geevx)                                                     \
                                       QEL_ENTRY(p, gebak) static constexpr auto *amax = &::i##p##amax,    \
                                                                                 *amin = &::i##p##amin;
 #define QEL_ENTRIES_OF_REALS(p) \
