@@ -4,9 +4,9 @@
 #include <omp.h>
 
 #include <algorithm>
-#include <thread>
 
 #include "lapack/factor/core_blas.h"
+#include "lapack/factor/idle.h"
 #include "lapack/factor/lu_panel.h"
 #include "lapack/factor/lu_tracker.h"
 #include "lapack/factor/row_swaps.h"
@@ -47,6 +47,7 @@ struct lu_matrix {
 template <class T>
 void work_on_tasks(const lu_matrix<T>& matrix, lu_tracker& tracker, core_int& first_zero) {
   lu_task task;
+  idle_thread idle;
   bool started = false;
   core_int zero = 0;
   for (;;) {
@@ -61,9 +62,10 @@ void work_on_tasks(const lu_matrix<T>& matrix, lu_tracker& tracker, core_int& fi
     }
     if (finished) return;
     if (task.kind == lu_work::none) {
-      std::this_thread::yield();
+      idle.wait();
       continue;
     }
+    idle.busy();
     // Column by column, so that no rounding depends on who came when.
     for (core_int j = task.begin; j < task.end; ++j) {
       const core_int begin = j * matrix.block, end = std::min(begin + matrix.block, matrix.n);

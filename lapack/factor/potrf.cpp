@@ -2,10 +2,10 @@
 #include "lapack/factor/potrf.h"
 
 #include <algorithm>
-#include <thread>
 
 #include "lapack/factor/cholesky_block.h"
 #include "lapack/factor/core_blas.h"
+#include "lapack/factor/idle.h"
 #include "lapack/factor/tile_tracker.h"
 #include "lapack/four_types.h"
 #include "service/serv.h"
@@ -63,6 +63,7 @@ struct tiled_matrix {
 template <class T>
 void work_on_tiles(const tiled_matrix<T>& matrix, tile_tracker& tracker, core_int& first_minor) {
   tile_task task;
+  idle_thread idle;
   core_int minor = 0;
   for (;;) {
     bool over = false;
@@ -75,9 +76,10 @@ void work_on_tiles(const tiled_matrix<T>& matrix, tile_tracker& tracker, core_in
     }
     if (over) return;
     if (!task.any()) {
-      std::this_thread::yield();
+      idle.wait();
       continue;
     }
+    idle.busy();
     // Panel by panel, so that no rounding depends on who came when.
     for (core_int panel = task.first_panel; panel < task.panels; ++panel) {
       matrix.update(task.row, task.column, panel);
