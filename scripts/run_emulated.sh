@@ -54,7 +54,8 @@ check_numbers() {
     emulated "kernels/$(basename "$program")" --gtest_brief=1 --gtest_filter="*/$1:Core*" || fail "$(basename "$program")"
   done
   for program in service/service_cpu_select_test facade/facade_dot_test blas/blas_level1_test entry/entry_blas_test \
-                 entry/entry_lapack_test; do
+                 entry/entry_lapack_test vector/vector_kernels_test vector/vector_errors_test \
+                 vector/vector_random_test; do
     emulated $program --gtest_brief=1 || fail $program
   done
   # One type of products: all of level 3 takes minutes.

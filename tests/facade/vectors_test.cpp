@@ -3,6 +3,7 @@
 // element type, strides of both signs, gaps, offsets, views; what is not an operand stays as it was.
 #include <functional>
 
+#include "tavik/kernel/matrix_dot_net_blas.h"
 #include "tests/facade/support.h"
 #include "tests/support/count_allocations.h"
 
@@ -11,6 +12,7 @@ namespace {
 
 constexpr int kLengths[] = {0, 1, 2, 5, 17};
 Kernel::DotNetBlas blas;
+Kernel::MatrixDotNetBlas matrices;
 
 /// One operation over up to three vectors: which of them it writes, and with what.
 template <class T>
@@ -139,6 +141,23 @@ TYPED_TEST(Vectors, GiveTheirProductsSumsAndExtremes) {
   EXPECT_EQ(blas.amin(0, X), -1);
   EXPECT_EQ(blas.asum(0, X), 0);
   EXPECT_EQ(widened(blas.dot(0, X, X)), wide());
+}
+
+TYPED_TEST(Vectors, RepeatAnElementWithStrideZero) {
+  using T = TypeParam;
+  const int n = 5;
+  const vector_operand<T> x({100, 0}, 5), y(kPlacings[2], 6);
+  const wide v = x.was(0);
+  blas.copy(n, X, Y);
+  y.expect(
+      n, [=](int) { return v; }, 0, "copy");
+  blas.Multiply(n, X, Y, Y);
+  y.expect(
+      n, [=](int) { return v * v; }, 0, "Multiply");
+  EXPECT_EQ(widened(blas.Sum(n, X)), 5.0 * v);
+  EXPECT_EQ(widened(blas.dot(n, X, X)), 5.0 * v * v);
+  blas.Subtract(n, X, Y, X);  // copied onto itself, then one after the other is taken away
+  EXPECT_EQ(x.is(0), v - 5.0 * v * v);
 }
 
 TEST(PlainArrays, StartAtTheirFirstElement) {
@@ -326,6 +345,11 @@ TYPED_TEST(Vectors, TakeNoMemory) {
     blas.Product(5, 5, 4, A, b.block, 1, 4, d.block, 1, 5, true);
     blas.Product(5, 5, 4, A, b.block, 1, 4, C);
     blas.Product(5, 4, A, X, Y);
+    blas.SolveTriSystem('U', 'N', 5, 2, a.block, 5, b.block, 5);
+    matrices.TriangularProduct('L', 'N', 5, a.block, 5, x.block, 1);
+    matrices.BandedProduct('N', 4, 4, 1, 1, a.block, x.block, 1, y.block, 1);
+    matrices.UpperTriangularProduct(4, a.block, x.block, 1);
+    matrices.LowerTriangularProduct(4, a.block, 2, x.block, 1, z.block);
   }
   EXPECT_EQ(qel::test::allocation_count(), before);
 }

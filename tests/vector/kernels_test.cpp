@@ -11,25 +11,13 @@
 #include <random>
 #include <vector>
 
-#include "service/cpu_facts.h"
 #include "tests/support/guarded.h"
+#include "tests/vector/runnable.h"
 #include "vector/vml/state.h"
 #include "vector/vml/vector_rows.h"
 
 namespace qel {
 namespace {
-
-/// Types whose instructions are there; the first five differ only in flags that every x86-64 of today has.
-int highest_type() {
-  switch (natural_native_set(read_cpu_facts(current_cpuid()))) {
-    case native_set::avx512:
-      return 7;
-    case native_set::avx2:
-      return 6;
-    default:
-      return 4;
-  }
-}
 
 /// Numbers of all kinds; every fifth is special.
 std::vector<double> numbers(int n, unsigned seed) {
@@ -74,7 +62,7 @@ const operation kOperations[] = {
 TEST(VectorKernels, GiveTheIeeeResultAtEveryLengthAndAddress) {
   vml_set_mode(VML_ERRMODE_IGNORE);
   for (const operation& op : kOperations) {
-    for (int type = 0; type <= highest_type(); ++type) {
+    for (const int type : test::runnable_types()) {
       for (const int n : {0, 1, 2, 7, 15, 16, 17, 31, 32, 33, 48, 63, 200}) {
         const std::vector<double> x = numbers(n, 1), y = numbers(n, 2);
         for (const std::size_t shift : {0U, 8U, 3U}) {
@@ -101,7 +89,7 @@ TEST(VectorKernels, WorkInPlace) {
   const int n = 77;
   const std::vector<double> x = numbers(n, 3), y = numbers(n, 4);
   for (const operation& op : kOperations) {
-    for (int type = 0; type <= highest_type(); ++type) {
+    for (const int type : test::runnable_types()) {
       if (op.row.kernel[0] == nullptr) continue;
       std::vector<double> over_a = x, over_b = y;
       op.row.kernel[type](n, over_a.data(), y.data(), over_a.data());
@@ -116,7 +104,7 @@ TEST(VectorKernels, WorkInPlace) {
 
 TEST(VectorKernels, ClampIntoTheClosedInterval) {
   const std::vector<double> x = numbers(100, 5);
-  for (int type = 0; type <= highest_type(); ++type) {
+  for (const int type : test::runnable_types()) {
     for (const int n : {1, 15, 16, 17, 100}) {
       test::guarded<double> r(static_cast<std::size_t>(n));
       r.assign(x);

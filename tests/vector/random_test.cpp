@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "qel/qel.h"
-#include "service/cpu_facts.h"
 #include "service/serv.h"
 #include "tests/support/guarded.h"
+#include "tests/vector/runnable.h"
 #include "vector/rng/stream.h"
 #include "vector/vml/vector_rows.h"
 
@@ -84,10 +84,9 @@ TEST(RandomStream, LongFillsAreShortOnesInARow) {
 }
 
 TEST(RandomStream, EveryTypesKernelGivesTheSameBitsAndStaysInside) {
-  const int types = natural_native_set(read_cpu_facts(current_cpuid())) == native_set::avx512 ? 8 : 5;
   const int n = 9000;
   const std::vector<uint32_t> words = words_of(42, n);
-  for (int type = 0; type < types; ++type) {
+  for (const int type : test::runnable_types()) {
     for (const int length : {249, 250, 253, 1001, 1999, 2000, 2007, 2008, 2015, 4001, 8700}) {
       for (const size_t shift : {0U, 5U, 8U}) {
         r250_register state{};
