@@ -53,6 +53,20 @@ struct check_options {
 /// gaps.
 int run_check(const check_options& options);
 
+// explain_fft.cpp
+struct explain_fft_options {
+  std::vector<int> lengths;  ///< the fastest one last
+  bool real = false;
+  bool single = false;
+  bool in_place = false;
+  int transforms = 1;
+  double scale = 1;
+  int threads = 0;  ///< 0: what this process may use
+  bool json = false;
+};
+/// How a Fourier transform would be computed.
+int run_explain_fft(const explain_fft_options& options);
+
 // explain_level1.cpp
 struct explain_level1_options {
   std::string routine;  ///< "ddot", "idamax" ...

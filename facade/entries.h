@@ -30,40 +30,27 @@ using real_of = typename real_part_of<T>::type;
 template <class T>
 struct entries;
 
+// clang-format off
 #define QEL_ENTRY(p, stem) static constexpr auto* stem = &::p##stem;
-#define QEL_ENTRIES_OF_ALL(p)                                                                             \
-  QEL_ENTRY(p, copy)                                                                                      \
-  QEL_ENTRY(p, axpy)                                                                                      \
-  QEL_ENTRY(p, scal)                                                                                      \
-  QEL_ENTRY(p, gemv)                                                                                      \
-  QEL_ENTRY(p, gbmv)                                                                                      \
-  QEL_ENTRY(p, spmv)                                                                                      \
-  QEL_ENTRY(p, tpmv)                                                                                      \
-  QEL_ENTRY(p, trmv)                                                                                      \
-  QEL_ENTRY(p, gemm) QEL_ENTRY(p, trsm) QEL_ENTRY(p, lange) QEL_ENTRY(p, getrf) QEL_ENTRY(p, getrs)       \
-      QEL_ENTRY(p, getri) QEL_ENTRY(p, gecon) QEL_ENTRY(p, gbtrf) QEL_ENTRY(p, gbtrs) QEL_ENTRY(p, gbcon) \
-          QEL_ENTRY(p, pbtrf) QEL_ENTRY(p, pbtrs) QEL_ENTRY(p, pbcon) QEL_ENTRY(p, gttrf)                 \
-              QEL_ENTRY(p, gttrs) QEL_ENTRY(p, gtcon) QEL_ENTRY(p, pttrf) QEL_ENTRY(p, pttrs)             \
-                  QEL_ENTRY(p, ptcon) QEL_ENTRY(p, pptrf) QEL_ENTRY(p, pptrs) QEL_ENTRY(p, pptri)         \
-                      QEL_ENTRY(p, ppcon) QEL_ENTRY(p, sptrf) QEL_ENTRY(p, sptrs) QEL_ENTRY(p, sptri)     \
-                          QEL_ENTRY(p, spcon) QEL_ENTRY(p, tptrs) QEL_ENTRY(p, tptri) QEL_ENTRY(p, tpcon) \
-                              QEL_ENTRY(p, geqrf) QEL_ENTRY(p, geqp3) QEL_ENTRY(p, gelsy)                 \
-                                  QEL_ENTRY(p, gesvd) QEL_ENTRY(p, gesdd) QEL_ENTRY(p, geevx)             \
-                                      QEL_ENTRY(p, gebak) static constexpr auto *amax = &::i##p##amax,    \
-                                                                                *amin = &::i##p##amin;
-#define QEL_ENTRIES_OF_REALS(p) \
-  QEL_ENTRY(p, dot)             \
-  QEL_ENTRY(p, sbmv)            \
-  QEL_ENTRY(p, ormqr)           \
-  QEL_ENTRY(p, orgqr) QEL_ENTRY(p, spevx) QEL_ENTRY(p, trcon) QEL_ENTRY(p, pocon) QEL_ENTRY(p, asum)
-#define QEL_ENTRIES_OF_COMPLEX(p) \
-  QEL_ENTRY(p, dotu)              \
-  QEL_ENTRY(p, dotc)              \
-  QEL_ENTRY(p, hbmv)              \
-  QEL_ENTRY(p, hpmv)              \
-  QEL_ENTRY(p, hptrf)             \
-  QEL_ENTRY(p, hptrs)             \
-  QEL_ENTRY(p, hptri) QEL_ENTRY(p, hpcon) QEL_ENTRY(p, unmqr) QEL_ENTRY(p, ungqr) QEL_ENTRY(p, hpevx)
+#define QEL_ENTRIES_OF_ALL(p)                                                                            \
+  QEL_ENTRY(p, copy) QEL_ENTRY(p, axpy) QEL_ENTRY(p, scal) QEL_ENTRY(p, gemv) QEL_ENTRY(p, gbmv)         \
+  QEL_ENTRY(p, spmv) QEL_ENTRY(p, tpmv) QEL_ENTRY(p, trmv) QEL_ENTRY(p, gemm) QEL_ENTRY(p, trsm)         \
+  QEL_ENTRY(p, lange) QEL_ENTRY(p, getrf) QEL_ENTRY(p, getrs) QEL_ENTRY(p, getri) QEL_ENTRY(p, gecon)    \
+  QEL_ENTRY(p, gbtrf) QEL_ENTRY(p, gbtrs) QEL_ENTRY(p, gbcon) QEL_ENTRY(p, pbtrf) QEL_ENTRY(p, pbtrs)    \
+  QEL_ENTRY(p, pbcon) QEL_ENTRY(p, gttrf) QEL_ENTRY(p, gttrs) QEL_ENTRY(p, gtcon) QEL_ENTRY(p, pttrf)    \
+  QEL_ENTRY(p, pttrs) QEL_ENTRY(p, ptcon) QEL_ENTRY(p, pptrf) QEL_ENTRY(p, pptrs) QEL_ENTRY(p, pptri)    \
+  QEL_ENTRY(p, ppcon) QEL_ENTRY(p, sptrf) QEL_ENTRY(p, sptrs) QEL_ENTRY(p, sptri) QEL_ENTRY(p, spcon)    \
+  QEL_ENTRY(p, tptrs) QEL_ENTRY(p, tptri) QEL_ENTRY(p, tpcon) QEL_ENTRY(p, geqrf) QEL_ENTRY(p, geqp3)    \
+  QEL_ENTRY(p, gelsy) QEL_ENTRY(p, gesvd) QEL_ENTRY(p, gesdd) QEL_ENTRY(p, geevx) QEL_ENTRY(p, gebak)    \
+  static constexpr auto *amax = &::i##p##amax, *amin = &::i##p##amin;
+#define QEL_ENTRIES_OF_REALS(p)                                                                          \
+  QEL_ENTRY(p, dot) QEL_ENTRY(p, sbmv) QEL_ENTRY(p, ormqr) QEL_ENTRY(p, orgqr) QEL_ENTRY(p, spevx)       \
+  QEL_ENTRY(p, trcon) QEL_ENTRY(p, pocon) QEL_ENTRY(p, asum)
+#define QEL_ENTRIES_OF_COMPLEX(p)                                                                        \
+  QEL_ENTRY(p, dotu) QEL_ENTRY(p, dotc) QEL_ENTRY(p, hbmv) QEL_ENTRY(p, hpmv) QEL_ENTRY(p, hptrf)        \
+  QEL_ENTRY(p, hptrs) QEL_ENTRY(p, hptri) QEL_ENTRY(p, hpcon) QEL_ENTRY(p, unmqr) QEL_ENTRY(p, ungqr)    \
+  QEL_ENTRY(p, hpevx)
+// clang-format on
 
 template <>
 struct entries<double> {

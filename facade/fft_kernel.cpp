@@ -75,8 +75,8 @@ void FFTKernel<T>::Backward1DRowArrayFFT(IFFTManager& manager, const Core::Array
 }
 
 template <class T>
-int FFTKernel<T>::tavik_dfticreatedescriptor(DFTI_DESCRIPTOR** descriptor, int precision, int domain, int dimension,
-                                             const int* length) {
+int FFTKernel<T>::tavik_dfticreatedescriptor(DFTI_DESCRIPTOR** descriptor, int precision, int domain,
+                                             int dimension, const int* length) {
   if (precision == DFTI_SINGLE) {
     return dimension == 1 ? DftiCreateDescriptor_s_1d(descriptor, domain, *length)
                           : DftiCreateDescriptor_s_md(descriptor, domain, dimension, length);

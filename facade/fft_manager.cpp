@@ -43,7 +43,8 @@ void FFTManager::CreateDescriptor() {
     (is_double ? DftiCreateDescriptor_d_1d : DftiCreateDescriptor_s_1d)(&desc_handel_, domain, lengths_[0]);
   } else {
     const int* lengths = lengths_.Length() > 0 ? &lengths_[0] : nullptr;
-    (is_double ? DftiCreateDescriptor_d_md : DftiCreateDescriptor_s_md)(&desc_handel_, domain, dimension_, lengths);
+    (is_double ? DftiCreateDescriptor_d_md : DftiCreateDescriptor_s_md)(&desc_handel_, domain, dimension_,
+                                                                        lengths);
   }
   DftiSetValue(desc_handel_, DFTI_PACKED_FORMAT, DFTI_PACK_FORMAT);
 }

@@ -29,7 +29,8 @@ class Array2D {
  private:
   static int Checked(int rows, int columns) {
     const long long count = static_cast<long long>(rows) * columns;
-    if (rows < 0 || columns < 0 || count > 0x7FFFFFFF) throw std::length_error("sizes of a rectangular array");
+    if (rows < 0 || columns < 0 || count > 0x7FFFFFFF)
+      throw std::length_error("sizes of a rectangular array");
     return static_cast<int>(count);
   }
   Array<T> elements_;

@@ -95,10 +95,10 @@ class TAVIK_API IFFTKernel {
   virtual ~IFFTKernel() = default;
   virtual void Forward1DFFT(IFFTManager& manager, const Array<T>& data, int offset) = 0;
   virtual void Backward1DFFT(IFFTManager& manager, const Array<T>& data, int offset) = 0;
-  virtual void Forward1DFFT(IFFTManager& manager, const Array<T>& input, int inputOffset, const Array<T>& output,
-                            int outputOffset) = 0;
-  virtual void Backward1DFFT(IFFTManager& manager, const Array<T>& input, int inputOffset, const Array<T>& output,
-                             int outputOffset) = 0;
+  virtual void Forward1DFFT(IFFTManager& manager, const Array<T>& input, int inputOffset,
+                            const Array<T>& output, int outputOffset) = 0;
+  virtual void Backward1DFFT(IFFTManager& manager, const Array<T>& input, int inputOffset,
+                             const Array<T>& output, int outputOffset) = 0;
   virtual void Forward2DFFT(IFFTManager& manager, const Array2D<T>& data) = 0;
   virtual void Backward2DFFT(IFFTManager& manager, const Array2D<T>& data) = 0;
   virtual void Forward2DFFT(IFFTManager& manager, const Array2D<T>& input, const Array2D<T>& output) = 0;

@@ -8,9 +8,9 @@ struct DFTI_DESCRIPTOR;
 
 namespace Tavik::Kernel {
 
-/// T: double, float (real transforms), Core::DoubleComplex or Core::FloatComplex. A call with one array works in
-/// place, one with two arrays out of place; if the manager stands otherwise it is switched over, which costs a
-/// commit. Arrays begin at element `offset`, rectangular ones at their first element. Failures throw
+/// T: double, float (real transforms), Core::DoubleComplex or Core::FloatComplex. A call with one array works
+/// in place, one with two arrays out of place; if the manager stands otherwise it is switched over, which
+/// costs a commit. Arrays begin at element `offset`, rectangular ones at their first element. Failures throw
 /// Core::FFTKernelException.
 template <class T>
 class TAVIK_API FFTKernel : public Core::IFFTKernel<T> {
@@ -24,15 +24,17 @@ class TAVIK_API FFTKernel : public Core::IFFTKernel<T> {
                      const Core::Array<T>& output, int outputOffset) override;
   void Forward2DFFT(IFFTManager& manager, const Core::Array2D<T>& data) override;
   void Backward2DFFT(IFFTManager& manager, const Core::Array2D<T>& data) override;
-  void Forward2DFFT(IFFTManager& manager, const Core::Array2D<T>& input, const Core::Array2D<T>& output) override;
-  void Backward2DFFT(IFFTManager& manager, const Core::Array2D<T>& input, const Core::Array2D<T>& output) override;
+  void Forward2DFFT(IFFTManager& manager, const Core::Array2D<T>& input,
+                    const Core::Array2D<T>& output) override;
+  void Backward2DFFT(IFFTManager& manager, const Core::Array2D<T>& input,
+                     const Core::Array2D<T>& output) override;
   /// Each row on its own, in place; leaves the manager on one transform and, real data, on DFTI_CCS_FORMAT.
   void Forward1DRowArrayFFT(IFFTManager& manager, const Core::Array2D<T>& data) override;
   void Backward1DRowArrayFFT(IFFTManager& manager, const Core::Array2D<T>& data) override;
 
   // Each forwards to the entries of qel/dfti.h and returns their status; compute calls see to the placement.
-  static int tavik_dfticreatedescriptor(DFTI_DESCRIPTOR** descriptor, int precision, int domain, int dimension,
-                                        const int* length);
+  static int tavik_dfticreatedescriptor(DFTI_DESCRIPTOR** descriptor, int precision, int domain,
+                                        int dimension, const int* length);
   static int tavik_dfticommitdescriptor(DFTI_DESCRIPTOR* descriptor);
   static int tavik_dftifreedescriptor(DFTI_DESCRIPTOR** descriptor);
   static int tavik_dfti1darraysetup(DFTI_DESCRIPTOR* descriptor, int stride, int count);

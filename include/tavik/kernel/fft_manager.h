@@ -8,12 +8,11 @@ struct DFTI_DESCRIPTOR;
 
 namespace Tavik::Kernel {
 
-/// Owns one descriptor. Created empty, configured once, then used; every write of a property commits at once and
-/// reports nothing: a value that the transform can't have shows when CommitConfiguration or a transform is
-/// called. Strides and distances are those of the input; the output is always tight. Real results are packed
-/// (DFTI_PACK_FORMAT). For one thread at a time.
-/// Failures throw Core::FFTKernelException: "Memory Error: ", "Invalid FFT Configuration: " or "Internal Error:
-/// Please contact support at Orbelle.".
+/// Owns one descriptor. Created empty, configured once, then used; every write of a property commits at once
+/// and reports nothing: a value that the transform can't have shows when CommitConfiguration or a transform
+/// is called. Strides and distances are those of the input; the output is always tight. Real results are
+/// packed (DFTI_PACK_FORMAT). For one thread at a time. Failures throw Core::FFTKernelException: "Memory
+/// Error: ", "Invalid FFT Configuration: " or "Internal Error: Please contact support at Orbelle.".
 class TAVIK_API FFTManager : public Core::IFFTManager {
  public:
   FFTManager() = default;
@@ -25,10 +24,10 @@ class TAVIK_API FFTManager : public Core::IFFTManager {
   static std::unique_ptr<FFTManager> FromSerializationInfo(const Core::SerializationInfo& info,
                                                            const Core::StreamingContext& context);
 
-  /// Makes and commits the descriptor for the first `dimension` of the lengths. A second call does not release
-  /// the first one's descriptor.
-  void ConfigureFFTManager(Core::FFTPrecision precision, Core::FFTDomain domain, const Core::Array<int>& lengths,
-                           int dimension) override;
+  /// Makes and commits the descriptor for the first `dimension` of the lengths. A second call does not
+  /// release the first one's descriptor.
+  void ConfigureFFTManager(Core::FFTPrecision precision, Core::FFTDomain domain,
+                           const Core::Array<int>& lengths, int dimension) override;
   /// A manager with a committed copy of the descriptor; the lengths are shared.
   std::unique_ptr<Core::IFFTManager> Clone() const override;
   void GetObjectData(Core::SerializationInfo& info, const Core::StreamingContext& context) const override;
