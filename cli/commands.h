@@ -65,6 +65,19 @@ struct fit_options {
 /// Fits a model by least squares and reports parameters, standard errors and why it ended. kSingular if it
 /// did not converge.
 int run_fit(const fit_options& options);
+// explain_fft.cpp
+struct explain_fft_options {
+  std::vector<int> lengths;  ///< the fastest one last
+  bool real = false;
+  bool single = false;
+  bool in_place = false;
+  int transforms = 1;
+  double scale = 1;
+  int threads = 0;  ///< 0: what this process may use
+  bool json = false;
+};
+/// How a Fourier transform would be computed.
+int run_explain_fft(const explain_fft_options& options);
 
 // explain_level1.cpp
 struct explain_level1_options {

@@ -48,6 +48,18 @@ int run(int argc, char** argv) {
   add_dense("getrf", "M N");
   add_dense("potrf", "N");
 
+  explain_fft_options fft;
+  CLI::App* fft_command =
+      explain_command->add_subcommand("fft", "A Fourier transform of one to seven lengths");
+  fft_command->add_option("lengths", fft.lengths, "Lengths, the fastest one last")->required();
+  fft_command->add_flag("--real", fft.real, "Real data");
+  fft_command->add_flag("--single", fft.single, "Single precision");
+  fft_command->add_flag("--in-place", fft.in_place, "The result overwrites the data");
+  fft_command->add_option("--transforms", fft.transforms, "Transforms of one call")->capture_default_str();
+  fft_command->add_option("--scale", fft.scale, "Forward scale")->capture_default_str();
+  fft_command->add_option("--threads", fft.threads, "Threads allowed, instead of this process's");
+  fft_command->add_flag("--json", fft.json, "Print JSON");
+
   solve_options solve;
   std::string right_hand_file;
   CLI::App* solve_command = app.add_subcommand("solve", "Solve A X = B for a Matrix Market file");
@@ -100,6 +112,7 @@ int run(int argc, char** argv) {
   if (*info_command) return run_info(info);
   if (*fit_command) return run_fit(fit);
   if (*check_command) return run_check(check);
+  if (*fft_command) return run_explain_fft(fft);
   if (*level1_command) return run_explain_level1(level1);
   return *explain_command ? run_explain(explain) : run_solve(solve);
 }

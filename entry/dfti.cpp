@@ -8,6 +8,7 @@
 #include "fft/descriptor/messages.h"
 #include "fft/descriptor/values.h"
 #include "fft/planning/commit.h"
+#include "fft/planning/explain.h"
 
 namespace {
 
@@ -159,6 +160,15 @@ int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...) {
       compute_with(node_of(descriptor), node_of(descriptor)->compute_backward, data, arguments);
   va_end(arguments);
   return status;
+}
+
+int qel_dfti_explain(const DFTI_DESCRIPTOR* descriptor, char* buffer, int size) {
+  const dfti_node* first = node_of(descriptor);
+  if (!is_descriptor(first)) return DFTI_BAD_DESCRIPTOR;
+  if (buffer == nullptr || size <= 0) return DFTI_INCONSISTENT_CONFIGURATION;
+  if (first->commit_status != DFTI_COMMITTED) return DFTI_INVALID_CONFIGURATION;
+  explain_descriptor(*first, buffer, static_cast<size_t>(size));
+  return DFTI_NO_ERROR;
 }
 
 int DftiErrorClass(int status, int error_class) { return status == error_class ? -1 : 0; }

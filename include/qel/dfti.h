@@ -152,6 +152,12 @@ QEL_API int DftiCommitDescriptor(DFTI_DESCRIPTOR* descriptor);
 QEL_API int DftiComputeForward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
 QEL_API int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
 
+/* How a committed descriptor computes, as lines of text "key value": level, precision, domain, placement,
+ * plan, the method of each line, threads, workspace_bytes, flops. The buffer gets as much as fits, always
+ * ended by 0. 5: no descriptor; 2: not committed; 3: no buffer.
+ */
+QEL_API int qel_dfti_explain(const DFTI_DESCRIPTOR* descriptor, char* buffer, int size);
+
 /* ---- Status ---- */
 
 /* Returns -1 if status is of that class, which is itself a status; else 0.

@@ -244,6 +244,9 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
     for (const auto& [key, value] : c.wanted) EXPECT_EQ(report[key], value) << c.arguments << ' ' << key;
   }
   EXPECT_TRUE(contains(run("explain gemm 9 9 9 --level 3").output, "too small for threads"));
+  EXPECT_TRUE(
+      contains(run("explain fft 12 1009 --real --json").output, "\"line_1009\": \"as complex numbers"));
+  EXPECT_EQ(run("explain fft 0").exit_code, kBadInput);
 }
 
 TEST(Explain, RefusesWhatItCannotRead) {

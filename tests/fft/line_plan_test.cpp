@@ -50,6 +50,25 @@ TEST(LinePlan, MethodFactorsAndWorkspace) {
   }
 }
 
+TEST(LinePlan, ScrambledOrder) {
+  const struct {
+    core_int length;
+    bool scrambled;
+    int workspace;
+  } cases[] = {{16, false, 0},
+               {32, false, 0},
+               {64, true, 0},
+               {4900, false, 4900 * 16 + 64},
+               {5184, true, 0},
+               {13 * 512, true, 13 * 16 + 64},
+               {5003, false, 16384 * 16 + 32}};
+  for (const auto& c : cases) {
+    const line_plan plan = plan_line(c.length, true);
+    EXPECT_EQ(plan.scrambled, c.scrambled) << c.length;
+    EXPECT_EQ(plan.workspace_bytes, c.workspace) << c.length;
+  }
+}
+
 TEST(LinePlan, PassesOfPowersOfTwo) {
   const struct {
     int order;

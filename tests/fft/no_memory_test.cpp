@@ -2,6 +2,7 @@
 // Each allocation in turn fails: the status says so, the handle stays as it was, nothing is lost. In a
 // program of its own, since the library takes the allocator before its first use.
 #include <cstdlib>
+#include <vector>
 
 #include "service/serv.h"
 #include "tests/fft/support.h"
@@ -47,6 +48,8 @@ class NoMemory : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     setenv("QEL_DISABLE_FAST_MM", "1", 1);  // a cached block would serve a request that is to fail
+    setenv("QEL_NUM_THREADS", "4", 1);
+    setenv("QEL_DYNAMIC", "FALSE", 1);
     serv_platform_malloc = allocate;
     serv_platform_free = release;
   }
@@ -81,6 +84,49 @@ TEST_F(NoMemory, CommitSaysSo) {
               }),
               3);
   }
+}
+
+/// Commits and computes with each allocation in turn failing.
+TEST_F(NoMemory, EveryKindOfPlanSaysSo) {
+  const struct {
+    int domain;
+    std::vector<int> lengths;
+    int parameter, value;
+  } cases[] = {{DFTI_COMPLEX, {12, 30}, DFTI_PLACEMENT, DFTI_NOT_INPLACE},
+               {DFTI_COMPLEX, {100}, DFTI_COMPLEX_STORAGE, DFTI_REAL_REAL},
+               {DFTI_COMPLEX, {5184}, DFTI_ORDERING, DFTI_BACKWARD_SCRAMBLED},
+               {DFTI_COMPLEX, {100}, DFTI_NUMBER_OF_USER_THREADS, 3},
+               {DFTI_COMPLEX, {1 << 16}, DFTI_PLACEMENT, DFTI_INPLACE},
+               {DFTI_COMPLEX, {1 << 12}, DFTI_PLACEMENT, DFTI_NOT_INPLACE},
+               {DFTI_REAL, {100}, DFTI_PACKED_FORMAT, DFTI_PACK_FORMAT},
+               {DFTI_REAL, {179}, DFTI_PACKED_FORMAT, DFTI_PACK_FORMAT},
+               {DFTI_REAL, {6, 20}, DFTI_PACKED_FORMAT, DFTI_PERM_FORMAT}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::PrintToString(c.lengths));
+    const auto make = [&](DFTI_DESCRIPTOR_HANDLE* handle) {
+      const int dimension = static_cast<int>(c.lengths.size());
+      int status = DftiCreateDescriptor_d_md(handle, c.domain, dimension, c.lengths.data());
+      if (status == DFTI_NO_ERROR) {
+        DftiSetValue(*handle, c.parameter, c.value);
+        DftiSetValue(*handle, DFTI_FORWARD_SCALE, 0.3);
+        status = DftiCommitDescriptor(*handle);
+        if (status != DFTI_NO_ERROR) DftiFreeDescriptor(handle);
+      }
+      return status;
+    };
+    EXPECT_GE(fail_each(make), 3);
+  }
+  // A strided output needs a buffer: without it nothing is written.
+  const owned_descriptor d(DFTI_DOUBLE, DFTI_COMPLEX, {20});
+  const int strides[] = {0, 2};
+  DftiSetValue(d.handle, DFTI_OUTPUT_STRIDES, strides);
+  DftiSetValue(d.handle, DFTI_PLACEMENT, DFTI_NOT_INPLACE);
+  ASSERT_EQ(DftiCommitDescriptor(d.handle), 0);
+  std::vector<double> in(40, 1), out(80, 7);
+  calls_left = 0;
+  EXPECT_EQ(DftiComputeForward(d.handle, in.data(), out.data()), DFTI_MEMORY_ERROR);
+  calls_left = -1;
+  EXPECT_EQ(out, std::vector<double>(80, 7));
 }
 
 }  // namespace

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Decisions on long lines, blocks and native plans as tables.
+#include "fft/planning/long_rules.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "fft/planning/driver_rules.h"
+#include "fft/planning/native_plan.h"
+#include "fft/spec/real_spec.h"
+#include "qel/dfti.h"
+
+namespace qel::fft {
+namespace {
+
+long_facts line(core_int n, int threads, int placement = DFTI_NOT_INPLACE, bool dynamic = false) {
+  return {n, 1, DFTI_COMPLEX_COMPLEX, DFTI_ORDERED, placement, 1, 1, threads, 1, dynamic, false};
+}
+
+TEST(LongRules, TiersAndParts) {
+  using enum long_tier;
+  long_facts users = line(1 << 20, 4), scrambled = users, native = line(1 << 12, 4), strided = users;
+  users.user_threads = 2;
+  scrambled.ordering = DFTI_BACKWARD_SCRAMBLED;
+  native.native = true;
+  strided.output_stride = 2;
+  const struct {
+    long_facts facts;
+    long_tier tier;
+    core_int rows;
+    int parts;
+  } cases[] = {
+      {line(1 << 20, 1), kNone, 0, 0},
+      {line(1 << 20, 4), kFixed, 1 << 10, 4},
+      {line(1 << 20, 4, DFTI_INPLACE), kSplit, 1 << 10, 0},
+      {line(1 << 20, 9), kSplit, 1 << 10, 0},
+      {line(1 << 10, 8), kFixed, 1 << 5, 8},
+      {line(1 << 16, 8, DFTI_NOT_INPLACE, true), kFixed, 1 << 8, 4},
+      {line(1 << 17, 8, DFTI_NOT_INPLACE, true), kFixed, 1 << 8, 8},
+      {line(1 << 14, 4, DFTI_NOT_INPLACE, true), kFixed, 1 << 7, 2},
+      {line(1 << 9, 4), kNone, 0, 0},
+      {line(1 << 15, 4, DFTI_INPLACE), kNone, 0, 0},
+      {line(3 << 15, 3), kSplit, 192, 0},
+      {line(3 << 14, 3), kNone, 0, 0},
+      {line(65537, 3), kNone, 0, 0},
+      {line(core_int{1} << 27, 3), kSplit, 1 << 13, 0},
+      {users, kNone, 0, 0},
+      {scrambled, kNone, 0, 0},
+      {strided, kNone, 0, 0},
+      {native, kNone, 0, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.facts.length << " on " << c.facts.threads);
+    const long_choice choice = choose_long_tier(c.facts);
+    EXPECT_EQ(choice.tier, c.tier) << choice.reason;
+    EXPECT_EQ(choice.rows, c.rows);
+    EXPECT_EQ(choice.parts, c.parts);
+  }
+}
+
+TEST(LongRules, FactorsOfASplit) {
+  const struct {
+    core_int length, rows;
+  } cases[] = {{1 << 17, 256}, {100000, 250}, {65537, 1}, {2 * 33331, 2}, {85085, 119}, {6 * 6 * 6 * 6 * 6 * 6, 216}};
+  for (const auto& c : cases) {
+    const line_split split = dfti_plan_split(c.length);
+    EXPECT_EQ(split.rows, c.rows) << c.length;
+    EXPECT_EQ(split.rows * split.columns, c.length);
+  }
+}
+
+TEST(LongRules, ColumnsDealtToThreads) {
+  const struct {
+    core_int columns;
+    int threads, count;
+    core_int width;
+  } cases[] = {{7, 4, 1, 7}, {64, 4, 4, 16}, {100, 4, 4, 24}, {16, 4, 2, 8}, {40, 3, 3, 12}, {47, 3, 3, 12}, {1024, 11, 11, 92}};
+  for (const auto& c : cases) {
+    const column_groups groups = deal_columns(c.columns, c.threads);
+    EXPECT_EQ(groups.count, c.count) << c.columns;
+    EXPECT_EQ(groups.width, c.width) << c.columns;
+  }
+}
+
+TEST(DriverRules, BlocksAndAxes) {
+  const struct {
+    std::vector<core_int> lengths;  // node 0 first
+    core_int stride, width;
+  } cases[] = {{{64, 64}, 1, 8},       {{64, 64}, 2, 1},     {{5, 64}, 1, 5},         {{4096, 32, 32}, 1, 4},
+               {{4095, 32, 32}, 1, 8}, {{16, 16, 2049}, 1, 4}, {{16, 16, 2048}, 1, 8}, {{3, 3, 4000}, 1, 3}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(block_width(static_cast<core_int>(c.lengths.size()), c.lengths.data(), c.stride), c.width) << c.lengths[0];
+  }
+  EXPECT_EQ(parallel_axis(2, 0), 1);
+  EXPECT_EQ(parallel_axis(2, 1), 0);
+  EXPECT_EQ(parallel_axis(4, 0), 3);
+  EXPECT_EQ(parallel_axis(4, 2), 3);
+  EXPECT_EQ(parallel_axis(4, 3), 2);
+}
+
+TEST(NativePlan, RadicesMultiplyToTheLength) {
+  for (core_int n = 17; n < 3000; ++n) {
+    const autosort_plan plan = plan_autosort(n);
+    if (plan.count == 0) continue;
+    core_int product = 1;
+    for (int i = 0; i < plan.count; ++i) product *= plan.radices[i];
+    EXPECT_EQ(product, n);
+    EXPECT_GE(plan.count, 2);
+    EXPECT_TRUE(has_autosort_pass(plan.radices[0]) && has_autosort_pass(plan.radices[plan.count - 1])) << n;
+  }
+  EXPECT_EQ(plan_autosort(2 * 151).count, 0);
+}
+
+TEST(NativePlan, MethodsByLength) {
+  using enum native_method;
+  const struct {
+    core_int length;
+    native_method method;
+    core_int rows, padded;
+  } cases[] = {{64, kAutosort, 0, 0},   {37, kAutosort, 0, 0},      {67, kBluestein, 0, 144},  {1009, kBluestein, 0, 2048},
+               {8192, kAutosort, 0, 0}, {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0}, {302, kBluestein, 0, 640}};
+  for (const auto& c : cases) {
+    const native_plan plan = plan_native_line(c.length);
+    EXPECT_EQ(plan.method, c.method) << c.length;
+    EXPECT_EQ(plan.rows, c.rows) << c.length;
+    EXPECT_EQ(plan.padded, c.padded) << c.length;
+  }
+}
+
+TEST(RealPlan, MethodsByLength) {
+  using enum real_method;
+  const struct {
+    core_int length;
+    real_method method;
+  } cases[] = {{16, kStraight}, {17, kDirect}, {18, kHalf}, {21, kWhole}, {179, kDirect}, {181, kWhole}, {1 << 20, kHalf}};
+  for (const auto& c : cases) EXPECT_EQ(choose_real_method(c.length), c.method) << c.length;
+}
+
+}  // namespace
+}  // namespace qel::fft
