@@ -3,7 +3,9 @@
 // parts.
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
+#include <type_traits>
 
 #include "service/complex_arithmetic.h"
 #include "service/core_types.h"
@@ -37,6 +39,9 @@ void set_part(T& value, int part, real_of<T> number) {
 /// The n elements into a dense array, from the last to the first if reversed.
 template <class T, class R>
 void gather_part(const T* from, core_int n, core_int stride, bool reversed, int part, R* to) {
+  if constexpr (std::is_same_v<T, R>) {
+    if (stride == 1 && !reversed) return static_cast<void>(std::copy_n(from, n, to));
+  }
   for (core_int i = 0; i < n; ++i)
     to[reversed ? n - 1 - i : i] = static_cast<R>(part_of(from[place_of(i, n, stride)], part));
 }
