@@ -33,22 +33,30 @@ int check_line(const execution& e) {
   return check_axis(e.job, a);
 }
 
-/// A line in its sums' precision: for each part (real, imaginary) n numbers.
+/// A line in its sums' precision: for each part (real, imaginary) n numbers. Data that lie like that are not
+/// copied.
 template <class T, class R>
 class dense_line {
  public:
   static constexpr int kParts = is_complex<T> ? 2 : 1;
-  dense_line(const T* from, core_int n, core_int stride, bool reversed) : numbers_(kParts * n), n_(n) {
-    if (!there()) return;
+  dense_line(const T* from, core_int n, core_int stride, bool reversed)
+      : numbers_(lies_dense(stride, reversed) ? 1 : kParts * n), data_(numbers_.get()), n_(n) {
+    if constexpr (std::is_same_v<T, R>) {
+      if (lies_dense(stride, reversed)) data_ = from;
+    }
+    if (!there() || data_ != numbers_.get()) return;
     for (int part = 0; part < kParts; ++part)
       gather_part(from, n, stride, reversed, part, numbers_.get() + part * n);
   }
   bool there() const { return numbers_.get() != nullptr; }
-  const R* part(int which) const { return numbers_.get() + which * n_; }
-  core_int count() const { return n_; }
+  const R* part(int which) const { return data_ + which * n_; }
 
  private:
+  static constexpr bool lies_dense(core_int stride, bool reversed) {
+    return std::is_same_v<T, R> && stride == 1 && !reversed;
+  }
   scratch<R> numbers_;
+  const R* data_;
   core_int n_;
 };
 
