@@ -92,7 +92,8 @@ class band_lu {
     const core_int count = end - begin;
     if (count <= 0) return;
     const auto slices = static_cast<int>(std::min<core_int>(plan_.slices, count));
-#pragma omp parallel for num_threads(slices) schedule(static, 1) if (slices > 1)
+    if (slices == 1) return part(begin, end);
+#pragma omp parallel for num_threads(slices) schedule(static, 1)
     for (int slice = 0; slice < slices; ++slice) {
       part(begin + count * slice / slices, begin + count * (slice + 1) / slices);
     }

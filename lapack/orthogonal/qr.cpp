@@ -140,28 +140,34 @@ bool multiply_q_as_planned(const q_product_plan& plan, bool left, bool turned, c
     return reflector_block<T>{
         order - first, std::min(block, k - first), a + first * (lda + 1), lda, top, top + square, block};
   };
-#pragma omp parallel num_threads(plan.slices) if (plan.slices > 1)
-  {
-#pragma omp for schedule(static)
-    for (core_int b = 0; b < blocks; ++b) {
+  const auto form = [&](core_int b) {
+    const reflector_block<T> h = block_at(b);
+    T* const top = memory.get() + b * 2 * square;
+    form_block(h.rows, h.width, h.v, lda, tau + b * block, top, top + square, block);
+  };
+  const auto apply_all = [&](int slice) {
+    const core_int begin = count * slice / plan.slices, size = count * (slice + 1) / plan.slices - begin;
+    for (core_int step = 0; step < blocks; ++step) {
+      const core_int b = left == turned ? step : blocks - 1 - step, first = b * block;
       const reflector_block<T> h = block_at(b);
-      T* const top = memory.get() + b * 2 * square;
-      form_block(h.rows, h.width, h.v, lda, tau + b * block, top, top + square, block);
-    }
-#pragma omp for schedule(static, 1)
-    for (int slice = 0; slice < plan.slices; ++slice) {
-      const core_int begin = count * slice / plan.slices, size = count * (slice + 1) / plan.slices - begin;
-      for (core_int step = 0; step < blocks; ++step) {
-        const core_int b = left == turned ? step : blocks - 1 - step;
-        const reflector_block<T> h = block_at(b);
-        const core_int first = b * block;
-        if (left) {
-          apply_from_left(h, turned, size, c + first + begin * ldc, ldc, work + block * begin);
-        } else {
-          apply_from_right(h, turned, size, c + begin + first * ldc, ldc, work + block * begin);
-        }
+      if (left) {
+        apply_from_left(h, turned, size, c + first + begin * ldc, ldc, work + block * begin);
+      } else {
+        apply_from_right(h, turned, size, c + begin + first * ldc, ldc, work + block * begin);
       }
     }
+  };
+  if (plan.slices == 1) {
+    for (core_int b = 0; b < blocks; ++b) form(b);
+    apply_all(0);
+    return true;
+  }
+#pragma omp parallel num_threads(plan.slices)
+  {
+#pragma omp for schedule(static)
+    for (core_int b = 0; b < blocks; ++b) form(b);
+#pragma omp for schedule(static, 1)
+    for (int slice = 0; slice < plan.slices; ++slice) apply_all(slice);
   }
   return true;
 }
