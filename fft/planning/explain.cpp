@@ -76,7 +76,8 @@ void add_line(text& out, const dft_spec<R>& spec) {
       add_radices(out, spec.length);
       break;
     case line_method::kLong:
-      out.add("%lld rows times %lld columns", static_cast<long long>(plan.rows), static_cast<long long>(plan.columns));
+      out.add("%lld rows times %lld columns", static_cast<long long>(plan.rows),
+              static_cast<long long>(plan.columns));
       break;
     case line_method::kRefused:
       break;
@@ -159,7 +160,8 @@ size_t explain_descriptor(const dfti_node& first, char* buffer, size_t size) {
   const auto n = static_cast<double>(first.element_count);
   out.add("threads %d\n", first.fast_plan != nullptr ? 1 : first.threads);
   out.add("workspace_bytes %lld\n", static_cast<long long>(first.workspace_bytes));
-  out.add("flops %.0f\n", (real ? 2.5 : 5.0) * n * std::log2(n) * static_cast<double>(first.number_of_transforms));
+  out.add("flops %.0f\n",
+          (real ? 2.5 : 5.0) * n * std::log2(n) * static_cast<double>(first.number_of_transforms));
   return out.used();
 }
 

@@ -85,7 +85,8 @@ void check_alignments(int domain, const std::vector<int>& lengths, bool in_place
       in.assign(x);
       ASSERT_EQ(compute(d.handle, in.data(), out.data()), 0);
       const R* result = in_place ? in.data() : out.data();
-      if (misalignment == 0 && compute == DftiComputeForward) std::memcpy(first.data(), result, reals * sizeof(R));
+      if (misalignment == 0 && compute == DftiComputeForward)
+        std::memcpy(first.data(), result, reals * sizeof(R));
       if (compute == DftiComputeForward) {
         EXPECT_EQ(std::memcmp(result, first.data(), reals * sizeof(R)), 0) << misalignment;
       }
@@ -95,7 +96,8 @@ void check_alignments(int domain, const std::vector<int>& lengths, bool in_place
 
 TEST(Concurrency, SameBitsAtAnyAddress) {
   for (const bool in_place : {true, false}) {
-    for (const int n : {1, 5, 8, 16, 17, 32, 60, 64, 100, 101, 128, 625, 1009, 2048, 1 << 14, 1 << 17, 30030}) {
+    for (const int n :
+         {1, 5, 8, 16, 17, 32, 60, 64, 100, 101, 128, 625, 1009, 2048, 1 << 14, 1 << 17, 30030}) {
       check_alignments<double>(DFTI_COMPLEX, {n}, in_place);
       check_alignments<float>(DFTI_COMPLEX, {n}, in_place);
       check_alignments<double>(DFTI_REAL, {n}, in_place);
@@ -116,7 +118,8 @@ TEST(Explain, NamesThePlan) {
   ASSERT_EQ(DftiCommitDescriptor(d.handle), 0);
   EXPECT_EQ(qel_dfti_explain(d.handle, nullptr, 5), 3);
   ASSERT_EQ(qel_dfti_explain(d.handle, text, sizeof text), 0);
-  for (const char* part : {"precision double", "plan general", "line_149 ", "line_5 straight-line kernel", "flops "}) {
+  for (const char* part :
+       {"precision double", "plan general", "line_149 ", "line_5 straight-line kernel", "flops "}) {
     EXPECT_NE(std::strstr(text, part), nullptr) << part << " in\n" << text;
   }
   ASSERT_EQ(qel_dfti_explain(d.handle, cut, sizeof cut), 0);

@@ -62,7 +62,8 @@ TEST(LongRules, TiersAndParts) {
 TEST(LongRules, FactorsOfASplit) {
   const struct {
     core_int length, rows;
-  } cases[] = {{1 << 17, 256}, {100000, 250}, {65537, 1}, {2 * 33331, 2}, {85085, 119}, {6 * 6 * 6 * 6 * 6 * 6, 216}};
+  } cases[] = {{1 << 17, 256}, {100000, 250}, {65537, 1},
+               {2 * 33331, 2}, {85085, 119},  {6 * 6 * 6 * 6 * 6 * 6, 216}};
   for (const auto& c : cases) {
     const line_split split = dfti_plan_split(c.length);
     EXPECT_EQ(split.rows, c.rows) << c.length;
@@ -75,7 +76,8 @@ TEST(LongRules, ColumnsDealtToThreads) {
     core_int columns;
     int threads, count;
     core_int width;
-  } cases[] = {{7, 4, 1, 7}, {64, 4, 4, 16}, {100, 4, 4, 24}, {16, 4, 2, 8}, {40, 3, 3, 12}, {47, 3, 3, 12}, {1024, 11, 11, 92}};
+  } cases[] = {{7, 4, 1, 7},   {64, 4, 4, 16}, {100, 4, 4, 24},   {16, 4, 2, 8},
+               {40, 3, 3, 12}, {47, 3, 3, 12}, {1024, 11, 11, 92}};
   for (const auto& c : cases) {
     const column_groups groups = deal_columns(c.columns, c.threads);
     EXPECT_EQ(groups.count, c.count) << c.columns;
@@ -87,10 +89,11 @@ TEST(DriverRules, BlocksAndAxes) {
   const struct {
     std::vector<core_int> lengths;  // node 0 first
     core_int stride, width;
-  } cases[] = {{{64, 64}, 1, 8},       {{64, 64}, 2, 1},     {{5, 64}, 1, 5},         {{4096, 32, 32}, 1, 4},
+  } cases[] = {{{64, 64}, 1, 8},       {{64, 64}, 2, 1},       {{5, 64}, 1, 5},        {{4096, 32, 32}, 1, 4},
                {{4095, 32, 32}, 1, 8}, {{16, 16, 2049}, 1, 4}, {{16, 16, 2048}, 1, 8}, {{3, 3, 4000}, 1, 3}};
   for (const auto& c : cases) {
-    EXPECT_EQ(block_width(static_cast<core_int>(c.lengths.size()), c.lengths.data(), c.stride), c.width) << c.lengths[0];
+    EXPECT_EQ(block_width(static_cast<core_int>(c.lengths.size()), c.lengths.data(), c.stride), c.width)
+        << c.lengths[0];
   }
   EXPECT_EQ(parallel_axis(2, 0), 1);
   EXPECT_EQ(parallel_axis(2, 1), 0);
@@ -118,8 +121,9 @@ TEST(NativePlan, MethodsByLength) {
     core_int length;
     native_method method;
     core_int rows, padded;
-  } cases[] = {{64, kAutosort, 0, 0},   {37, kAutosort, 0, 0},      {67, kBluestein, 0, 144},  {1009, kBluestein, 0, 2048},
-               {8192, kAutosort, 0, 0}, {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0}, {302, kBluestein, 0, 640}};
+  } cases[] = {{64, kAutosort, 0, 0},       {37, kAutosort, 0, 0},    {67, kBluestein, 0, 144},
+               {1009, kBluestein, 0, 2048}, {8192, kAutosort, 0, 0},  {1 << 20, kLong, 1 << 10, 0},
+               {1000000, kLong, 1000, 0},   {302, kBluestein, 0, 640}};
   for (const auto& c : cases) {
     const native_plan plan = plan_native_line(c.length);
     EXPECT_EQ(plan.method, c.method) << c.length;
@@ -133,7 +137,8 @@ TEST(RealPlan, MethodsByLength) {
   const struct {
     core_int length;
     real_method method;
-  } cases[] = {{16, kStraight}, {17, kDirect}, {18, kHalf}, {21, kWhole}, {179, kDirect}, {181, kWhole}, {1 << 20, kHalf}};
+  } cases[] = {{16, kStraight}, {17, kDirect}, {18, kHalf},     {21, kWhole},
+               {179, kDirect},  {181, kWhole}, {1 << 20, kHalf}};
   for (const auto& c : cases) EXPECT_EQ(choose_real_method(c.length), c.method) << c.length;
 }
 
