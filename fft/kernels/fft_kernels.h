@@ -15,6 +15,7 @@ enum fft_pow2_radix : int { kPow2Radix4, kPow2Radix8, kPow2Radices };
 
 /// C is a complex number, R its real type.
 inline constexpr int kStraightLengths = 16;
+inline constexpr int kRegisterLengths = 64;
 
 /// Radices of passes that sort as they go; the first one only changes the layout.
 inline constexpr int kAutosortRadices[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13};
@@ -46,6 +47,8 @@ struct autosort_kernels {
   middle_of_any* any_middle;
   last* lasts[2][kAutosortCount];
   short_columns* short_lines[2][kStraightLengths + 1];
+  /// Whole lines in registers, by length, without scale; null where there is none.
+  void (*registers[2][kRegisterLengths + 1])(const C* input, C* output, R);
   turn_and_deal* turn_and_deal_blocks[2];
 };
 

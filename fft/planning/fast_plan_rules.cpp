@@ -30,7 +30,7 @@ bool is_plain_line(const line_facts& f) {
 }
 
 bool takes_straight_kernel(const line_facts& f) {
-  const core_int longest = f.native ? kLargestStraight : f.single ? 64 : 128;
+  const core_int longest = f.native || f.single ? 64 : 128;
   const bool length_has_one = f.length >= 2 && f.length <= longest && (f.length & (f.length - 1)) == 0;
   return is_plain_line(f) && length_has_one && f.forward_scale == 1 && f.backward_scale == 1;
 }

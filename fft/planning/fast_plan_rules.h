@@ -15,7 +15,7 @@ struct line_facts {
   core_int input_offset, output_offset;
   double forward_scale, backward_scale;  ///< in the descriptor's precision
   bool single;
-  bool native;  ///< a native level, whose passes beat the longer straight-line kernels
+  bool native;  ///< a native level, whose passes beat the longest straight-line kernel
 };
 
 /// One line of interleaved numbers at the start of its array.

@@ -46,10 +46,13 @@ struct straight_plan {
   static int compute(dfti_node* node, void* first, void* second, void*, void*) {
     const auto& kernels = level_kernels<R>();
     auto* output = static_cast<C*>(kInPlace ? first : second);
-    auto* kernel = node->length == 32    ? kernels.of_32[kWay]
-                   : node->length == 64  ? kernels.of_64[kWay]
-                   : node->length == 128 ? kernels.of_128[kWay]
-                                         : kernels.unscaled[kWay][node->length];
+    auto* kernel = register_kernel<R>(node->length, kWay);
+    if (kernel == nullptr) {
+      kernel = node->length == 32    ? kernels.of_32[kWay]
+               : node->length == 64  ? kernels.of_64[kWay]
+               : node->length == 128 ? kernels.of_128[kWay]
+                                     : kernels.unscaled[kWay][node->length];
+    }
     kernel(static_cast<const C*>(first), output, R{1});
     return DFTI_NO_ERROR;
   }

@@ -115,6 +115,10 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
     level_kernels<R>().unscaled[way][length](input, output, R{1});
     return;
   }
+  if (auto* kernel = register_kernel<R>(length, way)) {
+    kernel(input, output, R{1});
+    return;
+  }
   const pass& first = passes[0];
   native_passes<R>()->line[way][first.index](input, work, work + pitch_of_parts(1), first.m,
                                              line_twiddles.get());

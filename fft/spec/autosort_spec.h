@@ -16,6 +16,13 @@ struct columns_of {
   core_int pitch;
 };
 
+/// The kernel that holds a whole line of that length in registers; null if there is none.
+template <class R>
+auto* register_kernel(core_int length, direction way) {
+  const auto* native = native_passes<R>();
+  return native != nullptr && length <= kRegisterLengths ? native->registers[way][length] : nullptr;
+}
+
 template <class R>
 struct autosort_spec {
   using C = complex_of<R>;

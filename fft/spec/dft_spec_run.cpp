@@ -195,8 +195,13 @@ void run_scaled(const complex_of<R>* input, complex_of<R>* output, const dft_spe
   const auto& kernels = level_kernels<R>();
   const bool scaled = spec.scaled[way] != 0;
   const auto factor = static_cast<R>(spec.scale);
-  if (spec.plan.method == line_method::kStraight) {
+  auto* in_registers = register_kernel<R>(spec.length, way);
+  if (spec.plan.method == line_method::kStraight && (scaled || in_registers == nullptr)) {
     (scaled ? kernels.scaled : kernels.unscaled)[way][spec.length](input, output, factor);
+    return;
+  }
+  if (spec.plan.method == line_method::kStraight) {
+    in_registers(input, output, R{1});
     return;
   }
   run_line(input, output, spec, static_cast<complex_of<R>*>(work), way);

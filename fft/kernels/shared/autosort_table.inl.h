@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fft/kernels/shared/autosort.inl.h"
+#include "fft/kernels/shared/register_lines.inl.h"
 
 namespace qel::QEL_LEVEL {
 
@@ -18,15 +19,36 @@ namespace qel::QEL_LEVEL {
    short_columns<R, b, 13>, short_columns<R, b, 14>, short_columns<R, b, 15>, short_columns<R, b, 16>}
 
 namespace {
+template <class C, class R, bool kBackward>
+constexpr void add_registers(autosort_kernels<C, R>& kernels) {
+  auto& at = kernels.registers[kBackward ? 1 : 0];
+  at[8] = register_line<R, kBackward, 2, 4>;
+  at[12] = register_line<R, kBackward, 2, 6>;
+  at[16] = register_line<R, kBackward, 4, 4>;
+  at[20] = register_line<R, kBackward, 2, 10>;
+  at[24] = register_line<R, kBackward, 4, 6>;
+  at[28] = register_line<R, kBackward, 2, 14>;
+  at[32] = register_line<R, kBackward, 4, 8>;
+  at[36] = register_line<R, kBackward, 6, 6>;
+  at[40] = register_line<R, kBackward, 4, 10>;
+  at[48] = register_line<R, kBackward, 4, 12>;
+  at[56] = register_line<R, kBackward, 4, 14>;
+  at[60] = register_line<R, kBackward, 6, 10>;
+  at[64] = register_line<R, kBackward, 8, 8>;
+}
 template <class C, class R>
 constexpr autosort_kernels<C, R> all_autosort() {
-  return {{QEL_RADICES(first_of_line, R, false), QEL_RADICES(first_of_line, R, true)},
+  autosort_kernels<C, R> kernels{{QEL_RADICES(first_of_line, R, false), QEL_RADICES(first_of_line, R, true)},
           {QEL_RADICES(first_of_columns, R, false), QEL_RADICES(first_of_columns, R, true)},
           QEL_RADICES(middle_pass, R),
           middle_of_any<R>,
           {QEL_RADICES(last_pass, R, false), QEL_RADICES(last_pass, R, true)},
           {QEL_SHORT(false), QEL_SHORT(true)},
+          {},
           {turn_and_deal<R, false>, turn_and_deal<R, true>}};
+  add_registers<C, R, false>(kernels);
+  add_registers<C, R, true>(kernels);
+  return kernels;
 }
 }  // namespace
 #undef QEL_RADICES

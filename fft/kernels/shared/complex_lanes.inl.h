@@ -69,6 +69,11 @@ struct cx<float, 2> {
   QEL_LANES reg times(reg a, float f) { return _mm_mul_ps(a, _mm_set1_ps(f)); }
   QEL_LANES reg swapped(reg a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(2, 3, 0, 1)); }
   QEL_LANES reg reversed(reg a) { return _mm_shuffle_ps(a, a, _MM_SHUFFLE(1, 0, 3, 2)); }
+  QEL_LANES void transpose(reg* x) {
+    const reg low = _mm_movelh_ps(x[0], x[1]);
+    x[1] = _mm_movehl_ps(x[1], x[0]);
+    x[0] = low;
+  }
   QEL_LANES reg minus_real(reg a) { return _mm_xor_ps(a, _mm_set_ps(0.0F, -0.0F, 0.0F, -0.0F)); }
   QEL_LANES reg minus_imag(reg a) { return _mm_xor_ps(a, _mm_set_ps(-0.0F, 0.0F, -0.0F, 0.0F)); }
   QEL_LANES reg reals(reg w) { return _mm_shuffle_ps(w, w, _MM_SHUFFLE(2, 2, 0, 0)); }
