@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Short lines of r m elements whose rows and columns both fill registers: transforms down the columns, several
-// side by side, twiddles, an exchange of rows and columns between registers, transforms along the rows.
+// Short lines of r m elements whose rows and columns both fill registers: transforms down the columns,
+// several side by side, twiddles, an exchange of rows and columns between registers, transforms along the
+// rows.
 #pragma once
 
 #include "fft/kernels/shared/straight.inl.h"
