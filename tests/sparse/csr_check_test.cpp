@@ -111,7 +111,15 @@ TEST(CsrCheck, SurvivesMutations) {
     for (unsigned change = 0; change <= random() % 3; ++change) {
       std::vector<int>& array = random() % 2 != 0 && !m.ja.empty() ? m.ja : m.ia;
       int& target = array[random() % array.size()];
-      const int values[] = {0, -1, 1, INT_MAX, INT_MIN, target + 1, target - 1, static_cast<int>(random())};
+      const auto near = static_cast<unsigned>(target);
+      const int values[] = {0,
+                            -1,
+                            1,
+                            INT_MAX,
+                            INT_MIN,
+                            static_cast<int>(near + 1),
+                            static_cast<int>(near - 1),
+                            static_cast<int>(random())};
       target = values[random() % std::size(values)];
     }
     std::vector<int> ia = m.ia, ja = m.ja;  // ASan sees what is read beside them
