@@ -77,20 +77,23 @@ class fit {
     model_.values(x_.data(), values_);
     for (size_t i = 0; i < values_.size(); ++i) f[i] = values_[i] - model_.observed()[i];
   }
-  /// Central differences; the parameters may leave their bounds by a step.
+  /// Central differences, cut at the bounds: the model may make no sense beyond them.
   void differences() {
     ++jacobians_;
-    std::vector<double> f1(f_.size()), f2(f_.size());
-    void* run = nullptr;
-    if (djacobi_init(&run, &n_, &m_, x_.data(), jacobian_.data(), &kDifferenceStep) != QEL_NLS_SUCCESS)
-      throw std::bad_alloc();
-    int request = 0;
-    do {
-      djacobi_solve(&run, f1.data(), f2.data(), &request);
-      if (request == 1) residuals(f1.data());
-      if (request == 2) residuals(f2.data());
-    } while (request != 0);
-    djacobi_delete(&run);
+    std::vector<double> ahead(f_.size()), behind(f_.size());
+    for (size_t j = 0; j < x_.size(); ++j) {
+      const double at = x_[j], size = std::fabs(at);
+      const double step = size > kDifferenceStep ? kDifferenceStep * size : kDifferenceStep;
+      const double above = std::min(at + step, upper_[j]), below = std::max(at - step, lower_[j]);
+      x_[j] = above;
+      residuals(ahead.data());
+      x_[j] = below;
+      residuals(behind.data());
+      x_[j] = at;
+      double* const column = jacobian_.data() + j * f_.size();
+      for (size_t i = 0; i < f_.size(); ++i)
+        column[i] = above > below ? (ahead[i] - behind[i]) / (above - below) : 0;
+    }
   }
   /// Square roots of the diagonal of s^2 (J^T J)^-1; NaN where it is singular. J's columns are scaled to
   /// norm 1.

@@ -126,6 +126,18 @@ TEST(Fit, ReachesCertifiedValues) {
   EXPECT_TRUE(contains(bounded.output, "b                                1.5")) << bounded.output;
 }
 
+TEST(Fit, NeverLeavesTheBounds) {
+  // The best b is 0, below which the model is no number.
+  const test::temporary_file data("x,y\n1,2\n2,4\n3,6.1\n4,7.9\n");
+  const command_result result =
+      run("fit --json 'y=a*x+sqrt(b)' " + data.path() + " --start a=1,b=1 --bounds b=0:");
+  ASSERT_EQ(result.exit_code, 0) << result.output;
+  const nlohmann::json report = nlohmann::json::parse(result.output);
+  EXPECT_NEAR(report["parameters"][0]["value"].get<double>(), 2, 0.05);
+  EXPECT_GE(report["parameters"][1]["value"].get<double>(), 0);
+  EXPECT_LE(report["parameters"][1]["value"].get<double>(), 0.01);
+}
+
 TEST(Fit, TellsWhatIsWrong) {
   const test::temporary_file data(kMisra), short_row("x,y\n1,2\n3\n"), word("x,y\n1,2\n3,four\n"),
       empty("x,y\n");
