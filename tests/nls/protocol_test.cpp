@@ -7,6 +7,7 @@
 #include <functional>
 #include <limits>
 
+#include "nls/trust_region.h"
 #include "service/serv.h"
 #include "tests/nls/driver.h"
 
@@ -306,6 +307,14 @@ TEST_P(NlsProtocol, NoMemoryLeavesNothing) {
     }
     EXPECT_GE(refused, bounded ? 20 : 10);
   }
+}
+
+TEST(NlsThreads, ColumnNorms) {
+  // m, n, threads allowed, threads taken
+  const int rows[][4] = {
+      {19999, 1, 4, 1}, {20000, 1, 4, 4}, {200, 100, 2, 2}, {199, 100, 2, 1}, {20000, 9, 1, 1}};
+  for (const auto& row : rows)
+    EXPECT_EQ(nls::threads_for_norms(row[0], row[1], row[2]), row[3]) << row[0] << ' ' << row[1];
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Sums, products and conversions of CSR matrices against dense ones, in exact arithmetic.
 #include "service/serv.h"
+#include "sparse/blas/csr_rows.h"
 #include "tests/sparse/support.h"
 #include "tests/support/in_child.h"
 
@@ -287,6 +288,14 @@ TEST(CsrDense, ThereAndBack) {
       }
     }
   }
+}
+
+TEST(CsrThreads, OfRows) {
+  // Threads allowed, request, transposed, rows, threads taken.
+  const int rows[][5] = {{4, 0, 0, 100, 1}, {4, 1, 0, 100, 4}, {4, 2, 0, 100, 4}, {4, 1, 1, 100, 1},
+                         {4, 2, 0, 3, 3},   {4, 2, 0, 1, 1},   {4, 1, 0, 0, 1},   {1, 1, 0, 100, 1}};
+  for (const auto& row : rows)
+    EXPECT_EQ(sparse::threads_of_rows(row[0], row[1], row[2] != 0, row[3]), row[4]) << &row - rows;
 }
 
 }  // namespace
