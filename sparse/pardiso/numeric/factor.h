@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Numeric factorisation by supernodes, looking left, and the substitutions with its factors.
+#pragma once
+
+#include "sparse/pardiso/symbolic/structure.h"
+
+namespace qel::pardiso {
+
+/// What the analysis leaves for the numeric phases.
+struct analysis {
+  ordering order;
+  structure form;
+};
+
+struct factor_options {
+  double threshold = 0;       ///< pivots of at most this modulus are perturbed (unused by definite types)
+  bool bunch_kaufman = true;  ///< symmetric indefinite: search in the block; else the diagonal as it comes
+  int threads = 1;
+  /// Called after supernodes, from one thread, with the share of entries computed (0 to 1); true cancels.
+  bool (*progress)(void* context, double share) = nullptr;
+  void* progress_context = nullptr;
+};
+
+/// The factors of one matrix.
+template <class T>
+struct factors {
+  block<T> lnz, unz;
+  block<int> pivot;                ///< symmetric indefinite: interchanges and 2-by-2 pivots of the blocks
+  block<int> luperm, luperm_row;   ///< unsymmetric: column and row interchanges of the blocks
+  int perturbed = 0;               ///< iparm(14)
+  int positive = 0, negative = 0;  ///< inertia, iparm(22), iparm(23)
+  int failed_column = 0;           ///< iparm(30), the caller's number, counted from 1
+  double norm_a = 0;
+  double scatter_seconds = 0, factor_seconds = 0;
+};
+
+/// The threshold for iparm(10) = k; a is needed for the types whose threshold goes with the matrix.
+template <class T>
+double pivot_threshold(const csr_view<T>& a, int k);
+
+/// error -2, -4 (failed_column; sub-code -2: no work memory), and -4 with sub-code cancelled.
+template <class T>
+stage_status factorise(const csr_view<T>& a, const analysis& analysed, const factor_options& options,
+                       memory_account& account, factors<T>& result);
+
+/// Parts of a solve; forward and the others take and leave vectors as 331, 332, 333 do.
+enum class solve_part { all = 0, forward = 1, diagonal = 2, backward = 3 };
+
+struct solve_options {
+  solve_part part = solve_part::all;
+  bool transposed = false;  ///< with the transposed matrix (unsymmetric types)
+  int threads = 1;
+};
+
+/// x := A^-1 b (or a part of it) for nrhs columns of n, leading dimension n; b and x may be the same.
+/// work: n * nrhs elements.
+template <class T>
+void substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
+                const solve_options& options, int nrhs, const T* b, T* x, T* work);
+
+}  // namespace qel::pardiso
