@@ -14,9 +14,7 @@ int dss_define_structure(void** handle, const int* options, const int* rowIndex,
                          const int* nCols, const int* columns, const int* nNonZeros) {
   return dss::define_structure(handle, *options, rowIndex, *nRows, *nCols, columns, *nNonZeros);
 }
-int dss_reorder(void** handle, const int* options, int* perm) {
-  return dss::reorder(handle, *options, perm);
-}
+int dss_reorder(void** handle, const int* options, int* perm) { return dss::reorder(handle, *options, perm); }
 int dss_factor_real(void** handle, const int* options, const void* values) {
   return dss::factor(handle, *options, values, dss::real_data);
 }

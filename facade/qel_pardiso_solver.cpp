@@ -46,18 +46,18 @@ void QelPardisoSolver::Dispose() {
   Call(kRelease, n_, nullptr, nullptr, nullptr, 1, &b, &x);
 }
 
-#define DEFINE(T)                                                                                         \
-  int QelPardisoSolver::Factor(int n, const Core::Array<T>& a, const Core::Array<int>& ia,                \
-                               const Core::Array<int>& ja) {                                              \
-    n_ = n;                                                                                               \
-    return Factor(n, static_cast<const void*>(array_pointer(a)), array_pointer(ia), array_pointer(ja));   \
-  }                                                                                                       \
-  int QelPardisoSolver::Solve(int n, const Core::Array<T>& a, const Core::Array<int>& ia,                 \
-                              const Core::Array<int>& ja, int nrhs, const Core::Array<T>& b,              \
-                              const Core::Array<T>& x) {                                                  \
-    n_ = n;                                                                                               \
+#define DEFINE(T)                                                                                           \
+  int QelPardisoSolver::Factor(int n, const Core::Array<T>& a, const Core::Array<int>& ia,                  \
+                               const Core::Array<int>& ja) {                                                \
+    n_ = n;                                                                                                 \
+    return Factor(n, static_cast<const void*>(array_pointer(a)), array_pointer(ia), array_pointer(ja));     \
+  }                                                                                                         \
+  int QelPardisoSolver::Solve(int n, const Core::Array<T>& a, const Core::Array<int>& ia,                   \
+                              const Core::Array<int>& ja, int nrhs, const Core::Array<T>& b,                \
+                              const Core::Array<T>& x) {                                                    \
+    n_ = n;                                                                                                 \
     return Solve(n, static_cast<const void*>(array_pointer(a)), array_pointer(ia), array_pointer(ja), nrhs, \
-                 static_cast<void*>(array_pointer(b)), static_cast<void*>(array_pointer(x)));             \
+                 static_cast<void*>(array_pointer(b)), static_cast<void*>(array_pointer(x)));               \
   }
 DEFINE(double)
 DEFINE(Core::DoubleComplex)

@@ -27,9 +27,9 @@ int call_solver(record& r, int phase) {
   r.phase = phase;
   // The solver reads right-hand sides unless it is told to overwrite them, which this interface never does.
   const pardiso::solver_call call = {
-      r.pt,        r.maxfct, r.mnum,         r.mtype, phase,   r.rows,
-      r.values,    r.row_index, r.column_index, r.perm,  r.nrhs, r.iparm,
-      r.msglvl,    const_cast<void*>(r.rhs), r.solution};
+      r.pt,        r.maxfct,       r.mnum, r.mtype, phase,   r.rows,   r.values,
+      r.row_index, r.column_index, r.perm, r.nrhs,  r.iparm, r.msglvl, const_cast<void*>(r.rhs),
+      r.solution};
   switch (pardiso::solve_system(call)) {
     case 0:
       return success;

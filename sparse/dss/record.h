@@ -15,7 +15,12 @@ enum state : int {
   state_deleted = 5,
 };
 enum structure_kind : int { symmetric = 0, structurally_symmetric = 1, nonsymmetric = 2 };
-enum factor_kind : int { positive_definite = 0, indefinite = 1, hermitian_definite = 2, hermitian_indefinite = 3 };
+enum factor_kind : int {
+  positive_definite = 0,
+  indefinite = 1,
+  hermitian_definite = 2,
+  hermitian_indefinite = 3
+};
 enum data_kind : int { real_data = 1, complex_data = 2 };
 
 struct record {

@@ -27,7 +27,14 @@ enum status : int {
 // Refusals of statistics. They name no catalogue, so that the reporter takes them for a bad facility code.
 inline constexpr int kNotIndefinite = -17, kWrongState = -18, kUnknownKey = -19;
 
-enum severity : int { severity_success, severity_debug, severity_info, severity_warning, severity_error, severity_fatal };
+enum severity : int {
+  severity_success,
+  severity_debug,
+  severity_info,
+  severity_warning,
+  severity_error,
+  severity_fatal
+};
 inline constexpr int kDefaultLevel = severity_error;
 
 struct levels {

@@ -17,8 +17,8 @@ constexpr option_grammar kCreate = {
 constexpr option_grammar kDefine = {kStructure, 0, invalid_structure};
 constexpr option_grammar kReorderOptions = {kReorder, 0, invalid_reorder};
 constexpr option_grammar kFactorOptions = {kFactor, 0, invalid_factor};
-constexpr option_grammar kSolve = {
-    kNoField, bit_no_refinement | bit_refinement | bit_forward | bit_diagonal, invalid_option};
+constexpr option_grammar kSolve = {kNoField, bit_no_refinement | bit_refinement | bit_forward | bit_diagonal,
+                                   invalid_option};
 
 enum reorder_kind : int {
   reorder_default,
@@ -47,8 +47,9 @@ void store_created(record& r, uint32_t options) {
   iparm(pardiso::p_factor_nonzeros) = -1;
   iparm(pardiso::p_factor_work) = -1;
   iparm(pardiso::p_single) = single;
-  iparm(pardiso::p_out_of_core) =
-      (options & bit_out_of_core_2) != 0 ? 2 : (options & bit_out_of_core_1) != 0 ? 1 : 0;
+  iparm(pardiso::p_out_of_core) = (options & bit_out_of_core_2) != 0   ? 2
+                                  : (options & bit_out_of_core_1) != 0 ? 1
+                                                                       : 0;
 }
 
 }  // namespace
@@ -144,7 +145,10 @@ int reorder(void** handle, int options, int* perm) {
   record& r = call.r();
   const parameters iparm(r.iparm);
   int& ordering = iparm(pardiso::p_ordering);
-  ordering = kind == reorder_degree ? 0 : kind == reorder_dissection ? 2 : kind == reorder_subgraphs ? 3 : ordering;
+  ordering = kind == reorder_degree       ? 0
+             : kind == reorder_dissection ? 2
+             : kind == reorder_subgraphs  ? 3
+                                          : ordering;
   iparm(pardiso::p_permutation) = kind == reorder_given ? 1 : kind == reorder_returned ? 2 : 0;
   r.perm = uses_perm ? perm : nullptr;
   int result = success;

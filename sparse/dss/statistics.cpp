@@ -47,8 +47,8 @@ constexpr key_rule kUnknown = {"", key::unknown, 0};
 
 constexpr size_t kLongestKey = 11;
 
-/// Takes the next word of keys in lower case and without white space, up to its comma, which is skipped; false
-/// at the end. A word that is too long for a key is cut.
+/// Takes the next word of keys in lower case and without white space, up to its comma, which is skipped;
+/// false at the end. A word that is too long for a key is cut.
 class key_words {
  public:
   explicit key_words(const char* keys) : at_(keys) {}

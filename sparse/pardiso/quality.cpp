@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The norm of the inverse by Hager's method with Higham's last vector (W. W. Hager, SIAM J. Sci. Stat. Comput. 5
-// (1984) 311; N. J. Higham, ACM Trans. Math. Softw. 14 (1988) 381).
+// The norm of the inverse by Hager's method with Higham's last vector (W. W. Hager, SIAM J. Sci. Stat.
+// Comput. 5 (1984) 311; N. J. Higham, ACM Trans. Math. Softw. 14 (1988) 381).
 #include "sparse/pardiso/quality.h"
 
 #include <algorithm>
@@ -74,8 +74,8 @@ double norm_of_inverse(const inverse<T>& solve_with, T* x) {
     estimate = norm;
     std::transform(x, x + n, x, [](T value) { return sign_of(value); });
     solve_with.apply_adjoint(x);
-    const int largest = static_cast<int>(
-        std::max_element(x, x + n, [](T p, T q) { return modulus(p) < modulus(q); }) - x);
+    const int largest =
+        static_cast<int>(std::max_element(x, x + n, [](T p, T q) { return modulus(p) < modulus(q); }) - x);
     if (largest == last) break;
     last = largest;
     std::fill_n(x, n, T{});
@@ -90,7 +90,8 @@ double norm_of_inverse(const inverse<T>& solve_with, T* x) {
   return std::max(estimate, 2 * sum_of_moduli(x, n) / (3.0 * n));
 }
 
-/// Norms of a matrix, of its mirrored whole for one triangle: by columns (1) and by rows (infinity). sums: 2 n.
+/// Norms of a matrix, of its mirrored whole for one triangle: by columns (1) and by rows (infinity). sums: 2
+/// n.
 struct matrix_norms {
   double one, infinity;
 };
@@ -195,9 +196,9 @@ void word_quality(const quality& figures, char* text, size_t size) {
     std::snprintf(text, size, "%s", verdict);
     return;
   }
-  const int length = std::snprintf(text, size, "%s: condition about %.1e, %d perturbed pivot%s", verdict,
-                             figures.condition, figures.perturbed_pivots,
-                             figures.perturbed_pivots == 1 ? "" : "s");
+  const int length =
+      std::snprintf(text, size, "%s: condition about %.1e, %d perturbed pivot%s", verdict, figures.condition,
+                    figures.perturbed_pivots, figures.perturbed_pivots == 1 ? "" : "s");
   const auto at = std::min(static_cast<size_t>(std::max(length, 0)), size);
   if (figures.backward_error >= 0 && at < size) {
     std::snprintf(text + at, size - at, ", backward error %.1e, relative error of x about %.1e",

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The solver's decisions as tables: input checks in their order, thread and panel rules, defaults, the verdicts of
-// refinement and iteration, the numbers of their traces.
+// The solver's decisions as tables: input checks in their order, thread and panel rules, defaults, the
+// verdicts of refinement and iteration, the numbers of their traces.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -30,12 +30,12 @@ TEST(Structure, TellsTheLastOffenderOfTheFirstFailingTest) {
       {11, {1, 3, 4, 6}, {1, 3, 2, 1, 3}, 0, {}},
       {2, {1, 3, 4, 5}, {1, 3, 2, 3}, 0, {}},
       {11, {0, 3, 4, 6}, {1, 3, 2, 1, 3}, 21, {1, 0, 3}},
-      {11, {1, 3, 3, 6}, {1, 3, 2, 1, 3}, 21, {2, 3, 3}},     // an empty row
-      {11, {0, 3, 3, 3}, {1, 3, 2, 1, 3}, 21, {3, 3, 3}},     // three offenders
-      {11, {1, 3, 4, 6}, {0, 4, 2, 1, 3}, 22, {2, 4, 3}},     // two; also out of order, which is not reached
-      {-2, {1, 3, 4, 6}, {1, 3, 2, 1, 3}, 23, {3, 4, 1}},     // below the diagonal
+      {11, {1, 3, 3, 6}, {1, 3, 2, 1, 3}, 21, {2, 3, 3}},  // an empty row
+      {11, {0, 3, 3, 3}, {1, 3, 2, 1, 3}, 21, {3, 3, 3}},  // three offenders
+      {11, {1, 3, 4, 6}, {0, 4, 2, 1, 3}, 22, {2, 4, 3}},  // two; also out of order, which is not reached
+      {-2, {1, 3, 4, 6}, {1, 3, 2, 1, 3}, 23, {3, 4, 1}},  // below the diagonal
       {13, {1, 3, 4, 6}, {1, 3, 2, 3, 1}, 24, {4, 3, 1}},
-      {6, {1, 3, 4, 5}, {2, 2, 2, 3}, 24, {1, 2, 2}},         // double entry; a diagonal may be missing
+      {6, {1, 3, 4, 5}, {2, 2, 2, 3}, 24, {1, 2, 2}},  // double entry; a diagonal may be missing
   };
   for (const auto& c : cases) {
     const structure_fault fault = check_structure({c.mtype}, 3, c.ia.data(), c.ja.data());
@@ -49,8 +49,8 @@ struct checked_call {
   std::vector<int> ia{1, 3, 4, 6}, ja{1, 3, 2, 1, 3};
   std::array<int, 64> iparm{};
   basic_record stored;
-  solver_call call{nullptr, 1, 1, 11, 13, 3, nullptr, ia.data(), ja.data(), nullptr, 1, iparm.data(), 0, nullptr,
-                   nullptr};
+  solver_call call{nullptr,   1,       1, 11,           13, 3,       nullptr, ia.data(),
+                   ja.data(), nullptr, 1, iparm.data(), 0,  nullptr, nullptr};
   checked_call() {
     reset(stored);
     iparm[2] = 1;
@@ -68,30 +68,99 @@ TEST(Input, IsCheckedInOrder) {
     int fault;
   } cases[] = {
       {[](checked_call&) {}, fault_none},
-      {[](checked_call& c) { c.call.phase = 34; c.call.mnum = 2; }, fault_phase},
+      {[](checked_call& c) {
+         c.call.phase = 34;
+         c.call.mnum = 2;
+       },
+       fault_phase},
       {[](checked_call& c) { c.call.phase = 330; }, fault_phase},
       {[](checked_call& c) { c.call.phase = 334; }, fault_phase},
-      {[](checked_call& c) { c.store(11, 3, 1); c.call.maxfct = 2; c.call.mnum = 3; }, fault_maxfct},
-      {[](checked_call& c) { c.store(11, 3, 3); c.call.maxfct = 2; }, fault_none},
-      {[](checked_call& c) { c.call.mnum = 2; c.call.mtype = 7; }, fault_mnum},
-      {[](checked_call& c) { c.call.mnum = 0; c.call.phase = 22; }, fault_mnum_phase},
-      {[](checked_call& c) { c.call.mnum = 0; c.call.phase = 11; }, fault_none},
-      {[](checked_call& c) { c.call.phase = 0; c.call.mtype = 7; }, fault_done},
-      {[](checked_call& c) { c.call.mtype = 7; c.store(2, 3, 1); }, fault_type},
+      {[](checked_call& c) {
+         c.store(11, 3, 1);
+         c.call.maxfct = 2;
+         c.call.mnum = 3;
+       },
+       fault_maxfct},
+      {[](checked_call& c) {
+         c.store(11, 3, 3);
+         c.call.maxfct = 2;
+       },
+       fault_none},
+      {[](checked_call& c) {
+         c.call.mnum = 2;
+         c.call.mtype = 7;
+       },
+       fault_mnum},
+      {[](checked_call& c) {
+         c.call.mnum = 0;
+         c.call.phase = 22;
+       },
+       fault_mnum_phase},
+      {[](checked_call& c) {
+         c.call.mnum = 0;
+         c.call.phase = 11;
+       },
+       fault_none},
+      {[](checked_call& c) {
+         c.call.phase = 0;
+         c.call.mtype = 7;
+       },
+       fault_done},
+      {[](checked_call& c) {
+         c.call.mtype = 7;
+         c.store(2, 3, 1);
+       },
+       fault_type},
       {[](checked_call& c) { c.call.mtype = 0; }, fault_type},
       {[](checked_call& c) { c.call.mtype = -13; }, fault_type},
       {[](checked_call& c) { c.store(2, 4, 1); }, fault_type_change},
       {[](checked_call& c) { c.store(13, 3, 1); }, fault_none},
-      {[](checked_call& c) { c.store(2, 3, 1); c.call.mtype = -2; c.iparm[26] = 0; }, fault_none},
-      {[](checked_call& c) { c.store(11, 4, 1); c.call.n = 0; }, fault_n_change},
+      {[](checked_call& c) {
+         c.store(2, 3, 1);
+         c.call.mtype = -2;
+         c.iparm[26] = 0;
+       },
+       fault_none},
+      {[](checked_call& c) {
+         c.store(11, 4, 1);
+         c.call.n = 0;
+       },
+       fault_n_change},
       {[](checked_call& c) { c.call.n = 0; }, fault_n},
-      {[](checked_call& c) { c.ia[3] = 3; c.call.nrhs = 0; }, fault_ia_end},
-      {[](checked_call& c) { c.call.phase = 33; c.call.nrhs = 0; c.iparm[5] = 2; }, fault_nrhs},
-      {[](checked_call& c) { c.call.phase = 22; c.call.nrhs = 0; }, fault_none},
-      {[](checked_call& c) { c.iparm[5] = 2; c.iparm[1] = 4; }, fault_solution_place},
-      {[](checked_call& c) { c.iparm[1] = 4; c.iparm[26] = 1; c.ja[0] = 0; }, fault_ordering},
+      {[](checked_call& c) {
+         c.ia[3] = 3;
+         c.call.nrhs = 0;
+       },
+       fault_ia_end},
+      {[](checked_call& c) {
+         c.call.phase = 33;
+         c.call.nrhs = 0;
+         c.iparm[5] = 2;
+       },
+       fault_nrhs},
+      {[](checked_call& c) {
+         c.call.phase = 22;
+         c.call.nrhs = 0;
+       },
+       fault_none},
+      {[](checked_call& c) {
+         c.iparm[5] = 2;
+         c.iparm[1] = 4;
+       },
+       fault_solution_place},
+      {[](checked_call& c) {
+         c.iparm[1] = 4;
+         c.iparm[26] = 1;
+         c.ja[0] = 0;
+       },
+       fault_ordering},
       {[](checked_call& c) { c.iparm[1] = -1; }, fault_ordering},
-      {[](checked_call& c) { c.iparm[26] = 1; c.ja[0] = 0; c.call.phase = 14; }, fault_ja_range},
+      {[](checked_call& c) {
+         c.iparm[26] = 1;
+         c.ja[0] = 0;
+         c.call.phase = 14;
+       },
+       fault_ja_range},
       {[](checked_call& c) { c.ja[0] = 0; }, fault_none},
       {[](checked_call& c) { c.call.phase = 14; }, fault_step},
       {[](checked_call& c) { c.call.phase = 21; }, fault_step},
@@ -136,9 +205,9 @@ TEST(Rules, ThreadsByOrderAndRightHandSides) {
     bool adjust;
     int n, nrhs, threads;
   } cases[] = {
-      {8, true, 40, 1, 1},   {8, true, 150, 1, 3},   {8, true, 399, 1, 7},           {8, true, 400, 1, 8},
-      {8, false, 40, 1, 8},  {8, true, 40, 2, 8},    {1, true, 10, 1, 1},            {0, true, 10, 1, 1},
-      {1, false, 10, 5, 1},  {2, true, 99, 1, 1},    {2, true, 1 << 30, 1, 2},
+      {8, true, 40, 1, 1},  {8, true, 150, 1, 3}, {8, true, 399, 1, 7},     {8, true, 400, 1, 8},
+      {8, false, 40, 1, 8}, {8, true, 40, 2, 8},  {1, true, 10, 1, 1},      {0, true, 10, 1, 1},
+      {1, false, 10, 5, 1}, {2, true, 99, 1, 1},  {2, true, 1 << 30, 1, 2},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(choose_threads(c.available, c.adjust, c.n, c.nrhs), c.threads) << c.available << ' ' << c.n;
@@ -151,9 +220,10 @@ TEST(Rules, PanelWidths) {
     bool selected;
     int width;
   } cases[] = {
-      {11, 1, 10, true, 128}, {1, 4, 10, false, 96},       {3, 5, 10, true, 72},        {13, 2, 500000, true, 96},
-      {2, 1, 10, true, 128},  {2, 1, 10, false, 80},       {-2, 2, 250000, true, 80},   {4, 5, 250000, true, 64},
-      {6, 4, 250001, true, 112}, {-4, 8, 250001, true, 96}, {2, 4, 250001, false, 80}, {2, 5, 10, false, 64},
+      {11, 1, 10, true, 128},    {1, 4, 10, false, 96},     {3, 5, 10, true, 72},
+      {13, 2, 500000, true, 96}, {2, 1, 10, true, 128},     {2, 1, 10, false, 80},
+      {-2, 2, 250000, true, 80}, {4, 5, 250000, true, 64},  {6, 4, 250001, true, 112},
+      {-4, 8, 250001, true, 96}, {2, 4, 250001, false, 80}, {2, 5, 10, false, 64},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(panel_width({c.mtype}, c.threads, c.n, c.selected), c.width) << c.mtype << ' ' << c.threads;
@@ -163,7 +233,7 @@ TEST(Rules, PanelWidths) {
 TEST(Rules, DefaultsByType) {
   const struct {
     int mtype, perturbation, scaling, matching, pivoting;
-  } cases[] = {{1, 13, 0, 0, 0}, {2, 0, 0, 0, 0},  {-2, 8, 0, 0, 1}, {3, 13, 0, 0, 0}, {4, 0, 0, 0, 0},
+  } cases[] = {{1, 13, 0, 0, 0}, {2, 0, 0, 0, 0}, {-2, 8, 0, 0, 1},  {3, 13, 0, 0, 0}, {4, 0, 0, 0, 0},
                {-4, 8, 0, 0, 1}, {6, 8, 0, 0, 1}, {11, 13, 1, 1, 0}, {13, 13, 1, 1, 0}};
   for (const auto& c : cases) {
     std::array<int, 64> stored, initial;
@@ -197,7 +267,7 @@ TEST(Rules, HybridChoiceAndLimits) {
     int iparm4, krylov;
     double tolerance;
     bool cg;
-  } choices[] = {{0, 0, 1e-12, false}, {31, 1, 1e-3, false},   {62, 2, 1e-6, true}, {-82, -2, 1e-8, true},
+  } choices[] = {{0, 0, 1e-12, false}, {31, 1, 1e-3, false}, {62, 2, 1e-6, true},   {-82, -2, 1e-8, true},
                  {1, 1, 1e-12, false}, {30, 0, 1e-3, false}, {-1, -1, 1e-12, false}};
   for (const auto& c : choices) {
     const hybrid_choice choice = choose_hybrid(c.iparm4, 1e-12);
@@ -211,9 +281,9 @@ TEST(Rules, HybridChoiceAndLimits) {
     bool out_of_core;
     int limit, stall;
   } limits[] = {
-      {1, 1.0, 0.1, false, 14, 8},     // 3 * 1 * 10 * 0.45 + 1
-      {2, 1.0, 0.1, false, 28, 15},    {1, 100.0, 0.1, false, 100, 51}, {-1, 1.0, 0.1, false, 150, 76},
-      {1, 1.0, 1e-10, false, 0, 1},    {-2, 1.0, 0, false, 150, 76},    {1, 0.1, 0.1, true, 10, 6},
+      {1, 1.0, 0.1, false, 14, 8},  // 3 * 1 * 10 * 0.45 + 1
+      {2, 1.0, 0.1, false, 28, 15},   {1, 100.0, 0.1, false, 100, 51}, {-1, 1.0, 0.1, false, 150, 76},
+      {1, 1.0, 1e-10, false, 0, 1},   {-2, 1.0, 0, false, 150, 76},    {1, 0.1, 0.1, true, 10, 6},
       {1, 100.0, 0.1, true, 100, 51},
   };
   for (const auto& c : limits) {
@@ -256,9 +326,9 @@ TEST(Rules, VerdictsOfRefinement) {
   } cases[] = {
       {1, 0, 1, 1e-10, 1e-10, false, 0, 0, 1e-10},
       {2, 0, 1e-10, 1e-15, 1e-15, true, -34, 0, 1e-10},
-      {1, 0, 1, 0.95, 0.1, true, 0, 0, 1},          // no limit to stay below: poor contraction ends it
+      {1, 0, 1, 0.95, 0.1, true, 0, 0, 1},  // no limit to stay below: poor contraction ends it
       {1, 0, 1, 0.95, 0.6, true, 0, -112, 1},
-      {1, 5, 1, 2, 0.6, false, 0, 0, 2},            // above the right-hand side: twice it is the yardstick
+      {1, 5, 1, 2, 0.6, false, 0, 0, 2},  // above the right-hand side: twice it is the yardstick
       {1, 1, 1, 2, 0.6, true, 0, -111, 4},
       {2, 2, 1e-3, 1e-9, 1e-9, true, 0, 0, 1e-3},
       {2, -2, 1e-3, 1e-9, 1e-9, true, 0, 0, 1e-3},
@@ -286,9 +356,9 @@ TEST(Trace, NumbersHaveTheFormOfE12_3) {
   const struct {
     double value;
     const char* text;
-  } cases[] = {{0, "   0.000E+00"},        {1, "   0.100E+01"},        {-123.456, "  -0.123E+03"},
-               {9.999e-7, "   0.100E-05"}, {2.5e-101, "   0.250-100"}, {INFINITY, "         Inf"},
-               {-INFINITY, "        -Inf"}, {NAN, "         NaN"},       {1e-10, "   0.100E-09"}};
+  } cases[] = {{0, "   0.000E+00"},         {1, "   0.100E+01"},        {-123.456, "  -0.123E+03"},
+               {9.999e-7, "   0.100E-05"},  {2.5e-101, "   0.250-100"}, {INFINITY, "         Inf"},
+               {-INFINITY, "        -Inf"}, {NAN, "         NaN"},      {1e-10, "   0.100E-09"}};
   for (const auto& c : cases) {
     char text[kNumberText];
     EXPECT_STREQ(format_e12_3(c.value, text), c.text);
@@ -300,10 +370,10 @@ TEST(Quality, VerdictsByTheFigures) {
     double condition, backward, forward;
     int perturbed, verdict;
   } cases[] = {{1e4, 1e-16, 1e-12, 0, quality_good},     {1e4, -1, -1, 0, quality_good},
-               {1e4, -1, -1, 2, quality_doubtful},        {1e4, 1e-16, 1e-12, 2, quality_good},
-               {1e10, 1e-16, 1e-6, 0, quality_doubtful},  {1e17, 1e-16, 10, 0, quality_bad},
-               {INFINITY, -1, -1, 0, quality_bad},        {1e3, 1e-12, 1e-9, 0, quality_doubtful},
-               {1e3, 1e-7, 1e-4, 0, quality_bad},         {1e3, NAN, NAN, 0, quality_bad}};
+               {1e4, -1, -1, 2, quality_doubtful},       {1e4, 1e-16, 1e-12, 2, quality_good},
+               {1e10, 1e-16, 1e-6, 0, quality_doubtful}, {1e17, 1e-16, 10, 0, quality_bad},
+               {INFINITY, -1, -1, 0, quality_bad},       {1e3, 1e-12, 1e-9, 0, quality_doubtful},
+               {1e3, 1e-7, 1e-4, 0, quality_bad},        {1e3, NAN, NAN, 0, quality_bad}};
   for (const auto& c : cases) {
     quality figures;
     figures.condition = c.condition;

@@ -7,10 +7,12 @@
 
 namespace Tavik::Kernel {
 
-/// Factor, then Solve. Real systems in compressed rows counted from 1. Methods return the status of qel/dss.h.
+/// Factor, then Solve. Real systems in compressed rows counted from 1. Methods return the status of
+/// qel/dss.h.
 ///
-/// Two things to know: a failure ends the process, with the status as exit code, because the handle is made without
-/// a termination level; and nothing releases a handle, so each Factor keeps its memory until the process ends.
+/// Two things to know: a failure ends the process, with the status as exit code, because the handle is made
+/// without a termination level; and nothing releases a handle, so each Factor keeps its memory until the
+/// process ends.
 class TAVIK_API QelDirectSparseSolver {
  public:
   enum MatrixType { NonSymmetric = 0, Symmetric = 1, SymmetricPositiveDefinite = 2 };

@@ -9,8 +9,8 @@
 
 namespace Tavik::Kernel {
 
-/// One system at a time: Factor, then Solve as often as wanted. a, ia, ja: compressed rows counted from 1, the
-/// upper triangle for symmetric types; Solve takes the arrays that were factored. Methods return error of
+/// One system at a time: Factor, then Solve as often as wanted. a, ia, ja: compressed rows counted from 1,
+/// the upper triangle for symmetric types; Solve takes the arrays that were factored. Methods return error of
 /// qel/pardiso.h, 0 if all went well; an empty array throws std::out_of_range.
 class TAVIK_API QelPardisoSolver : public Matrix::IQelPardisoSolverKernel {
  public:
@@ -31,7 +31,8 @@ class TAVIK_API QelPardisoSolver : public Matrix::IQelPardisoSolverKernel {
              const Core::Array<int>& ja) override;
   int Factor(int n, const void* a, const int* ia, const int* ja);
 
-  /// x = A^-1 b for nrhs columns of n. With Iparm[3] = 0 the solver says 0 once it has factors (qel/pardiso.h).
+  /// x = A^-1 b for nrhs columns of n. With Iparm[3] = 0 the solver says 0 once it has factors
+  /// (qel/pardiso.h).
   int Solve(int n, const Core::Array<double>& a, const Core::Array<int>& ia, const Core::Array<int>& ja,
             int nrhs, const Core::Array<double>& b, const Core::Array<double>& x) override;
   int Solve(int n, const Core::Array<Core::DoubleComplex>& a, const Core::Array<int>& ia,
