@@ -37,7 +37,8 @@ struct analysed {
   structure form;
   stage_status status;
 };
-void analyse(analysed& result, int n, const edge_list& edges, ordering order, const structure_options& options) {
+void analyse(analysed& result, int n, const edge_list& edges, ordering order,
+             const structure_options& options) {
   result.order = std::move(order);
   const pardiso::graph g = make_graph(n, edges, result.account);
   result.status = build_structure(g, options, result.order, result.account, result.form);
@@ -87,7 +88,8 @@ TEST(Structure, IsThatOfAnElimination) {
   std::mt19937 random(7);
   for (int round = 0; round < 60; ++round) {
     const int n = 1 + static_cast<int>(random() % 70);
-    const edge_list edges = random_edges(n, static_cast<int>(random() % static_cast<unsigned>(3 * n)), random);
+    const edge_list edges =
+        random_edges(n, static_cast<int>(random() % static_cast<unsigned>(3 * n)), random);
     for (const bool native : {false, true}) {
       for (const int width : {1, 3, 80}) {
         for (const int threads : {1, 3}) {
@@ -221,7 +223,8 @@ TEST(Structure, WorkOfADenseMatrix) {
   const int n = 300;
   for (const auto& row : rows) {
     analysed found;
-    analyse(found, n, dense_edges(n), make_order(natural(n), found.account), {64, row.unsymmetric, row.is_complex});
+    analyse(found, n, dense_edges(n), make_order(natural(n), found.account),
+            {64, row.unsymmetric, row.is_complex});
     EXPECT_NEAR(found.form.work, row.work * n / 3.0 * n * n, 0.02 * found.form.work);
   }
 }

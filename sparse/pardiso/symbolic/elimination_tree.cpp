@@ -36,7 +36,9 @@ class child_lists {
     if (wishes.weight == nullptr) return;
     for (int k = 0; k < n; ++k) heaviest_last(k, wishes.weight);
   }
-  bool is_root(int k) const { return parent_[k] < 0 || (group_ != nullptr && group_[parent_[k]] != group_[k]); }
+  bool is_root(int k) const {
+    return parent_[k] < 0 || (group_ != nullptr && group_[parent_[k]] != group_[k]);
+  }
 
  private:
   void heaviest_last(int k, const int* weight) {

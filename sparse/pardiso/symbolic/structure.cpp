@@ -312,8 +312,8 @@ class builder {
         last = s.snode[list[p]];
       }
     }
-    const bool done = schedule_supernodes(s.supernodes, s.parent.get(), work.get(), options_.threads, account_,
-                                          s.pnlsch.get());
+    const bool done = schedule_supernodes(s.supernodes, s.parent.get(), work.get(), options_.threads,
+                                          account_, s.pnlsch.get());
     return done ? stage_status{} : kNoMemory;
   }
 

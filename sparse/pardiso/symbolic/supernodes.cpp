@@ -58,9 +58,7 @@ struct growing_run {
   double zeros;
 };
 
-double stored(int columns, int rows) {
-  return 0.5 * columns * (2.0 * rows - columns + 1);
-}
+double stored(int columns, int rows) { return 0.5 * columns * (2.0 * rows - columns + 1); }
 
 bool merges(const supernode_plan& plan, const growing_run& child, const growing_run& parent,
             growing_run& both) {
