@@ -2,8 +2,11 @@
 # qel_internal, which tests link to reach the hidden core.
 get_property(qel_objects GLOBAL PROPERTY QEL_ROOM_OBJECTS)
 
+# The direct solver's partitioner; only its adapter sees the header.
+find_library(QEL_METIS metis REQUIRED)
+
 add_library(qel_internal INTERFACE)
-target_link_libraries(qel_internal INTERFACE $<LINK_GROUP:RESCAN,qel_kernel,qel_lapack_core> OpenMP::OpenMP_CXX m)
+target_link_libraries(qel_internal INTERFACE $<LINK_GROUP:RESCAN,qel_kernel,qel_lapack_core> ${QEL_METIS} OpenMP::OpenMP_CXX m)
 
 # Version script: the names of entry/exports.txt and the facade's namespaces are global, all else is hidden.
 set(QEL_EXPORTS ${CMAKE_SOURCE_DIR}/entry/exports.txt)
@@ -37,7 +40,7 @@ target_link_options(qel PRIVATE -Wl,-z,nodelete)
 if(NOT QEL_SANITIZE)
   target_link_options(qel PRIVATE -Wl,-z,defs)
 endif()
-target_link_libraries(qel PRIVATE $<LINK_GROUP:RESCAN,qel_kernel,qel_lapack_core> OpenMP::OpenMP_CXX m)
+target_link_libraries(qel PRIVATE $<LINK_GROUP:RESCAN,qel_kernel,qel_lapack_core> ${QEL_METIS} OpenMP::OpenMP_CXX m)
 target_include_directories(qel INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
 
 # libqel.a: our objects and the private LAPACK members in one archive.

@@ -16,7 +16,7 @@ done
 expected='x = 1 1 1, first row times x = 3'
 cc -Wall -Werror "$source/examples/solve.c" -I "$prefix/include" -L "$libraries" -lqel -o "$3/shared"
 [ "$(LD_LIBRARY_PATH=$libraries "$3/shared")" = "$expected" ] || { echo "shared: wrong result"; exit 1; }
-cc "$source/examples/solve.c" -I "$prefix/include" "$libraries/libqel.a" -lstdc++ -lgomp -lm -o "$3/static"
+cc "$source/examples/solve.c" -I "$prefix/include" "$libraries/libqel.a" -lmetis -lstdc++ -lgomp -lm -o "$3/static"
 [ "$("$3/static")" = "$expected" ] || { echo "static: wrong result"; exit 1; }
 "$prefix/bin/qel" info > /dev/null
 program=/usr/lib/$(cc -print-multiarch)/blas/xblat1d
