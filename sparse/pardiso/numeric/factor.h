@@ -21,9 +21,6 @@ struct factor_options {
   void* progress_context = nullptr;
 };
 
-/// Sub-code of a factorisation that progress() has cancelled (error -4).
-inline constexpr int factorisation_cancelled = -200;
-
 /// The factors of one matrix. pivot, luperm and luperm_row hold, column by column, lists of interchanges
 /// inside the diagonal blocks: see diagonal_block.h. The diagonal block of a symmetric indefinite type holds
 /// D on its diagonal, and an element of D below the diagonal above it; L has ones on its diagonal, and so has
