@@ -5,14 +5,9 @@ packages=""
 for purpose in "$@"; do
   case $purpose in
     build) packages="$packages g++ cmake ninja-build binutils ccache liblapack64-dev liblapack-dev libblas-dev
-<<<<<<< HEAD
                      libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev libmuparser-dev libcsv-dev
-                     libsndfile1-dev" ;;
-    test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 libmetis-dev qemu-user
-=======
-                     libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev libmuparser-dev libcsv-dev libmetis-dev" ;;
+                     libsndfile1-dev libmetis-dev" ;;
     test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 qemu-user
->>>>>>> order
                     python3 clang-format git gnuplot-nox" ;;
     bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp libfftw3-double3
                      libfftw3-single3 libeigen3-dev libcminpack-dev libgsl-dev libceres-dev

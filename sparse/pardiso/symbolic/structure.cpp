@@ -192,7 +192,8 @@ class builder {
     if (s.xunz) std::copy(s.xlnz.begin(), s.xlnz.end(), s.xunz.begin());
     s.nonzeros_u = options_.unsymmetric ? s.nonzeros_l - n_ : 0;
     s.factor_elements = options_.unsymmetric ? 2 * elements : elements;
-    s.work_elements = (longest_tail_ + widest_) * widest_;
+    // An update's product, and beside it the one for U, or the source's rows times D.
+    s.work_elements = (longest_tail_ + (options_.unsymmetric ? longest_tail_ : widest_)) * widest_;
     if (!s.lindx.allocate(account_, indices, block_struc_fi - 4)) return kNoMemory;
     return {};
   }

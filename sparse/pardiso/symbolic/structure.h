@@ -6,6 +6,9 @@
 
 namespace qel::pardiso {
 
+/// Columns of a supernode at most, whatever the panel width asked for.
+inline constexpr int kWidestSupernode = 256;
+
 /// Supernode s has the columns xsup[s] .. xsup[s + 1] - 1 (its width w) and the rows
 /// lindx[xlindx[s]] .. lindx[xlindx[s + 1] - 1] (their number r, ascending; the first w are its own columns).
 /// It is stored as an r-by-w column-major panel at lnz + xlnz[s]; for unsymmetric types a second one of the

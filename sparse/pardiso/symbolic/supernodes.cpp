@@ -5,11 +5,13 @@
 #include <climits>
 #include <iterator>
 
+#include "sparse/pardiso/symbolic/structure.h"
+
 namespace qel::pardiso {
 
 supernode_plan plan_supernodes(const supernode_facts& facts) {
   supernode_plan plan;
-  plan.width = std::max(facts.panel_width, 1);
+  plan.width = std::clamp(facts.panel_width, 1, kWidestSupernode);
   if (!facts.native) return plan;
   // Few columns: one product in place of many small ones is worth a panel that is mostly zeros. Many
   // columns: the zeros cost what they would cost in a dense matrix.
