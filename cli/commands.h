@@ -65,6 +65,23 @@ struct fit_options {
 /// Fits a model by least squares and reports parameters, standard errors and why it ended. kSingular if it
 /// did not converge.
 int run_fit(const fit_options& options);
+
+// fft.cpp
+struct fft_options {
+  std::string input;     ///< .npy, WAV or CSV
+  std::string output;    ///< .npy, or CSV if it ends so (one dimension)
+  bool real = false;     ///< inverse: from half a spectrum to reals; forward: the data must be real
+  bool complex = false;  ///< forward: all frequencies of real data
+  bool inverse = false;
+  int length = 0;      ///< of the last dimension of real output; 0: even
+  std::string column;  ///< of a CSV file
+  int channel = 1;     ///< of a WAV file, from 1
+  std::string plot;    ///< SVG file of the spectrum; empty: none
+  bool json = false;
+};
+/// Transforms sampled data of up to seven dimensions (real: three); the inverse divides by their number.
+int run_fft(const fft_options& options);
+
 // explain_fft.cpp
 struct explain_fft_options {
   std::vector<int> lengths;  ///< the fastest one last

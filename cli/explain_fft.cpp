@@ -4,32 +4,13 @@
 
 #include <nlohmann/json.hpp>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 
 #include "cli/commands.h"
-#include "qel/dfti.h"
+#include "cli/descriptor.h"
 #include "service/serv.h"
 
 namespace qel::cli {
-namespace {
-
-void expect_done(int status) {
-  if (status != DFTI_NO_ERROR) throw std::invalid_argument(qel_dfti_message(status));
-}
-
-struct descriptor {
-  DFTI_DESCRIPTOR_HANDLE handle = nullptr;
-  descriptor() = default;
-  descriptor(const descriptor&) = delete;
-  descriptor& operator=(const descriptor&) = delete;
-  ~descriptor() {
-    if (handle != nullptr) DftiFreeDescriptor(&handle);
-  }
-};
-
-}  // namespace
-
 int run_explain_fft(const explain_fft_options& options) {
   if (options.threads > 0) serv_set_num_threads(options.threads);
   descriptor made;

@@ -11,6 +11,7 @@
 
 #include "cli/commands.h"
 #include "cli/fit_model.h"
+#include "cli/plot.h"
 #include "qel/lapack.h"
 #include "qel/nls.h"
 
@@ -126,16 +127,13 @@ class fit {
 
 /// Draws by gnuplot: data and curve over a single predictor, else fitted values over observed ones.
 void draw(const std::string& path, fit_model& model, const table& data, const fit_result& result) {
-  FILE* plot = popen("gnuplot 2>&1 >/dev/null", "w");
-  if (plot == nullptr) throw model_error("--plot needs gnuplot");
+  svg_plot picture(path);
+  FILE* const plot = picture.stream();
   const bool curve = model.predictors().size() == 1;
   const std::vector<double>& observed = model.observed();
   std::vector<double> x, fitted;
-  fmt::print(plot,
-             "set terminal svg size 800,500 enhanced font 'sans,12' background '#ffffff'\nset output '{}'\n",
-             path);
-  fmt::print(plot, "set grid\nset key top right\nset xlabel '{}' noenhanced\nset ylabel '{}' noenhanced\n",
-             curve ? model.predictors()[0] : "observed", curve ? model.response() : "fitted");
+  fmt::print(plot, "set xlabel {} noenhanced\nset ylabel {} noenhanced\n",
+             quoted(curve ? model.predictors()[0] : "observed"), quoted(curve ? model.response() : "fitted"));
   fmt::print(plot,
              "plot '-' using 1:2 with points pt 7 ps 0.5 lc rgb '#1f5fa8' title '{}', "
              "'-' using 1:2 with lines lw 2 lc rgb '#c8402a' title '{}'\n",
@@ -156,7 +154,7 @@ void draw(const std::string& path, fit_model& model, const table& data, const fi
   fmt::print(plot, "e\n");
   for (size_t k = 0; k < x.size(); ++k) fmt::print(plot, "{:.17g} {:.17g}\n", x[k], fitted[k]);
   fmt::print(plot, "e\n");
-  if (pclose(plot) != 0) throw model_error("gnuplot could not draw " + path + " (package gnuplot-nox)");
+  picture.finish();
 }
 
 nlohmann::ordered_json number_or_null(double value) {

@@ -91,6 +91,30 @@ int run(int argc, char** argv) {
   fit_command->add_option("--plot", fit.plot, "Draw data and curve into this SVG file (needs gnuplot)");
   fit_command->add_flag("--json", fit.json, "Print JSON");
 
+  fft_options transform;
+  CLI::App* transform_command = app.add_subcommand("fft", "Fourier transform of sampled data");
+  transform_command->footer(
+      "Example: qel fft sound.wav -o spectrum.csv --plot spectrum.svg\n"
+      "Real data give frequencies 0 to n / 2 of the last dimension; the inverse divides by the number of "
+      "data.");
+  transform_command->add_option("IN", transform.input, "Data: .npy, WAV, or CSV with a line of names")
+      ->required();
+  transform_command->add_option("-o,--output", transform.output, "Result: .npy, or .csv of one dimension")
+      ->required();
+  CLI::Option* as_real = transform_command->add_flag(
+      "--real", transform.real, "With --inverse: IN is half a spectrum, the result is real");
+  transform_command->add_flag("--complex", transform.complex, "All frequencies, of real data too")
+      ->excludes(as_real);
+  transform_command->add_flag("--inverse", transform.inverse, "From the spectrum to the data");
+  transform_command->add_option("--length", transform.length, "Last dimension of a real result, if it is odd")
+      ->check(CLI::PositiveNumber);
+  transform_command->add_option("--column", transform.column, "Column of a CSV file");
+  transform_command->add_option("--channel", transform.channel, "Channel of a WAV file")
+      ->capture_default_str();
+  transform_command->add_option("--plot", transform.plot,
+                                "Draw the spectrum into this SVG file (needs gnuplot)");
+  transform_command->add_flag("--json", transform.json, "Print JSON");
+
   explain_level1_options level1;
   CLI::App* level1_command = explain_command->add_subcommand("level1", "Threads of a vector operation");
   level1_command->add_option("routine", level1.routine, "Name, e.g. ddot")->required();
@@ -111,6 +135,7 @@ int run(int argc, char** argv) {
   if (!right_hand_file.empty()) solve.right_hand_side = right_hand_file;
   if (*info_command) return run_info(info);
   if (*fit_command) return run_fit(fit);
+  if (*transform_command) return run_fft(transform);
   if (*check_command) return run_check(check);
   if (*fft_command) return run_explain_fft(fft);
   if (*level1_command) return run_explain_level1(level1);

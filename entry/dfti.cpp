@@ -7,8 +7,10 @@
 #include "fft/descriptor/life.h"
 #include "fft/descriptor/messages.h"
 #include "fft/descriptor/values.h"
+#include "fft/execution/full_spectrum.h"
 #include "fft/planning/commit.h"
 #include "fft/planning/explain.h"
+#include "fft/planning/validate.h"
 
 namespace {
 
@@ -63,9 +65,28 @@ int set_from(dfti_node* first, const config_row& row, va_list arguments) {
 /// Runs a compute entry with the further pointers of the list.
 int compute_with(dfti_node* first, compute_routine* routine, void* data, va_list arguments) {
   if (routine == nullptr) return DFTI_INVALID_CONFIGURATION;
-  void* pointers[4] = {data};
-  for (int i = 1; i < first->compute_pointers; ++i) pointers[i] = va_arg(arguments, void*);
-  return routine(first, pointers[0], pointers[1], pointers[2], pointers[3]);
+  // Two pointers are the most frequent case, and short transforms feel every branch.
+  void* const second = first->compute_pointers > 1 ? va_arg(arguments, void*) : nullptr;
+  if (first->compute_pointers <= 2) return routine(first, data, second, nullptr, nullptr);
+  void* const third = va_arg(arguments, void*);
+  return routine(first, data, second, third, va_arg(arguments, void*));
+}
+
+/// Runs a move between packed and full spectrum if its arguments allow.
+template <class Move, class From, class To>
+int between(Move move, int format, int dimension, const int* lengths, const From* from, To* to) {
+  if (dimension < 1 || dimension > 3 || lengths == nullptr || from == nullptr || to == nullptr)
+    return DFTI_INCONSISTENT_CONFIGURATION;
+  packed_shape shape{dimension, {}, format == DFTI_CCS_FORMAT || format == DFTI_CCE_FORMAT, packing::kPerm};
+  if (format == DFTI_PACK_FORMAT) shape.format = packing::kPack;
+  if (!shape.complex_rows && format != DFTI_PACK_FORMAT && format != DFTI_PERM_FORMAT)
+    return DFTI_INCONSISTENT_CONFIGURATION;
+  for (int i = 0; i < dimension; ++i) {
+    shape.length[i] = lengths[dimension - 1 - i];
+    if (shape.length[i] < 1) return DFTI_INCONSISTENT_CONFIGURATION;
+  }
+  move(shape, from, to);
+  return DFTI_NO_ERROR;
 }
 
 }  // namespace
@@ -169,6 +190,30 @@ int qel_dfti_explain(const DFTI_DESCRIPTOR* descriptor, char* buffer, int size) 
   if (first->commit_status != DFTI_COMMITTED) return DFTI_INVALID_CONFIGURATION;
   explain_descriptor(*first, buffer, static_cast<size_t>(size));
   return DFTI_NO_ERROR;
+}
+
+int qel_dfti_validate(const DFTI_DESCRIPTOR* descriptor, int backward, char* buffer, int size) {
+  const dfti_node* first = node_of(descriptor);
+  if (!is_descriptor(first)) return DFTI_BAD_DESCRIPTOR;
+  const size_t room = buffer == nullptr || size < 0 ? 0 : static_cast<size_t>(size);
+  return validate_descriptor(*first, backward != 0, buffer, room) == 0 ? DFTI_NO_ERROR
+                                                                       : DFTI_INCONSISTENT_CONFIGURATION;
+}
+
+int qel_dfti_unpack_d(int format, int dimension, const int* lengths, const double* packed,
+                      _QEL_Complex16* full) {
+  return between(spread_spectrum<double>, format, dimension, lengths, packed, full);
+}
+int qel_dfti_unpack_s(int format, int dimension, const int* lengths, const float* packed,
+                      _QEL_Complex8* full) {
+  return between(spread_spectrum<float>, format, dimension, lengths, packed, full);
+}
+int qel_dfti_pack_d(int format, int dimension, const int* lengths, const _QEL_Complex16* full,
+                    double* packed) {
+  return between(pick_spectrum<double>, format, dimension, lengths, full, packed);
+}
+int qel_dfti_pack_s(int format, int dimension, const int* lengths, const _QEL_Complex8* full, float* packed) {
+  return between(pick_spectrum<float>, format, dimension, lengths, full, packed);
 }
 
 int DftiErrorClass(int status, int error_class) { return status == error_class ? -1 : 0; }

@@ -5,7 +5,8 @@ packages=""
 for purpose in "$@"; do
   case $purpose in
     build) packages="$packages g++ cmake ninja-build binutils ccache liblapack64-dev liblapack-dev libblas-dev
-                     libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev libmuparser-dev libcsv-dev libmetis-dev" ;;
+                     libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev libmuparser-dev libcsv-dev
+                     libsndfile1-dev libmetis-dev" ;;
     test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 qemu-user
                     python3 clang-format git gnuplot-nox" ;;
     bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp libfftw3-double3

@@ -25,6 +25,9 @@ constexpr message_row kRows[] = {
     {kDftiMessages + 8, 1, "QEL DFTI ERROR: Lack of DFTI_NUMBER_OF_USER_THREADS in descriptor"},
     {kDftiMessages + 9, 1, "QEL DFTI ERROR: Size of one of transform dimensions exceeds 2^32 (32-bit)"},
     {kDftiMessages + 10, 1, "QEL DFTI ERROR: Incorrect status"},
+#define SOLVER_ROW(name, text) {static_cast<int>(solver_row::name), 1, text},
+#include "service/solver_messages.inl.h"
+#undef SOLVER_ROW
     {kVmlMessages, 1, "Error (VML_STATUS_BADSIZE) in %s: array size %d is not positive."},
     {kVmlMessages + 1, 1, "Error (VML_STATUS_BADMEM) in %s: NULL pointer is passed."},
     {kVmlMessages + 2, 1, "Error (VML_STATUS_ERRDOM) in %s: argument is out of domain."},

@@ -16,6 +16,16 @@ inline constexpr int kDftiMessages = 40;
 /// rows of the operands and results a, b, r, y, z, and the one for a state that could not be made.
 inline constexpr int kVmlMessages = 735, kVmlValueMessages = 742, kVmlNoMemoryMessage = 760;
 
+/// Number of the first row of the direct sparse solver; solver_row names them all.
+inline constexpr int kSolverMessages = 100;
+enum class solver_row : int {
+  before_first = kSolverMessages - 1,
+#define SOLVER_ROW(name, text) name,
+#include "service/solver_messages.inl.h"
+#undef SOLVER_ROW
+  after_last
+};
+
 /// The row of that number, or null.
 const message_row* find_message_row(int number);
 

@@ -30,7 +30,8 @@ const char* row_text(int number) {
 
 // Kept: the finished text goes through the formatted print once more, so a percent sign that came with an
 // argument is interpreted there: "%%" prints one sign, a conversion prints a zero value of its kind. There
-// are no arguments to read, so each conversion is found here and given one; %n has nothing to store to.
+// are no arguments to read, so each conversion is found here and given one; %n has nothing to store to. What
+// is no conversion stays as it is ("(%):").
 void print_as_format(const char* text) {
   while (const char* percent = std::strchr(text, '%')) {
     std::fwrite(text, 1, static_cast<size_t>(percent - text), stdout);
@@ -45,6 +46,9 @@ void print_as_format(const char* text) {
     if (kind != '\0' && std::strchr("eEfFgGaA", kind) != nullptr) std::printf("%f", 0.0);
     if (kind == 's' || kind == 'p') std::fputs("(null)", stdout);
     text = percent + 1 + flags + (kind != '\0' ? 1 : 0);
+    if (kind != '\0' && std::strchr("diouxXceEfFgGaAspn", kind) == nullptr) {
+      std::fwrite(percent, 1, static_cast<size_t>(text - percent), stdout);
+    }
   }
   std::fputs(text, stdout);
 }

@@ -15,6 +15,8 @@ struct dfti_node;
 struct dfti_fast_plan;
 
 using compute_routine = int(dfti_node* descriptor, void* first, void* second, void* third, void* fourth);
+/// A kernel of a whole line (see fft_kernels::straight), as its caller knows its types.
+using line_kernel = void();
 using commit_routine_type = int(dfti_node* descriptor);
 /// input and output are offset already; for split storage each is the address of a pair of pointers.
 using node_kernel = int(const void* input, void* output, const dfti_node* node, void* workspace);
@@ -36,7 +38,8 @@ struct dfti_node {
   compute_routine* compute_backward;  ///< null unless committed
   const dfti_fast_plan* fast_plan;    ///< the fast plan that holds this descriptor; null if none
   void* fast_plan_data;
-  int compute_pointers;  ///< data pointers of a compute call: 1, 2 or 4
+  line_kernel* straight[2];  ///< of the plan that is one kernel, by direction
+  int compute_pointers;      ///< data pointers of a compute call: 1, 2 or 4
   uint8_t flags;
   uint32_t magic;
   int commit_status;

@@ -42,6 +42,19 @@ void* slice(const dfti_node* first, int part) {
   return static_cast<char*>(first->workspace) + core_int{part} * first->workspace_bytes;
 }
 
+template <class C>
+void ask_for(const C* line, core_int bytes, bool written) {
+  constexpr core_int kCacheLine = 64;
+  const auto* at = reinterpret_cast<const char*>(line);
+  for (core_int i = 0; i < bytes; i += kCacheLine) {
+    if (written) {
+      __builtin_prefetch(at + i, 1);
+    } else {
+      __builtin_prefetch(at + i, 0);
+    }
+  }
+}
+
 /// One thread's part of the pass over node k.
 template <class R>
 int run_pass(const dfti_node* first, const pass_shape& shape, int k, const pass_range& range, direction way,
@@ -75,8 +88,15 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
                         kWidestBlock, first, way, buffer.as<C>(), work);
   }
   const pass_shape shape = shape_of(first);
+  const core_int bytes = first->length * static_cast<core_int>(sizeof(C));
+  const bool ahead = first->dimension == 1 && first->input_stride == 1 && first->output_stride == 1 &&
+                     asks_ahead(transforms, bytes);
   int status = DFTI_NO_ERROR;
   for (core_int t = 0; t < transforms && status == DFTI_NO_ERROR; ++t) {
+    if (ahead && t + 1 < transforms) {
+      ask_for(in + first->input_distance, bytes, in == out);
+      if (in != out) ask_for(out + output_distance_of(*first), bytes, true);
+    }
     for (int k = 0; k < first->dimension && status == DFTI_NO_ERROR; ++k) {
       const pass_range range = first->dimension > 1 ? whole_pass(shape, k) : pass_range{-1, 0, 0};
       status = run_pass<R>(first, shape, k, range, way, in, out, buffer.as<C>(), work);

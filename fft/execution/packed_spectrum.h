@@ -23,18 +23,20 @@ inline packed_place place_in_line(packing format, core_int n, core_int k) {
   return {first, first + 1};
 }
 
-/// Walks the frequencies that a packed array holds. half: the dense rows of n / 2 + 1 complex numbers.
+/// Walks the frequencies that a packed array holds. half: rows of n / 2 + 1 complex numbers.
 class packed_walk {
  public:
-  /// shape.count: lengths of the reals; strides: of the packed array, in reals.
-  packed_walk(const pass_shape& shape, const core_int* strides, packing format) : format_(format) {
+  /// shape.count: lengths of the reals; strides: of the packed array, in reals; half_row: from one row of
+  /// half to the next, 0 if they are dense.
+  packed_walk(const pass_shape& shape, const core_int* strides, packing format, core_int half_row = 0)
+      : format_(format) {
     dimension_ = static_cast<int>(shape.dimension);
     core_int dense = 1;
     for (int i = 0; i < dimension_ && i < kAxes; ++i) {
       length_[i] = shape.count[i];
       stride_[i] = strides[i];
       half_stride_[i] = dense;
-      dense *= i == 0 ? length_[i] / 2 + 1 : length_[i];
+      dense *= i > 0 ? length_[i] : half_row > 0 ? half_row : length_[i] / 2 + 1;
     }
   }
   /// visit(place in half, place of the conjugate in half, place of the real part, of the imaginary part); a

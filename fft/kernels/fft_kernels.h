@@ -16,6 +16,8 @@ enum fft_pow2_radix : int { kPow2Radix4, kPow2Radix8, kPow2Radices };
 /// C is a complex number, R its real type.
 inline constexpr int kStraightLengths = 16;
 inline constexpr int kRegisterLengths = 64;
+/// Lengths of lines that native levels hold in registers.
+inline constexpr int kHeldLengths[] = {8, 12, 16, 20, 24, 28, 32, 36, 40, 48, 56, 60, 64};
 
 /// Radices of passes that sort as they go; the first one only changes the layout.
 inline constexpr int kAutosortRadices[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13};

@@ -23,4 +23,9 @@ int parallel_axis(core_int dimension, int pass_node) {
   return pass_node < last ? last : last - 1;
 }
 
+bool asks_ahead(core_int transforms, core_int line_bytes) {
+  constexpr core_int kShortest = 512, kLongest = 16384, kCached = 1 << 19;
+  return line_bytes >= kShortest && line_bytes <= kLongest && transforms * line_bytes > kCached;
+}
+
 }  // namespace qel::fft

@@ -2,35 +2,13 @@
 #include "fft/planning/explain.h"
 
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
 
 #include "fft/execution/node_kernels.h"
 #include "fft/planning/long_plan.h"
+#include "fft/planning/text.h"
 
 namespace qel::fft {
 namespace {
-
-class text {
- public:
-  text(char* buffer, size_t size) : buffer_(buffer), size_(size) {
-    if (size > 0) buffer[0] = '\0';
-  }
-  [[gnu::format(printf, 2, 3)]] void add(const char* format, ...) {
-    va_list arguments;
-    va_start(arguments, format);
-    const size_t left = used_ < size_ ? size_ - used_ : 0;
-    const int count = std::vsnprintf(left > 0 ? buffer_ + used_ : nullptr, left, format, arguments);
-    va_end(arguments);
-    if (count > 0) used_ += static_cast<size_t>(count);
-  }
-  size_t used() const { return used_; }
-
- private:
-  char* buffer_;
-  size_t size_;
-  size_t used_ = 0;
-};
 
 void add_radices(text& out, core_int length) {
   const autosort_plan plan = plan_autosort(length);

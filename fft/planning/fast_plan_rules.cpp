@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "fft/planning/fast_plan_rules.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
+#include "fft/kernels/fft_kernels.h"
 #include "fft/spec/dft_spec.h"
 #include "qel/dfti.h"
 
@@ -30,9 +33,12 @@ bool is_plain_line(const line_facts& f) {
 }
 
 bool takes_straight_kernel(const line_facts& f) {
-  const core_int longest = f.native || f.single ? 64 : 128;
-  const bool length_has_one = f.length >= 2 && f.length <= longest && (f.length & (f.length - 1)) == 0;
-  return is_plain_line(f) && length_has_one && f.forward_scale == 1 && f.backward_scale == 1;
+  if (!is_plain_line(f) || f.forward_scale != 1 || f.backward_scale != 1) return false;
+  if (f.native) {
+    return f.length <= kStraightLengths ||
+           std::find(std::begin(kHeldLengths), std::end(kHeldLengths), f.length) != std::end(kHeldLengths);
+  }
+  return f.length >= 2 && f.length <= (f.single ? 64 : 128) && (f.length & (f.length - 1)) == 0;
 }
 
 int small_plan_flag(const line_facts& f) {

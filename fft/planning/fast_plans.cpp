@@ -37,30 +37,33 @@ void release_other(const dfti_fast_plan* plan, dfti_node* node) {
   if (node->fast_plan != plan) release_fast_plan(node);
 }
 
-/// Straight-line kernels of the powers of two, without scale.
+/// One kernel for the whole line, without scale.
 template <class R>
 struct straight_plan {
   using C = complex_of<R>;
+  using kernel_type = void(const C*, C*, R);
 
   template <direction kWay, bool kInPlace>
   static int compute(dfti_node* node, void* first, void* second, void*, void*) {
-    const auto& kernels = level_kernels<R>();
-    auto* output = static_cast<C*>(kInPlace ? first : second);
-    auto* kernel = register_kernel<R>(node->length, kWay);
-    if (kernel == nullptr) {
-      kernel = node->length == 32    ? kernels.of_32[kWay]
-               : node->length == 64  ? kernels.of_64[kWay]
-               : node->length == 128 ? kernels.of_128[kWay]
-                                     : kernels.unscaled[kWay][node->length];
-    }
-    kernel(static_cast<const C*>(first), output, R{1});
+    auto* const kernel = reinterpret_cast<kernel_type*>(node->straight[kWay]);
+    kernel(static_cast<const C*>(first), static_cast<C*>(kInPlace ? first : second), R{1});
     return DFTI_NO_ERROR;
+  }
+  static kernel_type* kernel_of(core_int length, direction way) {
+    if (auto* const held = register_kernel<R>(length, way)) return held;
+    const auto& kernels = level_kernels<R>();
+    return length == 32    ? kernels.of_32[way]
+           : length == 64  ? kernels.of_64[way]
+           : length == 128 ? kernels.of_128[way]
+                           : kernels.unscaled[way][length];
   }
   static double estimate(const dfti_fast_plan*, const dfti_node* node) {
     return takes_straight_kernel(facts_of<R>(*node)) ? 1.0 : 0.0;
   }
   static int attach(const dfti_fast_plan* plan, dfti_node* node) {
     release_other(plan, node);
+    for (const direction way : {kForward, kBackward})
+      node->straight[way] = reinterpret_cast<line_kernel*>(kernel_of(node->length, way));
     if (node->placement == DFTI_INPLACE) {
       take(plan, node, compute<kForward, true>, compute<kBackward, true>);
     } else {

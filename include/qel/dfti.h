@@ -9,6 +9,7 @@
 #define QEL_DFTI_H
 
 #include "qel/export.h"
+#include "qel/types.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -157,6 +158,34 @@ QEL_API int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
  * ended by 0. 5: no descriptor; 2: not committed; 3: no buffer.
  */
 QEL_API int qel_dfti_explain(const DFTI_DESCRIPTOR* descriptor, char* buffer, int size);
+
+/* What the configuration would do to the caller's data in one direction (backward: 0 or 1), committed or not:
+ * stride or distance 0, elements of the output (in place: of either side) that share a place, sides in place
+ * that lie differently, storages that are not there. A line of text for each fault; the buffer gets as much
+ * as fits, always ended by 0 (size 0: nothing). 0: no fault; 3: faults; 5: no descriptor.
+ */
+QEL_API int qel_dfti_validate(const DFTI_DESCRIPTOR* descriptor, int backward, char* buffer, int size);
+
+/* ---- Packed spectra ---- */
+
+/* Between the packed spectrum of real data and all of its frequencies. Dense arrays:
+ *   format      DFTI_CCS_FORMAT, DFTI_PACK_FORMAT, DFTI_PERM_FORMAT, DFTI_CCE_FORMAT; CCS and CCE: rows of
+ *               lengths[dimension - 1] / 2 + 1 complex numbers
+ *   dimension   1 to 3
+ *   lengths     of the real data, each at least 1, the fastest one last
+ *   packed      as a transform of real data leaves it (docs/fft.md has pictures)
+ *   full        the product of the lengths complex numbers; unpack fills it by F[-k] = conj(F[k]), pack reads
+ *               only what the packed form holds
+ * The arrays must not overlap. 0, or 3: a bad argument, a null pointer among them; nothing is written then.
+ */
+QEL_API int qel_dfti_unpack_d(int format, int dimension, const int* lengths, const double* packed,
+                              _QEL_Complex16* full);
+QEL_API int qel_dfti_unpack_s(int format, int dimension, const int* lengths, const float* packed,
+                              _QEL_Complex8* full);
+QEL_API int qel_dfti_pack_d(int format, int dimension, const int* lengths, const _QEL_Complex16* full,
+                            double* packed);
+QEL_API int qel_dfti_pack_s(int format, int dimension, const int* lengths, const _QEL_Complex8* full,
+                            float* packed);
 
 /* ---- Status ---- */
 

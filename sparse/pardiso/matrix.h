@@ -41,4 +41,7 @@ struct stage_status {
 /// Sub-code of an analysis whose counts leave the range of 32-bit integers.
 inline constexpr int analysis_overflow = -182;
 
+/// Sub-code of error -4 after the caller's progress function asked for an end.
+inline constexpr int factorisation_cancelled = -113;
+
 }  // namespace qel::pardiso

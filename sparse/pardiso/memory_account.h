@@ -7,6 +7,7 @@
 #include <stdint.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "service/serv.h"
@@ -41,7 +42,9 @@ class memory_account {
  public:
   /// On a cache line, not zeroed; null if memory is out: then failed_code() and wanted_kilobytes() tell.
   void* allocate(size_t bytes, int code) {
+    const auto start = std::chrono::steady_clock::now();
     void* const p = serv_aligned_malloc(std::max<size_t>(bytes, 1), 64);
+    seconds_ += std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     if (p == nullptr) {
       if (failed_code_ == 0) failed_code_ = code, failed_bytes_ = bytes;
       return nullptr;
@@ -63,12 +66,15 @@ class memory_account {
   /// 0, or the code of the first block that was refused.
   int failed_code() const { return failed_code_; }
   size_t failed_bytes() const { return failed_bytes_; }
+  /// Time that allocations took.
+  double seconds() const { return seconds_; }
   void forget_failure() { failed_code_ = 0, failed_bytes_ = 0; }
 
  private:
   int64_t now_ = 0, peak_ = 0;
   int failed_code_ = 0;
   size_t failed_bytes_ = 0;
+  double seconds_ = 0;
 };
 
 /// An array that owns an accounted block; empty until allocate. Only trivial element types.

@@ -1,39 +1,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The qel command as a user runs it: exit codes, reports, JSON, files written.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
 #include <complex>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "cli/commands.h"
 #include "cli/matrix_market.h"
+#include "tests/cli/command.h"
 #include "tests/cli/temporary_file.h"
 
 namespace qel::cli {
 namespace {
-
-struct command_result {
-  int exit_code;
-  std::string output;
-};
-
-command_result run(const std::string& arguments) {
-  const std::string line = std::string(QEL_COMMAND " ") + arguments + " 2>&1";
-  FILE* pipe = popen(line.c_str(), "r");
-  command_result result{-1, {}};
-  char buffer[4096];
-  for (size_t got; (got = fread(buffer, 1, sizeof buffer, pipe)) > 0;) result.output.append(buffer, got);
-  const int status = pclose(pipe);
-  if (WIFEXITED(status)) result.exit_code = WEXITSTATUS(status);
-  return result;
-}
-
-bool contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
 
 TEST(Solve, ReachesRoundingLevelOnRealSystems) {
   for (const char* system : {QEL_EXAMPLES "494_bus.mtx.gz", QEL_EXAMPLES "orsirr_1.mtx.gz",

@@ -142,5 +142,12 @@ TEST(RealPlan, MethodsByLength) {
   for (const auto& c : cases) EXPECT_EQ(choose_real_method(c.length), c.method) << c.length;
 }
 
+TEST(DriverRules, LargeBatchesAreAskedForAhead) {
+  EXPECT_TRUE(asks_ahead(1000, 4096));
+  EXPECT_FALSE(asks_ahead(100, 4096)) << "fits the second cache";
+  EXPECT_FALSE(asks_ahead(100000, 256)) << "short enough to be foreseen";
+  EXPECT_FALSE(asks_ahead(1000, 1 << 15)) << "a line would push itself out";
+}
+
 }  // namespace
 }  // namespace qel::fft

@@ -69,6 +69,7 @@ TEST(Messages, KeepsPercentSignsInterpretedASecondTime) {
   EXPECT_EQ(report("A%%B", 1), "\nQEL ERROR: Parameter 1 was incorrect on entry to A%B\n");
   EXPECT_EQ(report("A%dB", 1), "\nQEL ERROR: Parameter 1 was incorrect on entry to A0B\n");
   EXPECT_EQ(report("A%sB%nC%", 1), "\nQEL ERROR: Parameter 1 was incorrect on entry to A(null)BC\n");
+  EXPECT_EQ(report("A(%)B", 1), "\nQEL ERROR: Parameter 1 was incorrect on entry to A(%)B\n");
 }
 
 TEST(Messages, TextFormDoesNotPrint) {

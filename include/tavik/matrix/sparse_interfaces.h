@@ -95,4 +95,21 @@ class TAVIK_API ILevelTwoSparseBlasKernel {
                       const Core::Array<int>& ia) = 0;
 };
 
+/// The direct solver of sparse systems.
+class TAVIK_API IQelPardisoSolverKernel {
+ public:
+  virtual ~IQelPardisoSolverKernel() = default;
+  virtual int Factor(int n, const Core::Array<double>& a, const Core::Array<int>& ia,
+                     const Core::Array<int>& ja) = 0;
+  virtual int Factor(int n, const Core::Array<Core::DoubleComplex>& a, const Core::Array<int>& ia,
+                     const Core::Array<int>& ja) = 0;
+  virtual int Solve(int n, const Core::Array<double>& a, const Core::Array<int>& ia,
+                    const Core::Array<int>& ja, int nrhs, const Core::Array<double>& b,
+                    const Core::Array<double>& x) = 0;
+  virtual int Solve(int n, const Core::Array<Core::DoubleComplex>& a, const Core::Array<int>& ia,
+                    const Core::Array<int>& ja, int nrhs, const Core::Array<Core::DoubleComplex>& b,
+                    const Core::Array<Core::DoubleComplex>& x) = 0;
+  virtual void Dispose() = 0;
+};
+
 }  // namespace Tavik::Matrix

@@ -21,7 +21,10 @@ struct factor_options {
   void* progress_context = nullptr;
 };
 
-/// The factors of one matrix.
+/// The factors of one matrix. pivot, luperm and luperm_row hold, column by column, lists of interchanges
+/// inside the diagonal blocks: see diagonal_block.h. The diagonal block of a symmetric indefinite type holds
+/// D on its diagonal, and an element of D below the diagonal above it; L has ones on its diagonal, and so has
+/// the L of an unsymmetric type, whose U stands on and above the diagonal.
 template <class T>
 struct factors {
   block<T> lnz, unz;
@@ -38,7 +41,8 @@ struct factors {
 template <class T>
 double pivot_threshold(const csr_view<T>& a, int k);
 
-/// error -2, -4 (failed_column; sub-code -2: no work memory), and -4 with sub-code cancelled.
+/// error -2, -4 (failed_column; sub-code -2: no work memory; factorisation_cancelled), and -5 if A has an
+/// entry that the analysed pattern has not.
 template <class T>
 stage_status factorise(const csr_view<T>& a, const analysis& analysed, const factor_options& options,
                        memory_account& account, factors<T>& result);

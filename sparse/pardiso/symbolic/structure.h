@@ -6,6 +6,9 @@
 
 namespace qel::pardiso {
 
+/// Columns of a supernode at most, whatever the panel width asked for.
+inline constexpr int kWidestSupernode = 256;
+
 /// Supernode s has the columns xsup[s] .. xsup[s + 1] - 1 (its width w) and the rows
 /// lindx[xlindx[s]] .. lindx[xlindx[s + 1] - 1] (their number r, ascending; the first w are its own columns).
 /// It is stored as an r-by-w column-major panel at lnz + xlnz[s]; for unsymmetric types a second one of the
@@ -17,6 +20,7 @@ struct structure {
   int largest_run = 0;    ///< widest fundamental supernode before it was cut
   block<int> xsup;        ///< supernodes + 1
   block<int> snode;       ///< supernode of a column
+  block<int> run;         ///< first supernode of the run of columns that a supernode was cut from
   block<int64_t> xlindx;  ///< supernodes + 1
   block<int> lindx;
   block<int64_t> xlnz;  ///< supernodes + 1, elements
@@ -30,6 +34,8 @@ struct structure {
   int64_t longest_rows = 0;     ///< longest row list
   int64_t largest_panel = 0;    ///< elements
   int64_t work_elements = 0;    ///< scratch elements that one thread of the factorisation needs
+  int64_t updates = 0;          ///< pairs of a supernode and another that it updates
+  int64_t matrix_entries = 0;   ///< of A, both triangles for unsymmetric types, if its pattern is symmetric
   double work = 0;              ///< floating-point operations of the factorisation
   int tree_height = 0;
   double symbfct_seconds = 0, parlist_seconds = 0;
@@ -40,6 +46,7 @@ struct structure_options {
   bool unsymmetric = false;
   bool is_complex = false;
   int threads = 1;
+  bool native = false;  ///< the process runs on a native level: supernodes may be merged
 };
 
 /// Memory of the numeric phases in megabytes, rounded down and plus one: iparm(61), (62), (63).
