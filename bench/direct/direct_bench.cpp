@@ -3,6 +3,7 @@
 // solutions of 1 and 32 right-hand sides, over generated matrices and those of QEL_BENCH_MATRICES (Matrix
 // Market files, separated by colons). After the times: entries of the factors, and backward errors.
 #include <fmt/core.h>
+#include <unistd.h>
 
 #include <map>
 #include <sstream>
@@ -106,16 +107,13 @@ void add(const std::string& phase, const std::shared_ptr<system_under_test>& sys
          const direct_library& library, const Body& body) {
   const std::string name = phase + "/" + system->name();
   if (library.name == kSubject) remember_case(name);
-  benchmark::RegisterBenchmark((name + "/" + library.name).c_str(),
-                               [=](benchmark::State& state) {
-                                 try {
-                                   body(state);
-                                 } catch (const std::exception& e) {
-                                   state.SkipWithError(e.what());
-                                 }
-                               })
-      ->UseRealTime()
-      ->Unit(benchmark::kMillisecond);
+  benchmark::RegisterBenchmark((name + "/" + library.name).c_str(), [=](benchmark::State& state) {
+    try {
+      body(state);
+    } catch (const std::exception& e) {
+      state.SkipWithError(e.what());
+    }
+  })->UseRealTime();
 }
 
 void add_solve(const std::shared_ptr<system_under_test>& system, const direct_library& library, int nrhs) {
@@ -154,12 +152,23 @@ matrix read_file(const std::string& path) {
   return test::csr_of<double>(problem);
 }
 
+/// The peers are linked, so that their BLAS and its threads have read the environment before main: it is set,
+/// and the program starts again. QEL_BENCH_PEER_BLAS: folder of the libblas.so.3 and liblapack.so.3 that the
+/// peers get, in place of the system's.
+void restart_with_environment(char** argv) {
+  if (std::getenv("QEL_BENCH_RESTARTED") != nullptr) return;
+  set_environment_defaults();
+  setenv("QEL_BENCH_RESTARTED", "1", 1);
+  if (const char* const folder = std::getenv("QEL_BENCH_PEER_BLAS")) setenv("LD_LIBRARY_PATH", folder, 1);
+  execv("/proc/self/exe", argv);
+}
+
 }  // namespace
 }  // namespace qel::bench
 
 int main(int argc, char** argv) {
   using namespace qel::bench;
-  set_environment_defaults();
+  restart_with_environment(argv);
   std::vector<std::shared_ptr<system_under_test>> systems;
   for (const auto& [name, from] : generated()) {
     systems.push_back(std::make_shared<system_under_test>(name, from));

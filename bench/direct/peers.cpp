@@ -115,6 +115,7 @@ class umfpack_solver : public direct_solver {
     require(umfpack_di_numeric(zero_.start.data(), zero_.index.data(), a_.a.data(), symbolic_, &numeric_,
                                control_, info_) == UMFPACK_OK,
             "UMFPACK factor");
+    entries_ = info_[UMFPACK_LNZ] + info_[UMFPACK_UNZ];
   }
   void solve(int nrhs, const double* b, double* x) override {
     for (int k = 0; k < nrhs; ++k) {
@@ -124,12 +125,12 @@ class umfpack_solver : public direct_solver {
               "UMFPACK solve");
     }
   }
-  double factor_entries() const override { return info_[UMFPACK_LNZ] + info_[UMFPACK_UNZ]; }
+  double factor_entries() const override { return entries_; }
 
  private:
   const matrix& a_;
   from_zero zero_;
-  double control_[UMFPACK_CONTROL], info_[UMFPACK_INFO] = {};
+  double control_[UMFPACK_CONTROL], info_[UMFPACK_INFO] = {}, entries_ = 0;
   void *symbolic_ = nullptr, *numeric_ = nullptr;
 };
 
@@ -241,8 +242,8 @@ class mumps_solver : public direct_solver {
     data_.comm_fortran = -987654;
     run(-1);
     for (int k = 0; k < 4; ++k) data_.icntl[k] = k == 3 ? 0 : -1;  // silent
-    data_.icntl[6] = 5;                                            // METIS
-    data_.icntl[13] = 50;                                          // room for pivots that are put off
+    data_.icntl[6] = 7;    // an ordering by its own choice: Debian builds it without METIS
+    data_.icntl[13] = 50;  // room for pivots that are put off
     data_.n = a.n;
     data_.nnz = static_cast<MUMPS_INT8>(a.a.size());
     data_.irn = rows_.data();

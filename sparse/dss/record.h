@@ -40,7 +40,7 @@ struct record {
   int message_level, termination_level;
   int state;
   double reorder_seconds, factor_seconds, solve_seconds;
-  char unused[72];
+  char unused[64];
 };
 static_assert(sizeof(record) == 976);
 
