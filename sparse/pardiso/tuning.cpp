@@ -9,7 +9,7 @@ namespace qel::pardiso {
 
 int choose_threads(int available, bool may_adjust, int n, int nrhs) {
   constexpr int kEquationsPerThread = 50;
-  if (int64_t{n} >= int64_t{kEquationsPerThread} * available) return available;
+  if (int64_t{n} >= int64_t{kEquationsPerThread} * available) return std::max(available, 1);
   const int threads = nrhs == 1 && may_adjust ? n / kEquationsPerThread : available;
   return std::max(threads, 1);
 }

@@ -346,7 +346,9 @@ TEST(Rules, VerdictsOfRefinement) {
     EXPECT_EQ(verdict.stop, c.stop) << "row " << row;
     EXPECT_EQ(verdict.iteration_code, c.code) << "row " << row;
     EXPECT_EQ(verdict.sub_code, c.sub_code) << "row " << row;
-    if (!c.stop) EXPECT_EQ(verdict.previous, c.next) << "row " << row;
+    if (!c.stop) {
+      EXPECT_EQ(verdict.previous, c.next) << "row " << row;
+    }
     EXPECT_EQ(verdict.warn, c.it == 1 && c.residual > 1);
     ++row;
   }
