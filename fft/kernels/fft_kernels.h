@@ -43,6 +43,12 @@ struct autosort_kernels {
   using turn_and_deal = void(const C* lines, core_int rows, core_int count, const C* bases, const C* powers,
                              C* result, core_int columns, core_int first);
 
+  /// shared/whole_lines.inl.h says what these do.
+  using line_columns = void(const C* input, core_int m, C* buffer, const C* twiddles);
+  using line_rows = void(const C* buffer, core_int r, C* output);
+  using line_by_sums = void(const C* input, C* output, core_int n, core_int pitch, const R* cosines,
+                            const R* sines, R* work);
+
   first_of_line* line[2][kAutosortCount];
   first_of_columns* columns[2][kAutosortCount];
   middle* middles[kAutosortCount];
@@ -52,6 +58,9 @@ struct autosort_kernels {
   /// Whole lines in registers, by length, without scale; null where there is none.
   void (*registers[2][kRegisterLengths + 1])(const C* input, C* output, R);
   turn_and_deal* turn_and_deal_blocks[2];
+  line_columns* of_columns[2][kStraightLengths + 1];
+  line_rows* of_rows[2][kStraightLengths + 1];
+  line_by_sums* by_sums[2];
 };
 
 template <class C, class R>

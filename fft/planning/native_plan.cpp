@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <iterator>
 
 #include "fft/kernels/fft_kernels.h"
@@ -11,7 +12,8 @@
 namespace qel::fft {
 namespace {
 
-constexpr core_int kLongestPrimeLine = 64;  ///< primes beyond are faster as convolutions
+constexpr core_int kLongestPrimeLine = kLargestDirect;  ///< primes beyond are faster as convolutions
+constexpr core_int kLongestInTwoSteps = 256;
 constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestOddLine = 1 << 25;
 
@@ -93,6 +95,18 @@ autosort_plan plan_autosort(core_int length) {
   }
   if (!has_autosort_pass(plan.radices[plan.count - 1]) || plan.count == 1) add(plan, 1);
   return plan;
+}
+
+whole_line_plan plan_whole_line(core_int length) {
+  if (length > kLongestInTwoSteps) return {whole_line::kPasses, 0, 0};
+  int smallest = 2;
+  while (length % smallest != 0) ++smallest;
+  if (smallest == length) return {length <= kLargestDirect ? whole_line::kSums : whole_line::kPasses, 0, 0};
+  for (int rows = static_cast<int>(std::sqrt(static_cast<double>(length))); rows > 1; --rows) {
+    const auto columns = static_cast<int>(length / rows);
+    if (length % rows == 0 && columns <= kStraightLengths) return {whole_line::kTwoSteps, rows, columns};
+  }
+  return {whole_line::kPasses, 0, 0};
 }
 
 core_int good_length(core_int n) {

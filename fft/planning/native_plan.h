@@ -15,6 +15,18 @@ autosort_plan plan_autosort(core_int length);
 /// Whether a radix has passes of its own.
 bool has_autosort_pass(int radix);
 
+/// How a single line is transformed where passes would be too short.
+enum class whole_line : int {
+  kPasses,    ///< it is not
+  kTwoSteps,  ///< rows times columns, through a buffer
+  kSums,      ///< prime: sums over folded terms, side by side
+};
+struct whole_line_plan {
+  whole_line method;
+  int rows, columns;  ///< of kTwoSteps, at most 16 each
+};
+whole_line_plan plan_whole_line(core_int length);
+
 enum class native_method : int {
   kAutosort,  ///< passes over the whole line
   kLong,      ///< rows times columns

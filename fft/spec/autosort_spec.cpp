@@ -26,6 +26,7 @@ bool autosort_spec<R>::make(core_int n) {
   const autosort_plan plan = plan_autosort(n);
   const auto roots = make_root_table(n);
   if (roots == nullptr) return false;
+  if (!make_whole(roots.get())) return false;
   pass_count = plan.count;
   core_int left = n;
   for (int i = 0; i < plan.count; ++i) {
@@ -59,6 +60,31 @@ bool autosort_spec<R>::make(core_int n) {
       line_twiddles[static_cast<size_t>(2 * (k - 1) * first.m + j)] = w.real;
       line_twiddles[static_cast<size_t>((2 * (k - 1) + 1) * first.m + j)] = w.imag;
     }
+  }
+  return true;
+}
+
+template <class R>
+bool autosort_spec<R>::make_whole(const complex16* roots) {
+  whole = plan_whole_line(length);
+  if (whole.method == whole_line::kTwoSteps) {
+    step_twiddles = make_table<C>(length);
+    if (step_twiddles == nullptr) return false;
+    for (int k = 0; k < whole.rows; ++k)
+      for (int j = 0; j < whole.columns; ++j)
+        step_twiddles[static_cast<size_t>(k * whole.columns + j)] = narrowed<C>(roots[j * k]);
+  } else if (whole.method == whole_line::kSums) {
+    const core_int half = length / 2, pitch = sum_pitch();
+    sum_factors = make_table<R>(2 * half * pitch);
+    if (sum_factors == nullptr) return false;
+    std::fill_n(sum_factors.get(), 2 * half * pitch, R{0});
+    for (core_int j = 1; j <= half; ++j)
+      for (core_int k = 1; k <= half; ++k) {
+        const complex16 root = roots[j * k % length];
+        R* const at = sum_factors.get() + (j - 1) * pitch + k - 1;
+        at[0] = static_cast<R>(root.real);
+        at[half * pitch] = static_cast<R>(-root.imag);
+      }
   }
   return true;
 }
@@ -119,9 +145,21 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
     kernel(input, output, R{1});
     return;
   }
+  const auto& kernels = *native_passes<R>();
+  if (whole.method == whole_line::kTwoSteps) {
+    C* const buffer = reinterpret_cast<C*>(work);
+    kernels.of_columns[way][whole.rows](input, whole.columns, buffer, step_twiddles.get());
+    kernels.of_rows[way][whole.columns](buffer, whole.rows, output);
+    return;
+  }
+  if (whole.method == whole_line::kSums) {
+    const core_int half = length / 2, pitch = sum_pitch();
+    kernels.by_sums[way](input, output, length, pitch, sum_factors.get(), sum_factors.get() + half * pitch,
+                         work);
+    return;
+  }
   const pass& first = passes[0];
-  native_passes<R>()->line[way][first.index](input, work, work + pitch_of_parts(1), first.m,
-                                             line_twiddles.get());
+  kernels.line[way][first.index](input, work, work + pitch_of_parts(1), first.m, line_twiddles.get());
   const core_int s = length / passes[pass_count - 1].radix;
   finish(run_middle(work, 1), 1, output, s, 1, 0, way);
 }

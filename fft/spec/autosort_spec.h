@@ -38,6 +38,9 @@ struct autosort_spec {
   int largest_generic;
   pass passes[32];
   table<R> line_twiddles;  ///< of the first pass of a line
+  whole_line_plan whole;   ///< of a single line
+  table<C> step_twiddles;  ///< of its two steps: exp(-2 pi i j k / n) at k columns + j
+  table<R> sum_factors;    ///< of its sums: rows of cosines, then of sines
 
   /// False if memory is out. A length of up to 16 needs no passes.
   bool make(core_int n);
@@ -52,6 +55,9 @@ struct autosort_spec {
                    direction way) const;
 
  private:
+  bool make_whole(const complex16* roots);
+  core_int sum_pitch() const { return (length / 2 + kSumPitch - 1) / kSumPitch * kSumPitch; }
+  static constexpr core_int kSumPitch = 64 / static_cast<core_int>(sizeof(R));
   const R* run_middle(R* work, core_int lines) const;
   core_int pitch_of_parts(core_int lines) const;
   void finish(const R* parts, core_int lines, C* output, core_int inner, core_int outer, core_int pitch,

@@ -4,6 +4,7 @@
 
 #include "fft/kernels/shared/autosort.inl.h"
 #include "fft/kernels/shared/register_lines.inl.h"
+#include "fft/kernels/shared/whole_lines.inl.h"
 
 namespace qel::QEL_LEVEL {
 
@@ -12,11 +13,10 @@ namespace qel::QEL_LEVEL {
   {name<__VA_ARGS__, 1>, name<__VA_ARGS__, 2>, name<__VA_ARGS__, 3>, name<__VA_ARGS__, 4>,             \
    name<__VA_ARGS__, 5>, name<__VA_ARGS__, 6>, name<__VA_ARGS__, 7>, name<__VA_ARGS__, 8>,             \
    name<__VA_ARGS__, 9>, name<__VA_ARGS__, 11>, name<__VA_ARGS__, 13>}
-#define QEL_SHORT(b)                                                                                    \
-  {nullptr, short_columns<R, b, 1>, short_columns<R, b, 2>, short_columns<R, b, 3>, short_columns<R, b, 4>,      \
-   short_columns<R, b, 5>, short_columns<R, b, 6>, short_columns<R, b, 7>, short_columns<R, b, 8>,      \
-   short_columns<R, b, 9>, short_columns<R, b, 10>, short_columns<R, b, 11>, short_columns<R, b, 12>,   \
-   short_columns<R, b, 13>, short_columns<R, b, 14>, short_columns<R, b, 15>, short_columns<R, b, 16>}
+#define QEL_LENGTHS(name, b)                                                                            \
+  {nullptr, name<R, b, 1>, name<R, b, 2>, name<R, b, 3>, name<R, b, 4>, name<R, b, 5>, name<R, b, 6>,   \
+   name<R, b, 7>, name<R, b, 8>, name<R, b, 9>, name<R, b, 10>, name<R, b, 11>, name<R, b, 12>,         \
+   name<R, b, 13>, name<R, b, 14>, name<R, b, 15>, name<R, b, 16>}
 
 namespace {
 template <class C, class R, bool kBackward>
@@ -43,16 +43,19 @@ constexpr autosort_kernels<C, R> all_autosort() {
           QEL_RADICES(middle_pass, R),
           middle_of_any<R>,
           {QEL_RADICES(last_pass, R, false), QEL_RADICES(last_pass, R, true)},
-          {QEL_SHORT(false), QEL_SHORT(true)},
+          {QEL_LENGTHS(short_columns, false), QEL_LENGTHS(short_columns, true)},
           {},
-          {turn_and_deal<R, false>, turn_and_deal<R, true>}};
+          {turn_and_deal<R, false>, turn_and_deal<R, true>},
+          {QEL_LENGTHS(line_columns, false), QEL_LENGTHS(line_columns, true)},
+          {QEL_LENGTHS(line_rows, false), QEL_LENGTHS(line_rows, true)},
+          {line_by_sums<R, false>, line_by_sums<R, true>}};
   add_registers<C, R, false>(kernels);
   add_registers<C, R, true>(kernels);
   return kernels;
 }
 }  // namespace
 #undef QEL_RADICES
-#undef QEL_SHORT
+#undef QEL_LENGTHS
 // clang-format on
 
 }  // namespace qel::QEL_LEVEL

@@ -26,11 +26,11 @@ struct triangle {
 };
 
 /// y = A x (or A' x if turned), A rows x columns.
-#define QEL_GEMV(T, letter)                                                                                  \
-  void times(bool turned, int rows, int columns, const T* a, int lda, const T* x, T* y, T alpha, T beta) {   \
-    const char trans = turned ? 'T' : 'N';                                                                   \
-    const core_int m = rows, n = columns, ld = lda, one = 1;                                                 \
-    core::letter##gemv(&trans, &m, &n, &alpha, a, &ld, x, &one, &beta, y, &one);                             \
+#define QEL_GEMV(T, letter)                                                                                \
+  void times(bool turned, int rows, int columns, const T* a, int lda, const T* x, T* y, T alpha, T beta) { \
+    const char trans = turned ? 'T' : 'N';                                                                 \
+    const core_int m = rows, n = columns, ld = lda, one = 1;                                               \
+    core::letter##gemv(&trans, &m, &n, &alpha, a, &ld, x, &one, &beta, y, &one);                           \
   }
 QEL_GEMV(float, s)
 QEL_GEMV(double, d)
@@ -109,7 +109,8 @@ class slice_solver {
     if (list == nullptr) return;
     for (int step = 0; step < width; ++step) {
       const int k = in_reverse ? width - 1 - step : step, other = swapped_with(list[first + k]);
-      if (other != k) std::swap_ranges(rows_of(first + k), rows_of(first + k) + count_, rows_of(first + other));
+      if (other != k)
+        std::swap_ranges(rows_of(first + k), rows_of(first + k) + count_, rows_of(first + other));
     }
   }
 
@@ -157,7 +158,8 @@ class slice_solver {
         if (count_ == 1) {
           times(true, below, own.width, panel, own.rows, temp_, y, from_real<T>(-1), from_real<T>(1));
         } else {
-          lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y, count_);
+          lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y,
+                          count_);
         }
       }
       solve_block(own, panels.l, backward_, false, y);
@@ -262,10 +264,10 @@ void substitute(const csr_view<T>& shape, const analysis& analysed, const factor
   substitute_from(shape.type, analysed, f, store, options, nrhs, b, x, work);
 }
 
-#define QEL_INSTANTIATE(T)                                                                                  \
-  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&,           \
-                                const solve_options&, int, const T*, T*, T*);                               \
-  template void substitute(const csr_view<T>&, const analysis&, const factors<T>&, const solve_options&,    \
+#define QEL_INSTANTIATE(T)                                                                               \
+  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&,        \
+                                const solve_options&, int, const T*, T*, T*);                            \
+  template void substitute(const csr_view<T>&, const analysis&, const factors<T>&, const solve_options&, \
                            int, const T*, T*, T*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)
