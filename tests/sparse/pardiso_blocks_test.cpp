@@ -15,7 +15,8 @@ TYPED_TEST_SUITE(PardisoBlock, all_types);
 
 /// Complete pivoting as a textbook has it, the last of equals.
 template <class T>
-int plain_lu(int w, std::vector<T>& a, real_of<T> threshold, std::vector<int>& columns, std::vector<int>& rows) {
+int plain_lu(int w, std::vector<T>& a, real_of<T> threshold, std::vector<int>& columns,
+             std::vector<int>& rows) {
   const auto at = [&](int i, int j) -> T& { return a[static_cast<std::size_t>(i + j * w)]; };
   int perturbed = 0;
   for (int k = 0; k < w; ++k) {
@@ -53,7 +54,8 @@ TYPED_TEST(PardisoBlock, CompletePivotingTakesTheLastOfEquals) {
     for (int j = 0; j < w; ++j) {
       for (int i = 0; i < w; ++i) {
         const auto part = [&] {
-          return static_cast<double>(scale) * (static_cast<int>(random() % static_cast<unsigned>(2 * range + 1)) - range);
+          return static_cast<double>(scale) *
+                 (static_cast<int>(random() % static_cast<unsigned>(2 * range + 1)) - range);
         };
         plain[static_cast<std::size_t>(i + j * w)] = a[static_cast<std::size_t>(i + j * ld)] =
             is_complex<T> && round % 4 != 0 ? make<T>(0, part()) : make<T>(part(), 0);

@@ -33,7 +33,8 @@ struct shape {
 std::vector<shape> shapes(std::mt19937& random) {
   edge_list arrow, blocks;
   for (int i = 0; i < 60; ++i) arrow.emplace_back(i, 60), arrow.emplace_back(i, 61);
-  for (int i = 0; i < 12; ++i) blocks.emplace_back(5 * i, 5 * i + 3), blocks.emplace_back(5 * i + 1, 5 * i + 3);
+  for (int i = 0; i < 12; ++i)
+    blocks.emplace_back(5 * i, 5 * i + 3), blocks.emplace_back(5 * i + 1, 5 * i + 3);
   const int n = 150;
   return {
       {"one equation", 1, {}, natural(1), 1},
@@ -57,8 +58,8 @@ TYPED_TEST(PardisoFactor, SolvesEveryType) {
         for (const int threads : {1, 2, 4}) {
           for (const bool merged : {false, true}) {
             if (threads > 1 && (width != 5 || merged == (threads == 2))) continue;
-            SCOPED_TRACE(testing::Message() << each.what << " type " << type << " width " << width << " threads "
-                                            << threads << " merged " << merged);
+            SCOPED_TRACE(testing::Message() << each.what << " type " << type << " width " << width
+                                            << " threads " << threads << " merged " << merged);
             factored<T> system;
             system.analyse(s, {each.perm, width, threads, merged});
             system.factor(s);
@@ -69,7 +70,8 @@ TYPED_TEST(PardisoFactor, SolvesEveryType) {
             for (const bool transposed : {false, true}) {
               if (transposed && s.type.symmetric()) continue;
               const pardiso::solve_options how{solve_part::all, transposed, threads};
-              EXPECT_LT(residual(s, b, system.solve(s, b, nrhs, how), nrhs, transposed), 30 * this->rounding());
+              EXPECT_LT(residual(s, b, system.solve(s, b, nrhs, how), nrhs, transposed),
+                        30 * this->rounding());
             }
             if (s.type.indefinite() && type != 6) {
               int negative = 0;
@@ -91,7 +93,8 @@ TYPED_TEST(PardisoFactor, PartsOfASolveMakeTheWhole) {
   std::mt19937 random(5);
   for (const int type : this->types()) {
     const int n = 9 * 8, nrhs = 70;  // more than one slice
-    const sparse_system<T> s = make_system<T>(type, n, grid_edges(9, 8), 0.3 + (type == 2 || type == 4), random);
+    const sparse_system<T> s =
+        make_system<T>(type, n, grid_edges(9, 8), 0.3 + (type == 2 || type == 4), random);
     factored<T> system;
     system.analyse(s, {dissected_grid(9, 8), 6});
     system.factor(s);
@@ -190,7 +193,8 @@ TYPED_TEST(PardisoFactor, InertiaOfDenseMatrices) {
         for (int j = 0; j < n; ++j) {
           T sum{};
           for (int k = 0; k < n; ++k) {
-            const T product = x[static_cast<std::size_t>(i * n + k)] * conj(x[static_cast<std::size_t>(j * n + k)]);
+            const T product =
+                x[static_cast<std::size_t>(i * n + k)] * conj(x[static_cast<std::size_t>(j * n + k)]);
             sum = k < negative ? sum - product : sum + product;
           }
           s.whole[static_cast<std::size_t>(i)][j] = sum;

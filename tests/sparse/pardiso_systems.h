@@ -141,7 +141,8 @@ double residual(const sparse_system<T>& s, const std::vector<T>& b, const std::v
   double worst = 0;
   for (int column = 0; column < nrhs; ++column) {
     const auto at = [&](const std::vector<T>& v, int i) {
-      return widen(v[static_cast<std::size_t>(i) + static_cast<std::size_t>(column) * static_cast<std::size_t>(s.n)]);
+      return widen(
+          v[static_cast<std::size_t>(i) + static_cast<std::size_t>(column) * static_cast<std::size_t>(s.n)]);
     };
     std::vector<reference> r(static_cast<std::size_t>(s.n));
     long double norm_x = 0, norm_a = 0;

@@ -37,10 +37,13 @@ struct outcome {
     if (no_memory) return kNoMemory;
     if (cancelled) return {-4, factorisation_cancelled};
     switch (worst) {
-      case step_result::bad_pivot: return {-4, 0};
-      case step_result::bad_entry: return {-5, 0};
-      case step_result::io_failed: return {-11, 0};
-      case step_result::done: break;
+      case step_result::bad_pivot:
+        return {-4, 0};
+      case step_result::bad_entry:
+        return {-5, 0};
+      case step_result::io_failed:
+      case step_result::done:
+        break;
     }
     return {};
   }
@@ -189,8 +192,14 @@ stage_status factorise_into(const csr_view<T>& a, const analysis& analysed, cons
   if (!entries.sort(a, analysed, account)) return kNoMemory;
   result.norm_a = entries.norm();
   const double middle = omp_get_wtime();
-  const factorisation<T> shared{form,  entries,           options,          a.type,
-                                store, result.pivot.get(), result.luperm.get(), result.luperm_row.get()};
+  const factorisation<T> shared{form,
+                                entries,
+                                options,
+                                a.type,
+                                store,
+                                result.pivot.get(),
+                                result.luperm.get(),
+                                result.luperm_row.get()};
   outcome how;
   if (options.threads < 2) {
     run_alone(shared, account, how);
@@ -203,12 +212,13 @@ stage_status factorise_into(const csr_view<T>& a, const analysis& analysed, cons
   result.failed_column = how.failed_column < 0 ? 0 : analysed.order.perm[how.failed_column] + 1;
   result.scatter_seconds = middle - start;
   result.factor_seconds = omp_get_wtime() - middle;
-  return how.status();
+  return how.worst == step_result::io_failed ? store.failure() : how.status();
 }
 
 template <class T>
 stage_status factorise(const csr_view<T>& a, const analysis& analysed, const factor_options& options,
                        memory_account& account, factors<T>& result) {
+  if (result.store != nullptr) return factorise_into(a, analysed, options, *result.store, account, result);
   const structure& form = analysed.form;
   const int64_t elements = form.xlnz[form.supernodes];
   // Pages that are there already need not be fetched again.
@@ -220,10 +230,10 @@ stage_status factorise(const csr_view<T>& a, const analysis& analysed, const fac
   return factorise_into(a, analysed, options, store, account, result);
 }
 
-#define QEL_INSTANTIATE(T)                                                                              \
-  template stage_status factorise_into(const csr_view<T>&, const analysis&, const factor_options&,      \
-                                       panel_store<T>&, memory_account&, factors<T>&);                  \
-  template stage_status factorise(const csr_view<T>&, const analysis&, const factor_options&,           \
+#define QEL_INSTANTIATE(T)                                                                         \
+  template stage_status factorise_into(const csr_view<T>&, const analysis&, const factor_options&, \
+                                       panel_store<T>&, memory_account&, factors<T>&);             \
+  template stage_status factorise(const csr_view<T>&, const analysis&, const factor_options&,      \
                                   memory_account&, factors<T>&);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -109,7 +109,8 @@ void factor_lu_block(int w, T* a, core_int lda, real_of<T> threshold, int* colum
   trailing_block<T> block{w, a, lda};
   block.measure_from(0);
   // Squares below this have lost digits.
-  constexpr real_of<T> kTiny = sizeof(real_of<T>) == 4 ? static_cast<real_of<T>>(1e-30) : static_cast<real_of<T>>(1e-250);
+  constexpr real_of<T> kTiny =
+      sizeof(real_of<T>) == 4 ? static_cast<real_of<T>>(1e-30) : static_cast<real_of<T>>(1e-250);
   for (int k = 0; k < w; ++k) {
     int q = block.pivot_column(k);
     if (is_complex<T> && block.largest[q] < kTiny) {

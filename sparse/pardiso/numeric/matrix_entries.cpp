@@ -33,7 +33,8 @@ bool matrix_entries<T>::sort(const csr_view<T>& a, const analysis& analysed, mem
       (order.matched_row && !position_of_row_.allocate(account, a.n, block_loc_int2 - 3))) {
     return false;
   }
-  for (int i = 0; order.matched_row && i < a.n; ++i) position_of_row_[order.matched_row[i]] = order.inverse[i];
+  for (int i = 0; order.matched_row && i < a.n; ++i)
+    position_of_row_[order.matched_row[i]] = order.inverse[i];
   const int* const position = order.matched_row ? position_of_row_.get() : order.inverse.get();
   // Entries below the diagonal of a symmetric matrix repeat those above.
   const auto for_each = [&](const auto& visit) {

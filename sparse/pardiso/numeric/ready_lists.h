@@ -14,7 +14,8 @@ class linked_updates {
   bool allocate(const structure& form, memory_account& account) {
     form_ = &form;
     const int64_t count = form.supernodes;
-    if (!head_.allocate(account, count, block_up_uplen) || !link_.allocate(account, count, block_up_uplen - 1) ||
+    if (!head_.allocate(account, count, block_up_uplen) ||
+        !link_.allocate(account, count, block_up_uplen - 1) ||
         !length_.allocate(account, count, block_up_uplen - 2) ||
         !batch_.allocate(account, count, block_up_uplen - 3)) {
       return false;
@@ -60,7 +61,8 @@ class pushed_updates {
   bool allocate(const structure& form, memory_account& account) {
     form_ = &form;
     const int64_t count = form.supernodes;
-    if (!head_.allocate(account, count, block_up_uplen) || !nmod_.allocate(account, count, block_up_uplen - 1) ||
+    if (!head_.allocate(account, count, block_up_uplen) ||
+        !nmod_.allocate(account, count, block_up_uplen - 1) ||
         !entries_.allocate(account, std::max<int64_t>(form.updates, 1), block_up_uplen - 2)) {
       return false;
     }

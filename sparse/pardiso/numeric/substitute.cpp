@@ -26,11 +26,11 @@ struct triangle {
 };
 
 /// y = A x (or A' x if turned), A rows x columns.
-#define QEL_GEMV(T, letter)                                                                                  \
-  void times(bool turned, int rows, int columns, const T* a, int lda, const T* x, T* y, T alpha, T beta) {   \
-    const char trans = turned ? 'T' : 'N';                                                                   \
-    const core_int m = rows, n = columns, ld = lda, one = 1;                                                 \
-    core::letter##gemv(&trans, &m, &n, &alpha, a, &ld, x, &one, &beta, y, &one);                             \
+#define QEL_GEMV(T, letter)                                                                                \
+  void times(bool turned, int rows, int columns, const T* a, int lda, const T* x, T* y, T alpha, T beta) { \
+    const char trans = turned ? 'T' : 'N';                                                                 \
+    const core_int m = rows, n = columns, ld = lda, one = 1;                                               \
+    core::letter##gemv(&trans, &m, &n, &alpha, a, &ld, x, &one, &beta, y, &one);                           \
   }
 QEL_GEMV(float, s)
 QEL_GEMV(double, d)
@@ -109,12 +109,14 @@ class slice_solver {
     if (list == nullptr) return;
     for (int step = 0; step < width; ++step) {
       const int k = in_reverse ? width - 1 - step : step, other = swapped_with(list[first + k]);
-      if (other != k) std::swap_ranges(rows_of(first + k), rows_of(first + k) + count_, rows_of(first + other));
+      if (other != k)
+        std::swap_ranges(rows_of(first + k), rows_of(first + k) + count_, rows_of(first + other));
     }
   }
 
   bool forward() const {
     const structure& form = analysed_.form;
+    store_.start_pass(thread_, store_pass::forward);
     for (int s = 0; s < form.supernodes; ++s) {
       const supernode_shape own = shape_of(form, s);
       const_panel_pair<T> panels;
@@ -142,6 +144,7 @@ class slice_solver {
 
   bool backward() const {
     const structure& form = analysed_.form;
+    store_.start_pass(thread_, store_pass::backward);
     if (type_.hermitian()) turn();
     for (int s = form.supernodes - 1; s >= 0; --s) {
       const supernode_shape own = shape_of(form, s);
@@ -157,7 +160,8 @@ class slice_solver {
         if (count_ == 1) {
           times(true, below, own.width, panel, own.rows, temp_, y, from_real<T>(-1), from_real<T>(1));
         } else {
-          lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y, count_);
+          lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y,
+                          count_);
         }
       }
       solve_block(own, panels.l, backward_, false, y);
@@ -256,17 +260,19 @@ bool substitute_from(matrix_type type, const analysis& analysed, const factors<T
 }
 
 template <class T>
-void substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
-                const solve_options& options, int nrhs, const T* b, T* x, T* work) {
-  panels_in_core<T> store(analysed.form, f.lnz.get(), f.unz.get());
-  substitute_from(shape.type, analysed, f, store, options, nrhs, b, x, work);
+stage_status substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
+                        const solve_options& options, int nrhs, const T* b, T* x, T* work) {
+  panels_in_core<T> in_core(analysed.form, f.lnz.get(), f.unz.get());
+  panel_store<T>& store = f.store != nullptr ? *f.store : in_core;
+  const bool done = substitute_from(shape.type, analysed, f, store, options, nrhs, b, x, work);
+  return done ? stage_status{} : store.failure();
 }
 
-#define QEL_INSTANTIATE(T)                                                                                  \
-  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&,           \
-                                const solve_options&, int, const T*, T*, T*);                               \
-  template void substitute(const csr_view<T>&, const analysis&, const factors<T>&, const solve_options&,    \
-                           int, const T*, T*, T*);
+#define QEL_INSTANTIATE(T)                                                                        \
+  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&, \
+                                const solve_options&, int, const T*, T*, T*);                     \
+  template stage_status substitute(const csr_view<T>&, const analysis&, const factors<T>&,        \
+                                   const solve_options&, int, const T*, T*, T*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)
 QEL_INSTANTIATE(complex8)

@@ -173,8 +173,8 @@ step_result supernode_worker<T>::apply(const update_source* sources, int count) 
     const real_of<T> alpha = direct ? -1 : 1, beta = direct || i > 0 ? 1 : 0;
     for (int j = 0; j < u.columns; j += plan.column_step) {
       const int columns = std::min(plan.column_step, u.columns - j), skipped = u.triangular ? j : 0;
-      lapack::product('N', lu ? 'T' : turned, u.rows - skipped, columns, k.width, alpha, left + skipped, k.rows,
-                      right + j, ld_right, beta, target + skipped + static_cast<int64_t>(j) * ld, ld);
+      lapack::product('N', lu ? 'T' : turned, u.rows - skipped, columns, k.width, alpha, left + skipped,
+                      k.rows, right + j, ld_right, beta, target + skipped + static_cast<int64_t>(j) * ld, ld);
     }
     const int below = u.rows - u.columns;
     if (!lu || below == 0) continue;
@@ -182,8 +182,8 @@ step_result supernode_worker<T>::apply(const update_source* sources, int count) 
     lapack::product('N', 'T', below, u.columns, k.width, alpha, from.u + sources[i].from + u.columns, k.rows,
                     left, k.rows, beta, target_u, direct ? own_.rows : below);
   }
-  const bool by_elements =
-      plan_update({u.rows, u.columns, first.width, count, is_complex<T>, !lu}).scheme == update_scheme::elements;
+  const bool by_elements = plan_update({u.rows, u.columns, first.width, count, is_complex<T>, !lu}).scheme ==
+                           update_scheme::elements;
   if (direct || by_elements) return step_result::done;
   scatter(u, temp, 0, panels_.l);
   if (lu) scatter(u, temp_u, u.columns, panels_.u);
@@ -231,7 +231,8 @@ bool supernode_worker<T>::factor_diagonal() {
   const real_of<T> threshold = static_cast<real_of<T>>(shared_->options.threshold);
   const int w = own_.width, at = own_.first;
   if (shared_->type.unsymmetric()) {
-    factor_lu_block(w, panels_.l, own_.rows, threshold, shared_->luperm + at, shared_->luperm_row + at, counts_);
+    factor_lu_block(w, panels_.l, own_.rows, threshold, shared_->luperm + at, shared_->luperm_row + at,
+                    counts_);
     return true;
   }
   if (shared_->type.indefinite()) {
