@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The simpler interface to the direct solver: option words, statuses and states, ends of the process, statistics.
+// The simpler interface to the direct solver: option words, statuses and states, ends of the process,
+// statistics.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -86,7 +87,8 @@ TEST(DssOptions, FieldsAndStrayBits) {
       {0x08000100, dss::kFactor, 3},
       {0x08000140, dss::kFactor, dss::kInvalid},
   };
-  for (const auto& c : cases) EXPECT_EQ(dss::field_value(c.options, c.field), c.value) << std::hex << c.options;
+  for (const auto& c : cases)
+    EXPECT_EQ(dss::field_value(c.options, c.field), c.value) << std::hex << c.options;
   EXPECT_EQ(dss::solve_phase(0x1000), 33);
   EXPECT_EQ(dss::solve_phase(0x4000), 331);
   EXPECT_EQ(dss::solve_phase(0x8000), 332);
@@ -114,7 +116,8 @@ TEST(DssStatus, OfBadOptionsInTheirOrder) {
 TEST(DssStatus, OfSizes) {
   const struct {
     int rows, columns, nonzeros, status;
-  } cases[] = {{3, 0, 5, -5}, {0, 3, 5, -4}, {0, 0, 5, -5}, {3, 4, 5, -8}, {3, 3, 2, -6}, {3, 3, 10, -7}, {3, 3, 5, 0}};
+  } cases[] = {{3, 0, 5, -5}, {0, 3, 5, -4},  {0, 0, 5, -5}, {3, 4, 5, -8},
+               {3, 3, 2, -6}, {3, 3, 10, -7}, {3, 3, 5, 0}};
   session s;
   for (const auto& c : cases) {
     EXPECT_EQ(s.define(0, kTriangleRows, kTriangleColumns, c.rows, c.columns, c.nonzeros), c.status);
@@ -145,7 +148,12 @@ TEST(DssStatus, OfStates) {
          return s.solve(b, x);
        },
        {3, 4}},
-      {"memory", [](session& s) { double kb = 0; return s.statistics("peakmem", &kb); }, {0, 1, 2, 3, 4}},
+      {"memory",
+       [](session& s) {
+         double kb = 0;
+         return s.statistics("peakmem", &kb);
+       },
+       {0, 1, 2, 3, 4}},
   };
   for (const auto& routine : routines) {
     for (int state = 0; state <= 4; ++state) {
@@ -178,8 +186,8 @@ TEST(DssStatus, EndsTheProcessByItsSeverity) {
        },
        240, "QEL-DSS-DSS-Fatal, Invalid factor option\n"},
       {"silent", kQuiet, [](session& s) { s.reorder(); }, 0, ""},
-      {"talkative", QEL_DSS_MSG_LVL_SUCCESS + QEL_DSS_TERM_LVL_FATAL, [](session& s) { s.define_triangle(); }, 0,
-       "QEL-DSS-DSS-Success, Success\nQEL-DSS-DSS-Success, Success\nQEL-DSS-DSS-Success, Success\n"},
+      {"talkative", QEL_DSS_MSG_LVL_SUCCESS + QEL_DSS_TERM_LVL_FATAL, [](session& s) { s.define_triangle(); },
+       0, "QEL-DSS-DSS-Success, Success\nQEL-DSS-DSS-Success, Success\nQEL-DSS-DSS-Success, Success\n"},
       {"levels of one call stay", 0,
        [](session& s) {
          s.define(kQuiet, kTriangleRows, kTriangleColumns, 3, 4, 5);

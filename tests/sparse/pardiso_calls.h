@@ -75,7 +75,8 @@ class solver_calls {
       };
       for (size_t i = 0; i < n; ++i) r[i] = value(rhs[i + n * column]);
       for (size_t i = 0; i < n; ++i) {
-        for (auto k = static_cast<size_t>(matrix.ia[i]) - 1; k < static_cast<size_t>(matrix.ia[i + 1]) - 1; ++k) {
+        for (auto k = static_cast<size_t>(matrix.ia[i]) - 1; k < static_cast<size_t>(matrix.ia[i + 1]) - 1;
+             ++k) {
           const auto j = static_cast<size_t>(matrix.ja[k]) - 1;
           const wide a = value(matrix.a[k]);
           if (transposed) {
@@ -83,7 +84,8 @@ class solver_calls {
           } else {
             add(i, j, a);
           }
-          if (matrix.type % 2 == 0 && i != j) add(j, i, matrix.type == 4 || matrix.type == -4 ? std::conj(a) : a);
+          if (matrix.type % 2 == 0 && i != j)
+            add(j, i, matrix.type == 4 || matrix.type == -4 ? std::conj(a) : a);
         }
       }
       long double a_norm = 0, x_norm = 0, b_norm = 0, r_norm = 0;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Calls of the direct solver as a whole: phases, what errors print and return, statistics, refinement, iteration.
+// Calls of the direct solver as a whole: phases, what errors print and return, statistics, refinement,
+// iteration.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -30,7 +31,9 @@ std::vector<std::string> lines_of(const std::string& text) {
   for (std::string line; std::getline(stream, line);) lines.push_back(line);
   return lines;
 }
-bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 template <class T>
 void expect_all_phases_solve(int type, double tolerance) {
@@ -275,10 +278,9 @@ TEST(Failures, StructurallySingularMatrix) {
   calls c(a);
   c.msglvl = 1;
   EXPECT_EQ(lines_of(printed_by([&] { EXPECT_EQ(c.call(11), -6); })),
-            (std::vector<std::string>{
-                "*** Error in PARDISO  (prereordering_mtype11,13) error_num= -6",
-                "*** Error in PARDISO: preordering failed after 2 neqns out of 3",
-                "structure singular or input/parameter problem (matrixtype 11,13)"}));
+            (std::vector<std::string>{"*** Error in PARDISO  (prereordering_mtype11,13) error_num= -6",
+                                      "*** Error in PARDISO: preordering failed after 2 neqns out of 3",
+                                      "structure singular or input/parameter problem (matrixtype 11,13)"}));
   EXPECT_TRUE(c.empty());
 }
 
@@ -420,16 +422,21 @@ TEST(Statistics, HaveTheirLinesInOrder) {
     int phase;
     std::vector<const char*> has, has_not;
   } cases[] = {
-      {[](calls& d) { d.iparm(2) = 0; }, 11,
+      {[](calls& d) { d.iparm(2) = 0; },
+       11,
        {"( reorder to reorder )", "< Preprocessing with multiple minimum degree, tree height >\n",
         "< Reduction for efficient parallel factorization >\n"},
        {"metis", "gflop"}},
-      {[](calls& d) { d.iparm(2) = 1; }, 12,
+      {[](calls& d) { d.iparm(2) = 1; },
+       12,
        {"( reorder to factorize )", " < Preprocessing with multiple minimum degree with constraints >\n"},
        {"Time solve", "metis"}},
       {[](calls& d) { d.iparm(2) = 3; }, 11, {}, {"< Preprocessing"}},
       {[](calls& d) { d.iparm(5) = 2; }, 11, {" < Preprocessing with input permutation >\n"}, {"metis"}},
-      {[](calls& d) { d.iparm(4) = 31; }, 12, {" < Hybrid Solver PARDISO with CGS/CG Iteration >\n"}, {"Level-3"}},
+      {[](calls& d) { d.iparm(4) = 31; },
+       12,
+       {" < Hybrid Solver PARDISO with CGS/CG Iteration >\n"},
+       {"Level-3"}},
   };
   for (const auto& k : cases) {
     calls d(small_general());
@@ -506,7 +513,8 @@ TEST(Refinement, TracesAndStops) {
   c.iparm(4) = 0;
   const std::string text = printed_by([&] { EXPECT_EQ(c.call(33), 0); });
   EXPECT_TRUE(contains(text, "*** warning ref_it: 1. sumres,sumrhs")) << text;
-  EXPECT_TRUE(contains(text, "*** error PARDISO: iterative refinement\n exceeds max. iteration number 2\n")) << text;
+  EXPECT_TRUE(contains(text, "*** error PARDISO: iterative refinement\n exceeds max. iteration number 2\n"))
+      << text;
 }
 
 TEST(Refinement, TwoStepsAfterPerturbedPivots) {
@@ -544,7 +552,8 @@ void expect_iteration(int type, int iparm4, bool cg) {
   const std::vector<T> factored = c.matrix.a;
   for (size_t k = 0; k < c.matrix.a.size(); k += 3) c.matrix.a[k] = real_of<T>(1.01) * c.matrix.a[k];
   text = printed_by([&] { ASSERT_EQ(c.call(23), 0); });
-  EXPECT_TRUE(contains(text, cg ? " cg-iteration:   0.100E+01   0.100E-05\n" : " cgs-init:  0.   0.100E+01")) << text;
+  EXPECT_TRUE(contains(text, cg ? " cg-iteration:   0.100E+01   0.100E-05\n" : " cgs-init:  0.   0.100E+01"))
+      << text;
   EXPECT_TRUE(contains(text, cg ? " cg-iteration:  1." : " cgs-iteration:  1.")) << text;
   EXPECT_TRUE(contains(text, "      Time cgs    : ")) << text;
   EXPECT_FALSE(contains(text, "Time numfct")) << "no new factors: " << text;
@@ -580,7 +589,8 @@ TEST(Iteration, FailureLeadsToNewFactors) {
   c.iparm(4) = -121;
   c.iparm(8) = 3;
   ASSERT_EQ(c.call(12), 0);
-  for (size_t k = 0; k < c.matrix.a.size(); ++k) c.matrix.a[k] *= std::sin(static_cast<double>(k) * 12.9898) * 40;
+  for (size_t k = 0; k < c.matrix.a.size(); ++k)
+    c.matrix.a[k] *= std::sin(static_cast<double>(k) * 12.9898) * 40;
   ASSERT_EQ(c.call(33), 0);
   EXPECT_LT(c.iparm(20), 0);
   EXPECT_LT(c.backward_error(c.x, c.b), 1e-10) << "solved with new factors";
@@ -593,8 +603,9 @@ TEST(Report, TellsConditionAndErrors) {
   for (const int type : {11, 2, -2}) {
     calls c(csr_of<double>(as_type(grid(5, 5, 1), type)), 2);
     ASSERT_EQ(c.call(13), 0);
-    const pardiso::quality_question question = {c.pt.data(),         1,      c.matrix.a.data(), c.matrix.ia.data(),
-                                                c.matrix.ja.data(), c.nrhs, c.b.data(),        c.x.data()};
+    const pardiso::quality_question question = {
+        c.pt.data(),        1,      c.matrix.a.data(), c.matrix.ia.data(),
+        c.matrix.ja.data(), c.nrhs, c.b.data(),        c.x.data()};
     double errors[2];
     const pardiso::quality found = pardiso::judge_quality(question, errors);
     EXPECT_EQ(found.verdict, pardiso::quality_good);
@@ -608,7 +619,8 @@ TEST(Report, TellsConditionAndErrors) {
     ASSERT_EQ(inverse.call(13), 0);
     std::vector<double> column_sums(n);
     for (size_t i = 0; i < n; ++i) {
-      for (auto k = static_cast<size_t>(c.matrix.ia[i]) - 1; k < static_cast<size_t>(c.matrix.ia[i + 1]) - 1; ++k) {
+      for (auto k = static_cast<size_t>(c.matrix.ia[i]) - 1; k < static_cast<size_t>(c.matrix.ia[i + 1]) - 1;
+           ++k) {
         const auto j = static_cast<size_t>(c.matrix.ja[k]) - 1;
         column_sums[j] += std::fabs(c.matrix.a[k]);
         if (type % 2 == 0 && i != j) column_sums[i] += std::fabs(c.matrix.a[k]);
@@ -628,8 +640,9 @@ TEST(Report, TellsConditionAndErrors) {
     EXPECT_EQ(std::string(text).substr(0, 22), "good: condition about ");
   }
   void* empty[64] = {};
-  EXPECT_EQ(pardiso::judge_quality({empty, 1, nullptr, nullptr, nullptr, 0, nullptr, nullptr}, nullptr).verdict,
-            pardiso::quality_no_factors);
+  EXPECT_EQ(
+      pardiso::judge_quality({empty, 1, nullptr, nullptr, nullptr, 0, nullptr, nullptr}, nullptr).verdict,
+      pardiso::quality_no_factors);
 }
 
 TEST(Progress, TellsAndCancels) {
@@ -652,7 +665,8 @@ TEST(Progress, TellsAndCancels) {
   EXPECT_TRUE(seen.rises);
   seen = {.cancel_in = 2};
   c.msglvl = 1;
-  EXPECT_TRUE(contains(printed_by([&] { EXPECT_EQ(c.call(22), -4); }), "*** PARDISO: cancelled by the caller\n"));
+  EXPECT_TRUE(
+      contains(printed_by([&] { EXPECT_EQ(c.call(22), -4); }), "*** PARDISO: cancelled by the caller\n"));
   c.msglvl = 0;
   pardiso::watch_progress({});
   ASSERT_EQ(c.call(23), 0);

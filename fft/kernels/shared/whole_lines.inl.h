@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Whole lines of up to some hundred elements: r m of them in two steps through a buffer, a prime number of them by
-// sums.
+// Whole lines of up to some hundred elements: r m of them in two steps through a buffer, a prime number of
+// them by sums.
 #pragma once
 
 #include "fft/kernels/shared/planar_lanes.inl.h"
@@ -8,8 +8,8 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
-/// body.template operator()<V>(at) for blocks of V::kCount that cover 0 .. count; the last one overlaps the one
-/// before if it must.
+/// body.template operator()<V>(at) for blocks of V::kCount that cover 0 .. count; the last one overlaps the
+/// one before if it must.
 template <class R, class Body>
 [[gnu::always_inline]] inline void by_blocks(core_int count, Body body) {
   using V = widest<R>;
@@ -87,12 +87,13 @@ void line_rows(const complex_type<R>* buffer, core_int r, complex_type<R>* outpu
   });
 }
 
-/// An odd number n of elements. With h = n / 2, outputs k and n - k are x_0 + sum_j (x_j + x_(n-j)) cos(2 pi j k / n)
-/// -+ i sum_j (x_j - x_(n-j)) sin(2 pi j k / n), j = 1 .. h. cosines and sines have a row of `pitch` k's, k = 1
-/// first, for each j; pitch: h filled up to whole registers. work: 4 h + 4 pitch.
+/// An odd number n of elements. With h = n / 2, outputs k and n - k are x_0 + sum_j (x_j + x_(n-j)) cos(2 pi
+/// j k / n)
+/// -+ i sum_j (x_j - x_(n-j)) sin(2 pi j k / n), j = 1 .. h. cosines and sines have a row of `pitch` k's, k =
+/// 1 first, for each j; pitch: h filled up to whole registers. work: 4 h + 4 pitch.
 template <class R, bool kBackward>
-void line_by_sums(const complex_type<R>* input, complex_type<R>* output, core_int n, core_int pitch, const R* cosines,
-                  const R* sines, R* work) {
+void line_by_sums(const complex_type<R>* input, complex_type<R>* output, core_int n, core_int pitch,
+                  const R* cosines, const R* sines, R* work) {
   using V = widest_parts<R>;
   using part = typename V::part;
   using lane = typename V::lane;
@@ -118,7 +119,8 @@ void line_by_sums(const complex_type<R>* input, complex_type<R>* output, core_in
     }
     for (core_int j = 0; j < h; ++j) {
       const R* const t = terms + 4 * j;
-      const lane sum_re = part::all(t[0]), sum_im = part::all(t[1]), dif_re = part::all(t[2]), dif_im = part::all(t[3]);
+      const lane sum_re = part::all(t[0]), sum_im = part::all(t[1]), dif_re = part::all(t[2]),
+                 dif_im = part::all(t[3]);
 #pragma GCC unroll 4
       for (int i = 0; i < kWidth; ++i) {
         const core_int at = j * pitch + k + i * V::kCount;
