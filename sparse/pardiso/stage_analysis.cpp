@@ -7,6 +7,7 @@
 
 #include "service/cpu_facts.h"
 #include "service/environment.h"
+#include "service/serv.h"
 #include "sparse/pardiso/checks.h"
 #include "sparse/pardiso/stages.h"
 #include "sparse/pardiso/tuning.h"
@@ -20,6 +21,9 @@ int clipped(int64_t value) {
 int clipped(double value) {
   return static_cast<int>(std::min<double>(value, std::numeric_limits<int>::max()));
 }
+
+/// Levels from this one on are the library's own: supernodes may be merged.
+constexpr int kFirstNativeLevel = 5;
 
 bool environment_says(const char* name, const char* wanted) {
   char value[16];
@@ -97,6 +101,7 @@ stage_status analyse(const solver_call& call, const handle& h) {
   options.unsymmetric = call.type().unsymmetric();
   options.is_complex = is_complex<T>;
   options.threads = record.threads;
+  options.native = serv_cpu_level() >= kFirstNativeLevel;
   if (status.ok()) status = build_structure(adjacency, options, made->order, record.account, made->form);
   if (!status.ok()) {
     owner.release_analysis();

@@ -21,6 +21,9 @@ struct factor_options {
   void* progress_context = nullptr;
 };
 
+template <class T>
+class panel_store;
+
 /// The factors of one matrix. pivot, luperm and luperm_row hold, column by column, lists of interchanges
 /// inside the diagonal blocks: see diagonal_block.h. The diagonal block of a symmetric indefinite type holds
 /// D on its diagonal, and an element of D below the diagonal above it; L has ones on its diagonal, and so has
@@ -28,11 +31,12 @@ struct factor_options {
 template <class T>
 struct factors {
   block<T> lnz, unz;
-  block<int> pivot;                ///< symmetric indefinite: interchanges and 2-by-2 pivots of the blocks
-  block<int> luperm, luperm_row;   ///< unsymmetric: column and row interchanges of the blocks
-  int perturbed = 0;               ///< iparm(14)
-  int positive = 0, negative = 0;  ///< inertia, iparm(22), iparm(23)
-  int failed_column = 0;           ///< iparm(30), the caller's number, counted from 1
+  panel_store<T>* store = nullptr;  ///< where the panels are if not in lnz and unz; belongs to the caller
+  block<int> pivot;                 ///< symmetric indefinite: interchanges and 2-by-2 pivots of the blocks
+  block<int> luperm, luperm_row;    ///< unsymmetric: column and row interchanges of the blocks
+  int perturbed = 0;                ///< iparm(14)
+  int positive = 0, negative = 0;   ///< inertia, iparm(22), iparm(23)
+  int failed_column = 0;            ///< iparm(30), the caller's number, counted from 1
   double norm_a = 0;
   double scatter_seconds = 0, factor_seconds = 0;
 };
@@ -41,8 +45,9 @@ struct factors {
 template <class T>
 double pivot_threshold(const csr_view<T>& a, int k);
 
-/// error -2, -4 (failed_column; sub-code -2: no work memory; factorisation_cancelled), and -5 if A has an
-/// entry that the analysed pattern has not.
+/// Into the result's store if it has one. error -2, -4 (failed_column; sub-code -2: no work memory;
+/// factorisation_cancelled), and -5 if A has an entry that the analysed pattern has not; the store's own
+/// failure if a transfer failed.
 template <class T>
 stage_status factorise(const csr_view<T>& a, const analysis& analysed, const factor_options& options,
                        memory_account& account, factors<T>& result);
@@ -57,9 +62,9 @@ struct solve_options {
 };
 
 /// x := A^-1 b (or a part of it) for nrhs columns of n, leading dimension n; b and x may be the same.
-/// work: n * nrhs elements.
+/// work: n * nrhs elements. Only a store can fail.
 template <class T>
-void substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
-                const solve_options& options, int nrhs, const T* b, T* x, T* work);
+stage_status substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
+                        const solve_options& options, int nrhs, const T* b, T* x, T* work);
 
 }  // namespace qel::pardiso

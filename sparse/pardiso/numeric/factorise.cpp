@@ -42,7 +42,6 @@ struct outcome {
       case step_result::bad_entry:
         return {-5, 0};
       case step_result::io_failed:
-        return {-11, 0};
       case step_result::done:
         break;
     }
@@ -213,12 +212,13 @@ stage_status factorise_into(const csr_view<T>& a, const analysis& analysed, cons
   result.failed_column = how.failed_column < 0 ? 0 : analysed.order.perm[how.failed_column] + 1;
   result.scatter_seconds = middle - start;
   result.factor_seconds = omp_get_wtime() - middle;
-  return how.status();
+  return how.worst == step_result::io_failed ? store.failure() : how.status();
 }
 
 template <class T>
 stage_status factorise(const csr_view<T>& a, const analysis& analysed, const factor_options& options,
                        memory_account& account, factors<T>& result) {
+  if (result.store != nullptr) return factorise_into(a, analysed, options, *result.store, account, result);
   const structure& form = analysed.form;
   const int64_t elements = form.xlnz[form.supernodes];
   // Pages that are there already need not be fetched again.

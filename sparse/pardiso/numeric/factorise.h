@@ -6,7 +6,7 @@
 
 namespace qel::pardiso {
 
-/// As factorise(); lnz and unz of the result stay as they are. error -11: a transfer failed.
+/// As factorise(); lnz, unz and store of the result stay as they are.
 template <class T>
 stage_status factorise_into(const csr_view<T>& a, const analysis& analysed, const factor_options& options,
                             panel_store<T>& store, memory_account& account, factors<T>& result);

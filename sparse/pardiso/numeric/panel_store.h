@@ -29,6 +29,9 @@ struct const_panel_pair {
   const T* u = nullptr;
 };
 
+/// What panels are read for.
+enum class store_pass { factorisation, forward, backward };
+
 /// Calls come from several threads, each with a number of its own below the count that the store was made
 /// for. A false result is a failed transfer.
 template <class T>
@@ -41,6 +44,10 @@ class panel_store {
   virtual bool close(int supernode, int thread) = 0;
   /// Final panels, valid until the thread's next read.
   virtual bool read(int supernode, int thread, const_panel_pair<T>& panels) = 0;
+  /// What the thread reads for from now on.
+  virtual void start_pass(int, store_pass) {}
+  /// What made a call fail.
+  virtual stage_status failure() const = 0;
 };
 
 /// All panels in two arrays.
@@ -59,6 +66,7 @@ class panels_in_core final : public panel_store<T> {
     panels.u = unz_ == nullptr ? nullptr : unz_ + form_.xunz[supernode];
     return true;
   }
+  stage_status failure() const override { return {}; }
 
  private:
   const structure& form_;

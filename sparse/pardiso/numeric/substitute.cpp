@@ -116,6 +116,7 @@ class slice_solver {
 
   bool forward() const {
     const structure& form = analysed_.form;
+    store_.start_pass(thread_, store_pass::forward);
     for (int s = 0; s < form.supernodes; ++s) {
       const supernode_shape own = shape_of(form, s);
       const_panel_pair<T> panels;
@@ -143,6 +144,7 @@ class slice_solver {
 
   bool backward() const {
     const structure& form = analysed_.form;
+    store_.start_pass(thread_, store_pass::backward);
     if (type_.hermitian()) turn();
     for (int s = form.supernodes - 1; s >= 0; --s) {
       const supernode_shape own = shape_of(form, s);
@@ -258,17 +260,19 @@ bool substitute_from(matrix_type type, const analysis& analysed, const factors<T
 }
 
 template <class T>
-void substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
-                const solve_options& options, int nrhs, const T* b, T* x, T* work) {
-  panels_in_core<T> store(analysed.form, f.lnz.get(), f.unz.get());
-  substitute_from(shape.type, analysed, f, store, options, nrhs, b, x, work);
+stage_status substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
+                        const solve_options& options, int nrhs, const T* b, T* x, T* work) {
+  panels_in_core<T> in_core(analysed.form, f.lnz.get(), f.unz.get());
+  panel_store<T>& store = f.store != nullptr ? *f.store : in_core;
+  const bool done = substitute_from(shape.type, analysed, f, store, options, nrhs, b, x, work);
+  return done ? stage_status{} : store.failure();
 }
 
-#define QEL_INSTANTIATE(T)                                                                               \
-  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&,        \
-                                const solve_options&, int, const T*, T*, T*);                            \
-  template void substitute(const csr_view<T>&, const analysis&, const factors<T>&, const solve_options&, \
-                           int, const T*, T*, T*);
+#define QEL_INSTANTIATE(T)                                                                        \
+  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&, \
+                                const solve_options&, int, const T*, T*, T*);                     \
+  template stage_status substitute(const csr_view<T>&, const analysis&, const factors<T>&,        \
+                                   const solve_options&, int, const T*, T*, T*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)
 QEL_INSTANTIATE(complex8)

@@ -23,9 +23,12 @@ memory_prediction predict_memory(const structure& s, const structure_options& op
   const double scratch = threads * (scalar * static_cast<double>(s.work_elements) +
                                     integer * (n + static_cast<double>(s.longest_rows)));
   const double working = lists + scattered + scratch;
-  const double panels = 3 * threads * scalar * static_cast<double>(s.largest_panel);
+  // A thread fills one pair of panels and reads another.
+  const double pairs =
+      2 * threads * scalar * static_cast<double>(s.largest_panel) * (options.unsymmetric ? 2 : 1);
+  const double places = 32 * supernodes;
   return {megabytes(kept + factors + working), megabytes(working), megabytes(factors),
-          megabytes(kept + working + panels)};
+          megabytes(kept + working + pairs + places)};
 }
 
 }  // namespace qel::pardiso
