@@ -13,14 +13,20 @@ namespace {
 /// The families of factorisations, as their transfers are labelled.
 const char* family_of(matrix_type type) {
   switch (type.number) {
-    case 2: return "blkl";
-    case -2: return "blkldl";
-    case -4: return "ch_blkldl";
+    case 2:
+      return "blkl";
+    case -2:
+      return "blkldl";
+    case -4:
+      return "ch_blkldl";
     case 4:
-    case 6: return "c_blkl";
+    case 6:
+      return "c_blkl";
     case 3:
-    case 13: return "c_blklu_unsym";
-    default: return "blklu_unsym";
+    case 13:
+      return "c_blklu_unsym";
+    default:
+      return "blklu_unsym";
   }
 }
 const char* solve_family_of(matrix_type type) {
@@ -31,17 +37,17 @@ const char* solve_family_of(matrix_type type) {
 }  // namespace
 
 int64_t panel_cache_bytes(const memory_prediction& predicted, int64_t limit) {
-  return std::max<int64_t>(limit - predicted.out_of_core_minimum, 0) * (int64_t{1} << 20);
+  return std::max<int64_t>(limit - predicted.out_of_core_minimum - 1, 0) * (int64_t{1} << 20);
 }
 
 template <class T>
 panels_in_files<T>::~panels_in_files() {
-  release();
+  shut();
   omp_destroy_lock(&lock_);
 }
 
 template <class T>
-void panels_in_files<T>::release() {
+void panels_in_files<T>::shut() {
   for (int t = 0; t < threads_; ++t) {
     close_ooc_file(channels_[t].l);
     close_ooc_file(channels_[t].u);
@@ -56,7 +62,7 @@ template <class T>
 stage_status panels_in_files<T>::prepare(const structure& form, matrix_type type, ooc_file_set& files,
                                          bool fresh, int threads, int64_t cache_bytes,
                                          memory_account& account) {
-  release();
+  shut();
   form_ = &form;
   files_ = &files;
   account_ = &account;
@@ -67,7 +73,8 @@ stage_status panels_in_files<T>::prepare(const structure& form, matrix_type type
   const int64_t rounded = all + 64 * static_cast<int64_t>(form.supernodes);
   const int64_t largest = form.largest_panel * (lu_ ? 2 : 1);
   if (!ring_.allocate(form.supernodes, std::min(cache_bytes, rounded), account)) return {-2, 0};
-  channels_ = static_cast<channel*>(account.allocate(static_cast<size_t>(threads) * sizeof(channel), block_fact_lu));
+  channels_ =
+      static_cast<channel*>(account.allocate(static_cast<size_t>(threads) * sizeof(channel), block_fact_lu));
   if (channels_ == nullptr) return {-2, 0};
   for (threads_ = 0; threads_ < threads;) {
     channel& own = *new (channels_ + threads_) channel{};
