@@ -39,6 +39,10 @@ struct solve_options {
   std::string matrix;                    ///< Matrix Market file of a square matrix
   std::string right_hand_side = "ones";  ///< "ones", "random" or a Matrix Market file with as many rows
   std::string output;                    ///< where the solution goes; empty: nowhere
+  bool dense = false;                    ///< LAPACK's way for a sparse matrix, too
+  int type = 0;                          ///< of the sparse solver; 0: by the file's header
+  bool statistics = false;               ///< the sparse solver prints its own
+  std::string spy;                       ///< SVG file of the patterns of A and L; empty: none
   bool json = false;
 };
 /// Solves A X = B and reports sizes, times and the normwise backward error.

@@ -72,7 +72,20 @@ int run(int argc, char** argv) {
       ->capture_default_str()
       ->excludes(positional);
   solve_command->add_option("-o,--output", solve.output, "Write the solution there, Matrix Market array");
-  solve_command->add_flag("--json", solve.json, "Print JSON");
+  CLI::Option* json = solve_command->add_flag("--json", solve.json, "Print JSON");
+  CLI::Option* dense =
+      solve_command->add_flag("--dense", solve.dense, "Factor a dense matrix whatever the file's form is");
+  solve_command
+      ->add_option(
+          "--type", solve.type,
+          "Matrix type of the sparse solver: 1, 2, -2, 11 real; 3, 4, -4, 6, 13 complex (qel/pardiso.h)")
+      ->check(CLI::IsMember({1, 2, -2, 3, 4, -4, 6, 11, 13}))
+      ->excludes(dense);
+  solve_command->add_flag("--stats", solve.statistics, "The sparse solver's own statistics")
+      ->excludes(dense)
+      ->excludes(json);
+  solve_command->add_option("--spy", solve.spy, "Draw the patterns of A and of the factor into this SVG file")
+      ->excludes(dense);
 
   check_options check;
   CLI::App* check_command = app.add_subcommand("check", "Look over the structure of a sparse matrix");

@@ -50,6 +50,14 @@ void add_line(text& out, const dft_spec<R>& spec) {
       }
       break;
     case line_method::kAutosort:
+      if (spec.autosort->whole.method == whole_line::kTwoSteps) {
+        out.add("%d rows times %d columns", spec.autosort->whole.rows, spec.autosort->whole.columns);
+        break;
+      }
+      if (spec.autosort->whole.method == whole_line::kSums) {
+        out.add("sums side by side");
+        break;
+      }
       out.add("passes that sort");
       add_radices(out, spec.length);
       break;

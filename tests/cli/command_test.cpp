@@ -43,10 +43,60 @@ TEST(Solve, WritesTheSolutionOfAKnownSystem) {
   for (size_t k = 0; k < 4; ++k) EXPECT_NEAR(std::abs(solution.entries[k].value - want[k]), 0, 1e-15);
 }
 
+TEST(Solve, TakesTheTypeThatSuitsAMatrix) {
+  const std::string real = "%%MatrixMarket matrix coordinate real symmetric\n",
+                    complex = "%%MatrixMarket matrix coordinate complex ";
+  const test::temporary_file definite(real + "3 3 5\n1 1 4\n2 1 1\n2 2 3\n3 2 1\n3 3 2\n"),
+      indefinite(real + "3 3 5\n1 1 1\n2 1 3\n2 2 1\n3 2 1\n3 3 2\n"),
+      negative(real + "2 2 3\n1 1 -2\n2 1 1\n2 2 -2\n"), diagonal(real + "3 3 3\n1 1 4\n2 2 -1\n3 3 2\n"),
+      hermitian(complex + "hermitian\n2 2 3\n1 1 3 0\n2 1 1 -1\n2 2 2 0\n"),
+      hermitian_indefinite(complex + "hermitian\n2 2 3\n1 1 1 0\n2 1 3 -1\n2 2 1 0\n"),
+      complex_symmetric(complex + "symmetric\n2 2 3\n1 1 3 1\n2 1 1 -1\n2 2 2 0\n"),
+      general(complex + "general\n2 2 3\n1 1 3 1\n2 1 1 -1\n2 2 2 0\n");
+  const struct {
+    const test::temporary_file& file;
+    std::string options;
+    int type;
+  } cases[] = {{definite, "", 2},           {definite, "--type 11", 11},
+               {definite, "--type 4", 4},   {indefinite, "", -2},
+               {negative, "", -2},          {diagonal, "", -2},
+               {hermitian, "", 4},          {hermitian_indefinite, "", -4},
+               {complex_symmetric, "", 6},  {general, "", 13},
+               {hermitian, "--type 13", 13}};
+  for (const auto& c : cases) {
+    const command_result result = run("solve --json --rhs random " + c.options + " " + c.file.path());
+    ASSERT_EQ(result.exit_code, 0) << result.output;
+    const nlohmann::json report = nlohmann::json::parse(result.output);
+    EXPECT_EQ(report["solver"]["type"], c.type) << c.options;
+    EXPECT_LT(report["backward_error"].get<double>(), 1e-15);
+    if (c.type == -2 && &c.file != &diagonal) {
+      EXPECT_EQ(report["solver"]["inertia"]["negative"], &c.file == &negative ? 2 : 1);
+    }
+  }
+}
+
+TEST(Solve, DrawsPatternsAndTellsStatistics) {
+  const test::temporary_file picture("");
+  const command_result result =
+      run("solve --stats --spy " + picture.path() + " " QEL_EXAMPLES "494_bus.mtx.gz");
+  ASSERT_EQ(result.exit_code, 0) << result.output;
+  for (const char* part : {"PARDISO: solving a symm. posit. def. system", "#supernodes:", "\nfill ",
+                           "GFlop/s", "\nverdict         good: condition about "}) {
+    EXPECT_TRUE(contains(result.output, part)) << part << '\n' << result.output;
+  }
+  FILE* const file = std::fopen(picture.path().c_str(), "r");
+  char text[4096] = {};
+  static_cast<void>(std::fread(text, 1, sizeof text - 1, file));
+  std::fclose(file);
+  EXPECT_TRUE(contains(text, "<svg ")) << text;
+  EXPECT_TRUE(contains(text, "A: order 494, 1080 entries in its triangle")) << text;
+}
+
 TEST(Solve, TellsBadInputFromASingularMatrix) {
   const std::string header = "%%MatrixMarket matrix coordinate real general\n";
   const test::temporary_file rectangular(header + "2 3 1\n1 1 1\n"), malformed(header + "2 2 1\n1 1 x\n"),
       zero_row(header + "2 2 1\n1 1 1\n"), one(header + "1 1 1\n1 1 2\n"), empty(header + "0 0 0\n"),
+      twins(header + "3 3 5\n1 1 1\n1 2 1\n2 1 1\n2 2 1\n3 3 2\n"),
       too_large(header + "2000000000 2000000000 0\n");
   const struct {
     std::string arguments;
@@ -65,7 +115,17 @@ TEST(Solve, TellsBadInputFromASingularMatrix) {
 #ifndef QEL_NEW_ENDS_THE_PROCESS
       {"solve " + too_large.path(), 2, "not enough memory"},
 #endif
-      {"solve " + zero_row.path(), 3, "the matrix is singular: pivot 2 of 2 is exactly zero"},
+      {"solve --dense " + zero_row.path(), 3, "the matrix is singular: pivot 2 of 2 is exactly zero"},
+      {"solve " + zero_row.path(), 3, "singular: a diagonal matrix with a zero on its diagonal"},
+      {"solve --rhs random " + twins.path(), 3, "the matrix is singular: 1 of 3 pivots were too small"},
+      {"solve --type 2 " + twins.path(), 3, "the matrix is singular: no pivot in row"},
+      {"solve --rhs random --type 6 " + twins.path(), 3, "the matrix is singular: 1 of 3"},
+      {"solve --type 2 " QEL_EXAMPLES "orsirr_1.mtx.gz", 2,
+       "type 2 (real symmetric, positive definite) does not suit the matrix"},
+      {"solve --type 11 " QEL_DATA "c_west0067.mtx.gz", 2, "the matrix is complex, type 11 is real"},
+      {"solve --type 5 " + one.path(), 2, "--type"},
+      {"solve --dense --type 2 " + one.path(), 2, "excludes"},
+      {"solve --spy /nonexistent/a.svg " + one.path(), 2, "/nonexistent/a.svg: No such file or directory"},
       {"solve --json " QEL_DATA "GD96_d.mtx.gz", 3, "\"status\": \"singular\""},
       {"solve " + empty.path(), 0, "0 by 0"},
       {"--version", 0, "qel 1."},

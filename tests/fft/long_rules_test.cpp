@@ -121,14 +121,31 @@ TEST(NativePlan, MethodsByLength) {
     core_int length;
     native_method method;
     core_int rows, padded;
-  } cases[] = {{64, kAutosort, 0, 0},       {37, kAutosort, 0, 0},    {67, kBluestein, 0, 144},
-               {1009, kBluestein, 0, 2048}, {8192, kAutosort, 0, 0},  {1 << 20, kLong, 1 << 10, 0},
-               {1000000, kLong, 1000, 0},   {302, kBluestein, 0, 640}};
+  } cases[] = {{64, kAutosort, 0, 0},        {37, kAutosort, 0, 0},       {149, kAutosort, 0, 0},
+               {151, kBluestein, 0, 320},    {1009, kBluestein, 0, 2048}, {8192, kAutosort, 0, 0},
+               {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},   {302, kBluestein, 0, 640}};
   for (const auto& c : cases) {
     const native_plan plan = plan_native_line(c.length);
     EXPECT_EQ(plan.method, c.method) << c.length;
     EXPECT_EQ(plan.rows, c.rows) << c.length;
     EXPECT_EQ(plan.padded, c.padded) << c.length;
+  }
+}
+
+TEST(NativePlan, WholeLines) {
+  using enum whole_line;
+  const struct {
+    core_int length;
+    whole_line_plan plan;
+  } cases[] = {{18, {kTwoSteps, 3, 6}},    {128, {kTwoSteps, 8, 16}},  {144, {kTwoSteps, 12, 12}},
+               {256, {kTwoSteps, 16, 16}}, {121, {kTwoSteps, 11, 11}}, {34, {kPasses, 0, 0}},
+               {250, {kPasses, 0, 0}},     {512, {kPasses, 0, 0}},     {17, {kSums, 0, 0}},
+               {149, {kSums, 0, 0}},       {151, {kPasses, 0, 0}}};
+  for (const auto& c : cases) {
+    const whole_line_plan plan = plan_whole_line(c.length);
+    EXPECT_EQ(plan.method, c.plan.method) << c.length;
+    EXPECT_EQ(plan.rows, c.plan.rows) << c.length;
+    EXPECT_EQ(plan.columns, c.plan.columns) << c.length;
   }
 }
 

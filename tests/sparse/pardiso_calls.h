@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <functional>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,9 @@
 #include "tests/support/sparse_problems.h"
 
 namespace qel::test {
+
+/// What a good analysis says.
+inline constexpr const char* kInCore = "=== PARDISO is running in In-Core mode, because iparam(60)=0 ===";
 
 /// What body prints.
 inline std::string printed_by(const std::function<void()>& body) {
@@ -108,5 +112,20 @@ class solver_calls {
   std::vector<int> perm = std::vector<int>(static_cast<size_t>(matrix.n));
   std::vector<T> b, x;
 };
+
+using calls = solver_calls<double>;
+
+inline csr_arrays<double> small_spd() { return csr_of<double>(grid(7, 6, 1)); }
+inline csr_arrays<double> small_general() { return csr_of<double>(convection(7, 6, 1)); }
+
+inline std::vector<std::string> lines_of(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+inline bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
 
 }  // namespace qel::test

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "sparse/pardiso/order/dissection.h"
+#include "sparse/pardiso/order/fill.h"
 #include "tests/sparse/pardiso_support.h"
 
 namespace qel::test {
@@ -146,6 +147,31 @@ TEST(Ordering, FillStaysNearWhatIsKnownToBePossible) {
       EXPECT_LT(static_cast<double>(fill_of(o)), 1.05 * static_cast<double>(bounds[method]))
           << one.problem.name << " method " << method;
     }
+  }
+}
+
+TEST(Ordering, ChoosesByFill) {
+  // Minimum degree is better on the first, dissection on the second.
+  for (const auto& [problem, method] : {std::pair{grid(30, 30, 1), 0}, {grid(20, 20, 20), 2}}) {
+    const auto m = csr_of<double>(problem);
+    int64_t fill[3];
+    for (const int one : {0, 2}) {
+      ordered o;
+      ordering_options options;
+      options.method = one;
+      run_ordering(m, options, o);
+      fill[one] = fill_of(o);
+      EXPECT_EQ(pardiso::count_fill(o.adjacency, o.order.perm.get(), o.order.inverse.get(), o.account),
+                fill[one]);
+    }
+    ordered chosen;
+    ordering_options options;
+    options.choose_by_fill = true;
+    run_ordering(m, options, chosen);
+    EXPECT_EQ(chosen.order.method, fill[0] < fill[2] ? 0 : 2) << fill[0] << " " << fill[2];
+    EXPECT_EQ(chosen.order.method, method);
+    EXPECT_EQ(fill_of(chosen), std::min(fill[0], fill[2]));
+    expect_permutation(chosen);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <chrono>
 
 #include "sparse/pardiso/order/dissection.h"
+#include "sparse/pardiso/order/fill.h"
 #include "sparse/pardiso/order/matching.h"
 #include "sparse/pardiso/order/minimum_degree.h"
 
@@ -187,10 +188,16 @@ bool set_ranges(int n, const int* part_of, int parts, bool dissected, memory_acc
   return true;
 }
 
+bool allocate_permutation(int n, memory_account& account, ordering& result) {
+  return result.perm.allocate(account, n, block_struc_fi) &&
+         result.inverse.allocate(account, n, block_struc_fi);
+}
+
 /// perm, inverse and ranges by result.method.
 stage_status order_columns(const graph& adjacency, const pairing& paired, ordering& result,
                            memory_account& account) {
   const int n = adjacency.n;
+  if (!allocate_permutation(n, account, result)) return kNoMemory;
   int64_t longest = 0;
   for (int i = 0; i < n; ++i) longest = std::max(longest, adjacency.xadj[i + 1] - adjacency.xadj[i]);
   const dissection_options dissecting = choose_dissection_options(n, longest);
@@ -218,6 +225,28 @@ stage_status order_columns(const graph& adjacency, const pairing& paired, orderi
   return {};
 }
 
+/// The same by minimum degree or by nested dissection, whichever leaves less fill.
+stage_status order_by_fill(const graph& adjacency, const pairing& paired, ordering& result,
+                           memory_account& account) {
+  ordering by_degree;
+  by_degree.method = 0;
+  by_degree.subgraphs = result.subgraphs;
+  result.method = 2;
+  stage_status status = order_columns(adjacency, paired, by_degree, account);
+  if (status.ok()) status = order_columns(adjacency, paired, result, account);
+  if (!status.ok()) return status;
+  const int64_t fill = count_fill(adjacency, result.perm.get(), result.inverse.get(), account);
+  const int64_t fill_by_degree =
+      count_fill(adjacency, by_degree.perm.get(), by_degree.inverse.get(), account);
+  if (fill < 0 || fill_by_degree < 0) return kNoMemory;
+  if (fill_by_degree >= fill) return {};
+  result.method = 0;
+  result.perm = std::move(by_degree.perm);
+  result.inverse = std::move(by_degree.inverse);
+  result.ranges = std::move(by_degree.ranges);
+  return {};
+}
+
 }  // namespace
 
 template <class T>
@@ -241,18 +270,18 @@ stage_status compute_ordering(const csr_view<T>& a, const ordering_options& opti
   if (!status.ok()) return status;
 
   const stopwatch order;
-  if (!result.perm.allocate(account, n, block_struc_fi) ||
-      !result.inverse.allocate(account, n, block_struc_fi))
-    return kNoMemory;
   if (paired.pairs_length > 0 && options.permutation_mode != 1) {
     if (!result.pairs.allocate(account, paired.pairs_length, block_struc_fi)) return kNoMemory;
     for (int64_t p = 0; p < paired.pairs_length; ++p) result.pairs[p] = paired.pairs[p];
   }
   if (options.permutation_mode == 1) {
+    if (!allocate_permutation(n, account, result)) return kNoMemory;
     if (!take_users(user_perm, n, result)) return {-3, 0};
     if (!set_ranges(n, nullptr, 0, false, account, result)) return kNoMemory;
   } else {
-    status = order_columns(adjacency, paired, result, account);
+    const bool by_fill = options.choose_by_fill && (result.method == 0 || result.method == 2);
+    status = by_fill ? order_by_fill(adjacency, paired, result, account)
+                     : order_columns(adjacency, paired, result, account);
     if (!status.ok()) return status;
   }
   if (options.permutation_mode == 2)
