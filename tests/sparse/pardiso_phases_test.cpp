@@ -144,6 +144,7 @@ TEST(Statistics, HaveTheirLinesInOrder) {
   c.msglvl = 2;
   const std::vector<std::string> lines = lines_of(printed_by([&] { ASSERT_EQ(c.call(13), 0); }));
   const char* const starts[] = {
+      kInCore,
       "================  PARDISO: solving a symm. posit. def. system  ================",
       "",
       "",
