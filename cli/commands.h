@@ -42,6 +42,9 @@ struct solve_options {
   bool dense = false;                    ///< LAPACK's way for a sparse matrix, too
   int type = 0;                          ///< of the sparse solver; 0: by the file's header
   bool statistics = false;               ///< the sparse solver prints its own
+  bool out_of_core = false;              ///< factors in files
+  std::string store_path;                ///< folder of those files; empty: the current one
+  int max_core = 0;                      ///< megabytes from which on factors go into files; 0: never
   std::string spy;                       ///< SVG file of the patterns of A and L; empty: none
   bool json = false;
 };

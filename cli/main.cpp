@@ -84,6 +84,16 @@ int run(int argc, char** argv) {
   solve_command->add_flag("--stats", solve.statistics, "The sparse solver's own statistics")
       ->excludes(dense)
       ->excludes(json);
+  solve_command->add_flag("--out-of-core", solve.out_of_core, "Keep the sparse solver's factors in files")
+      ->excludes(dense);
+  solve_command
+      ->add_option("--ooc-path", solve.store_path, "Folder of these files, instead of the current one")
+      ->excludes(dense);
+  solve_command
+      ->add_option("--max-core", solve.max_core,
+                   "Megabytes that the sparse solver may take; beyond them its factors go into files")
+      ->check(CLI::PositiveNumber)
+      ->excludes(dense);
   solve_command->add_option("--spy", solve.spy, "Draw the patterns of A and of the factor into this SVG file")
       ->excludes(dense);
 

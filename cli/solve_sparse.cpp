@@ -18,14 +18,24 @@ namespace qel::cli {
 namespace {
 
 constexpr int kAnalyse = 11, kFactor = 22, kSolve = 33, kRelease = -1;
-enum solver_error : int { no_memory = -2, bad_pivot = -4, no_matching = -6, zero_on_diagonal = -7 };
+enum solver_error : int {
+  no_memory = -2,
+  bad_pivot = -4,
+  no_matching = -6,
+  zero_on_diagonal = -7,
+  too_large = -8,
+  core_too_small = -9,
+  files_not_opened = -10,
+  files_not_transferred = -11,
+};
 
 /// A handle of the solver with its arguments.
 class solver_run {
  public:
-  solver_run(const sparse_matrix& matrix, int type, int nrhs, bool statistics)
-      : matrix_(matrix), type_(type), nrhs_(nrhs), msglvl_(statistics) {
+  solver_run(const sparse_matrix& matrix, int type, int nrhs, const solve_options& options)
+      : matrix_(matrix), type_(type), nrhs_(nrhs), msglvl_(options.statistics) {
     pardisoinit(pt_.data(), &type_, iparm_.data());
+    iparm(60) = options.out_of_core ? 2 : options.max_core > 0 ? 1 : 0;
     // Symmetric indefinite systems get the pairing of their large entries, too.
     if (iparm(21) == 1) iparm(11) = iparm(13) = 1;
     iparm(8) = 2;
@@ -55,6 +65,7 @@ class solver_run {
   }
   const pardiso::structure& form() { return pardiso::handle(pt_.data()).analysed()->form; }
   double operations() { return pardiso::handle(pt_.data()).record()->work; }
+  bool out_of_core() { return pardiso::handle(pt_.data()).record()->out_of_core != 0; }
   int ordering() { return pardiso::handle(pt_.data()).record()->slots[pardiso::slot_ordering]; }
 
  private:
@@ -149,10 +160,12 @@ void tell_details(solver_run& run, int type, size_t entries, double analysis_sec
   result.details["kilobytes"] = {
       {"analysis_peak", run.iparm(15)}, {"analysis", run.iparm(16)}, {"factors", run.iparm(17)}};
   result.details["threads"] = run.iparm(3);
+  result.details["out_of_core"] = run.out_of_core();
   result.details["refinement_steps"] = run.iparm(7);
   result.details["perturbed_pivots"] = run.iparm(14);
-  result.method = fmt::format("sparse {} ({}), {}", name_of_factors(type), describe_type(type),
-                              name_of_ordering(run.ordering()));
+  result.method =
+      fmt::format("sparse {} ({}), {}{}", name_of_factors(type), describe_type(type),
+                  name_of_ordering(run.ordering()), run.out_of_core() ? ", factors in files" : "");
   add("fill", fmt::format("{:.0f} entries in the factors, {:.1f} for each of the matrix", fill,
                           fill / static_cast<double>(std::max<size_t>(entries, 1))));
   add("memory", fmt::format("{:.1f} MB factors and work, {:.1f} MB structure ({:.1f} MB at its peak)",
@@ -181,6 +194,22 @@ std::string singularity(int error, solver_run& run, int n) {
   }
 }
 
+std::string word_failure(int error, solver_run& run) {
+  switch (error) {
+    case too_large:
+      return "the factors have more entries than the solver can count";
+    case core_too_small:
+      return fmt::format("the factorisation needs {} MB with its factors in files; --max-core allows less",
+                         run.iparm(15));
+    case files_not_opened:
+      return "the files of the factors can't be opened (--ooc-path names their folder)";
+    case files_not_transferred:
+      return "the files of the factors can't be written or read";
+    default:
+      return fmt::format("the solver ended with error {}", error);
+  }
+}
+
 /// False if the next type is to be tried.
 bool try_type(const matrix_file& matrix, const right_hand_sides& rhs, const solve_options& options, int type,
               bool last_type, solution& result) {
@@ -188,13 +217,13 @@ bool try_type(const matrix_file& matrix, const right_hand_sides& rhs, const solv
   const bool complex_type = is_complex_type(type);
   const column_form columns = {complex_type, rhs.is_complex && !complex_type,
                                static_cast<size_t>(matrix.rows), static_cast<size_t>(rhs.count)};
-  solver_run run(form, type, columns.solver_columns(), options.statistics);
+  solver_run run(form, type, columns.solver_columns(), options);
   result.method = fmt::format("sparse {} ({})", name_of_factors(type), describe_type(type));
   const auto failed = [&](int error) {
     if (error == no_memory) throw std::bad_alloc();
     result.singular = singularity(error, run, form.n);
     if (error == bad_pivot) result.zero_pivot = run.iparm(30);
-    if (result.singular.empty()) throw std::runtime_error(fmt::format("the solver's error {}", error));
+    if (result.singular.empty()) throw std::runtime_error(options.matrix + ": " + word_failure(error, run));
   };
 
   const solve_clock::time_point start = solve_clock::now();
@@ -266,6 +295,13 @@ bool try_type(const matrix_file& matrix, const right_hand_sides& rhs, const solv
 }  // namespace
 
 solution solve_sparse(const matrix_file& matrix, const right_hand_sides& rhs, const solve_options& options) {
+  // The solver reads these when its handle is made.
+  if (!options.store_path.empty()) {
+    setenv("QEL_PARDISO_OOC_PATH", (options.store_path + "/qel_factors").c_str(), 1);
+  }
+  if (options.max_core > 0) {
+    setenv("QEL_PARDISO_OOC_MAX_CORE_SIZE", std::to_string(options.max_core).c_str(), 1);
+  }
   const std::vector<int> types = types_to_try(matrix, options.type, options.matrix);
   solution result;
   for (size_t k = 0; k < types.size(); ++k) {

@@ -128,6 +128,16 @@ variable_state mpi_level_variable() {
   return state;
 }
 
+/// A variable of the direct solver that counts when it has one value.
+variable_state solver_variable(const char* name, const char* purpose, const char* wanted, const char* on,
+                               const char* off) {
+  variable_state state = look_up(name, purpose);
+  const bool holds = state.set && state.value == wanted;
+  state.ignored = state.set && !holds;
+  state.effect = holds ? on : off;
+  return state;
+}
+
 }  // namespace
 
 std::vector<variable_state> environment_variables() {
@@ -153,6 +163,11 @@ std::vector<variable_state> environment_variables() {
       switch_variable("QEL_FREE_AT_THREAD_EXIT", "a thread's buffers go at its end, whatever the value",
                       "a finished thread leaves nothing",
                       "a finished thread's buffers stay until QEL_FreeBuffers"),
+      solver_variable("QEL_PARDISO_ORDERING", "auto: the direct solver takes the ordering with less fill",
+                      "auto", "minimum degree or nested dissection, by counted fill",
+                      "the ordering that iparm(2) names"),
+      solver_variable("QEL_PARDISO_CHECK_PATTERN", "1: phases compare the pattern with that of the analysis",
+                      "1", "a changed pattern is an error", "patterns are not compared"),
   };
 }
 

@@ -164,10 +164,10 @@ int with_work(const real_spec<R>* spec, const void* input, void* output, void* w
 
 }  // namespace
 
-real_method choose_real_method(core_int length) {
+real_method choose_real_method(core_int length, bool native) {
   if (length <= kLargestStraight) return real_method::kStraight;
   if (length % 2 == 0) return real_method::kHalf;
-  const bool sum = length <= kLargestRealDirect && plan_line(length).method != line_method::kMixed;
+  const bool sum = !native && length <= kLargestRealDirect && plan_line(length).method != line_method::kMixed;
   return sum ? real_method::kDirect : real_method::kWhole;
 }
 
@@ -192,7 +192,7 @@ int dft_real_spec_create(real_spec<R>** result, core_int length, int flag) {
   spec->scaled[kForward] = flag == kForwardByN || flag == kBothByRoot;
   spec->scaled[kBackward] = flag == kBackwardByN || flag == kBothByRoot;
   spec->scale = flag == kUnscaled ? 1.0 : flag == kBothByRoot ? 1.0 / std::sqrt(n) : 1.0 / n;
-  spec->method = choose_real_method(length);
+  spec->method = choose_real_method(length, native_passes<R>() != nullptr);
   if (const int status = build(*spec)) {
     free_object(spec);
     return status;

@@ -18,7 +18,8 @@ inline core_int packed_reals(packing format, core_int n) {
 
 enum class real_method : int { kStraight, kHalf, kDirect, kWhole };
 /// The method of a length: kHalf transforms n / 2 complex numbers, kWhole n of them.
-real_method choose_real_method(core_int length);
+/// native: odd lines are fast as complex ones there.
+real_method choose_real_method(core_int length, bool native);
 
 template <class R>
 struct real_spec {

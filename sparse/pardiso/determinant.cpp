@@ -5,6 +5,7 @@
 
 #include "sparse/pardiso/handle.h"
 #include "sparse/pardiso/numeric/diagonal_block.h"
+#include "sparse/pardiso/numeric/panel_store.h"
 
 namespace qel::pardiso {
 namespace {
@@ -61,17 +62,21 @@ int sign_of_permutation(const int* p, int n, char* visited) {
 template <class T>
 scaled_number determinant_of(const handle& h, int mnum) {
   const factors<T>* const made = h.factors_of<T>(mnum);
-  if (made == nullptr || h.analysed() == nullptr || !made->lnz) return {};
+  if (made == nullptr || h.analysed() == nullptr || (!made->lnz && made->store == nullptr)) return {};
   const structure& form = h.analysed()->form;
   const ordering& order = h.analysed()->order;
   const matrix_type type = {h.record()->mtype};
+  panels_in_core<T> in_core(form, made->lnz.get(), made->unz.get());
+  panel_store<T>& store = made->store != nullptr ? *made->store : in_core;
   scaled_product product;
   int sign = 1;
   for (int s = 0; s < form.supernodes; ++s) {
     const int first = form.xsup[s], width = form.xsup[s + 1] - first;
     const int64_t rows = form.xlindx[s + 1] - form.xlindx[s];
+    const_panel_pair<T> panels;
+    if (!store.read(s, 0, panels)) return {};
     for (int k = 0; k < width; ++k) {
-      const T* const d = made->lnz.get() + form.xlnz[s] + k + rows * k;
+      const T* const d = panels.l + k + rows * k;
       if (type.indefinite() && made->pivot[first + k] < 0) {
         // A pivot of two: the element below the diagonal stands above it.
         const T below = d[rows], above = type.hermitian() ? conj(below) : below;

@@ -10,7 +10,7 @@ namespace {
 
 size_t fact_bytes(int slots) { return sizeof(fact_record) * static_cast<size_t>(slots); }
 
-void clear(fact_record& fact) { fact = {nullptr, kNotSet, 0, {}}; }
+void clear(fact_record& fact) { fact = {nullptr, kNotSet, 0, nullptr, {}}; }
 
 /// An object in an accounted block of its own.
 template <class Object>
@@ -109,6 +109,17 @@ template factors<double>* handle::new_factors(int);
 template factors<complex8>* handle::new_factors(int);
 template factors<complex16>* handle::new_factors(int);
 
+template <class T>
+factor_files<T>* handle::new_files(int mnum) {
+  factor_files<T>* const made = make<factor_files<T>>(record()->account, block_ooc_state);
+  fact(mnum).files = made;
+  return made;
+}
+template factor_files<float>* handle::new_files(int);
+template factor_files<double>* handle::new_files(int);
+template factor_files<complex8>* handle::new_files(int);
+template factor_files<complex16>* handle::new_files(int);
+
 bool handle::release_factor(int mnum) {
   fact_record& released = fact(mnum);
   if (released.values == nullptr) return false;
@@ -116,6 +127,7 @@ bool handle::release_factor(int mnum) {
   const bool single = released.kind == kind_float || released.kind == kind_complex8;
   with_element(complex_kind, single, [&](auto element) {
     destroy(record()->account, static_cast<factors<decltype(element)>*>(released.values));
+    destroy(record()->account, static_cast<factor_files<decltype(element)>*>(released.files));
   });
   clear(released);
   return true;

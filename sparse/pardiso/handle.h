@@ -3,6 +3,7 @@
 #pragma once
 
 #include "sparse/pardiso/numeric/factor.h"
+#include "sparse/pardiso/ooc/panel_files.h"
 #include "sparse/pardiso/record.h"
 
 namespace qel::pardiso {
@@ -26,6 +27,15 @@ struct store_table {
 inline constexpr size_t kPathBytes = 1024, kParameterBytes = 1024, kStoreStateBytes = 1496;
 static_assert(sizeof(store_table) == 32);
 
+/// What the block of the file state holds.
+struct store_state {
+  bool configured;
+  int max_core_size, keep_file;   ///< as configured
+  char label[64];                 ///< of the transfer that failed
+  transfer_totals factor, solve;  ///< of the last stage of its kind
+};
+static_assert(sizeof(store_state) <= kStoreStateBytes);
+
 class handle {
  public:
   explicit handle(void** pt) : pt_(pt) {}
@@ -35,6 +45,7 @@ class handle {
   basic_record* record() const { return static_cast<basic_record*>(pt_[word_basic]); }
   analysis* analysed() const { return static_cast<analysis*>(pt_[word_analysis]); }
   store_table* store() const { return static_cast<store_table*>(pt_[word_store]); }
+  store_state& state_of_store() const { return *static_cast<store_state*>(store()->state); }
   fact_record& fact(int mnum) const { return static_cast<fact_record*>(pt_[word_facts])[mnum - 1]; }
   /// The factors of mnum, null if there are none of that element type.
   template <class T>
@@ -57,6 +68,15 @@ class handle {
   /// New factors in the place of those of mnum; null if memory is out.
   template <class T>
   factors<T>* new_factors(int mnum);
+
+  /// A store in files for the factors of mnum, which it goes with; null if memory is out.
+  template <class T>
+  factor_files<T>* new_files(int mnum);
+  /// Null if the factors are in core.
+  template <class T>
+  factor_files<T>* files_of(int mnum) const {
+    return factors_of<T>(mnum) == nullptr ? nullptr : static_cast<factor_files<T>*>(fact(mnum).files);
+  }
 
   /// True if there was one.
   bool release_factor(int mnum);

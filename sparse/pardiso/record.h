@@ -86,7 +86,8 @@ struct fact_record {
   void* values;  ///< null: empty
   int64_t mark;  ///< kNotSet
   int64_t kind;  ///< element_kind
-  int64_t reserved[3];
+  void* files;   ///< a factor_files<T> if the values are in files
+  int64_t reserved[2];
 };
 static_assert(sizeof(fact_record) == 48);
 

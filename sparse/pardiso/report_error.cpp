@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "sparse/pardiso/checks.h"
+#include "sparse/pardiso/handle.h"
 #include "sparse/pardiso/report.h"
 
 namespace qel::pardiso {
@@ -123,6 +124,14 @@ void tell_memory(const solver_call& call, int code, const memory_account& accoun
   tell(row::memory_real, iparm(p_numeric_memory));
 }
 
+void tell_transfer(const solver_call& call, int code) {
+  const handle h(call.pt);
+  const char* const label = h.record() != nullptr && h.store() != nullptr ? h.state_of_store().label : "";
+  const char* const name = name_of(static_cast<pardiso_ooc_code>(code));
+  if (name != nullptr) return tell(row::ooc_error, name, label);
+  tell(row::ooc_other_error, code, label);
+}
+
 void tell_factorization(const solver_call& call, int sub_code) {
   const parameters iparm = call.iparm();
   if (sub_code == factorisation_cancelled) return tell(row::factorization_cancelled);
@@ -159,8 +168,12 @@ void report_error(const solver_call& call, const stage_status& failure, const ba
       return tell(row::preordering_reason);
     case -7:
       return tell(row::wrong_diagonal, -failure.sub_code);
-    case -5:
     case -10:
+      tell_transfer(call, failure.sub_code);
+      return tell(row::unclassified);
+    case -11:
+      return tell_transfer(call, failure.sub_code);
+    case -5:
       return tell(row::unclassified);
     default:
       return;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include "sparse/pardiso/out_of_core.h"
 #include "sparse/pardiso/report.h"
 
 namespace qel::pardiso {
@@ -93,6 +94,7 @@ void report_statistics(const solver_call& call, const basic_record& record) {
   tell(row::summary_stages, kStages[stages.first], kStages[stages.last]);
   tell(row::underline_summary);
   tell_times(call, record.times);
+  if (record.out_of_core != 0) report_transfers(call, record);
 
   tell(row::statistics);
   tell(row::underline_statistics);

@@ -8,6 +8,7 @@
 #include "service/serv.h"
 #include "sparse/pardiso/checks.h"
 #include "sparse/pardiso/diagonal.h"
+#include "sparse/pardiso/out_of_core.h"
 #include "sparse/pardiso/progress.h"
 #include "sparse/pardiso/report.h"
 #include "sparse/pardiso/stages.h"
@@ -65,6 +66,7 @@ stage_status phase_machine::prepare() {
   if (!handle_.create_store()) return out_of_memory(handle_.record()->account);
   if (call_.iparm()(p_user_values) == 0) store_defaults(call_.type(), call_.iparm());
   handle_.record()->single = single_;
+  if (call_.iparm()(p_out_of_core) != 0) configure_store(call_, handle_);
   return {};
 }
 

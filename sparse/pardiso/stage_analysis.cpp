@@ -9,6 +9,7 @@
 #include "service/environment.h"
 #include "service/serv.h"
 #include "sparse/pardiso/checks.h"
+#include "sparse/pardiso/out_of_core.h"
 #include "sparse/pardiso/stages.h"
 #include "sparse/pardiso/tuning.h"
 
@@ -44,8 +45,8 @@ ordering_options options_of(const solver_call& call, const basic_record& record)
 }
 
 template <class T>
-void store_sizes(const solver_call& call, basic_record& record, const analysis& made,
-                 const structure_options& options) {
+memory_prediction store_sizes(const solver_call& call, basic_record& record, const analysis& made,
+                              const structure_options& options) {
   const ordering& order = made.order;
   const structure& form = made.form;
   const parameters iparm = call.iparm();
@@ -79,6 +80,7 @@ void store_sizes(const solver_call& call, basic_record& record, const analysis& 
               memory_account::kilobytes(bytes(form.work_elements * record.threads)));
   if (iparm(p_factor_nonzeros) < 0) iparm(p_factor_nonzeros) = clipped(form.nonzeros_l + form.nonzeros_u);
   if (iparm(p_factor_work) < 0) iparm(p_factor_work) = clipped(form.work / 1e6);
+  return memory;
 }
 
 }  // namespace
@@ -108,10 +110,12 @@ stage_status analyse(const solver_call& call, const handle& h) {
     return status;
   }
   adjacency = {};
-  store_sizes<T>(call, record, *made, options);
+  const memory_prediction memory = store_sizes<T>(call, record, *made, options);
   const bool checks_pattern = environment_says("QEL_PARDISO_CHECK_PATTERN", "1");
   record.pattern = checks_pattern ? pattern_fingerprint(call.n, call.ia, call.ja) : 0;
-  return {};
+  status = choose_store_of(call, h, memory);
+  if (!status.ok()) owner.release_analysis();
+  return status;
 }
 
 template stage_status analyse<float>(const solver_call&, const handle&);

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <limits>
 
+#include "sparse/pardiso/out_of_core.h"
 #include "sparse/pardiso/progress.h"
 #include "sparse/pardiso/stages.h"
 #include "sparse/pardiso/tuning.h"
@@ -57,7 +58,14 @@ stage_status factor(const solver_call& call, const handle& h) {
     };
     options.progress_context = &watch;
   }
-  const stage_status status = factorise(a, *h.analysed(), options, record.account, *made);
+  store_progress told{watch};
+  stage_status status;
+  if (record.out_of_core != 0) {
+    status = open_store<T>(call, h);
+    if (call.msglvl != 0) told.start(options);
+  }
+  if (status.ok()) status = factorise(a, *h.analysed(), options, record.account, *made);
+  if (record.out_of_core != 0) status = finish_store<T>(call, h, status);
   iparm(p_perturbed) = made->perturbed;
   iparm(p_positive) = made->positive;
   iparm(p_negative) = made->negative;

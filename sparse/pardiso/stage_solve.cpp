@@ -3,6 +3,7 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "sparse/pardiso/out_of_core.h"
 #include "sparse/pardiso/solve/hybrid.h"
 #include "sparse/pardiso/solve/refine.h"
 #include "sparse/pardiso/solve/residual.h"
@@ -93,13 +94,15 @@ stage_status solve(const solver_call& call, const handle& h) {
   const residual_options options = {record.transposed, iparm(p_steps) < 0, record.threads};
   if (refines && !sums.allocate(solve_with.a, options, record.account)) return out_of_memory(record.account);
 
+  const transfer_totals before = transfers_so_far<T>(call, h);
   const clock::time_point start = clock::now();
   solve_with(b, x);
   stage_status status;
   if (refines) status = refine(call, record, solve_with, sums, b, x, r);
   if (refines && in_b) std::copy_n(x, count, b);
   record.times.solve = seconds_since(start);
-  return status;
+  const stage_status transfers = transfers_of_solve<T>(call, h, before);
+  return transfers.ok() ? status : transfers;
 }
 
 template <class T>
@@ -142,11 +145,14 @@ stage_status solve_by_iteration(const solver_call& call, const handle& h) {
 
   T* const b = static_cast<T*>(call.b);
   T* const x = in_b ? work.get() + count : static_cast<T*>(call.x);
+  const transfer_totals before = transfers_so_far<T>(call, h);
   const clock::time_point start = clock::now();
   const iteration_result result = iterate(operators, call.n, call.nrhs, b, x, !(call.type().number == 6),
                                           rules, call.msglvl != 0, record.account);
   record.times.cgs = seconds_since(start);
   if (!result.memory.ok()) return result.memory;
+  if (const stage_status transfers = transfers_of_solve<T>(call, h, before); !transfers.ok())
+    return transfers;
   record.must_factor = result.status < 0;
   iparm(p_iteration) = result.status < 0 ? result.status : result.steps;
   iparm(p_steps_done) = 0;

@@ -156,7 +156,9 @@ TEST(RealPlan, MethodsByLength) {
     real_method method;
   } cases[] = {{16, kStraight}, {17, kDirect}, {18, kHalf},     {21, kWhole},
                {179, kDirect},  {181, kWhole}, {1 << 20, kHalf}};
-  for (const auto& c : cases) EXPECT_EQ(choose_real_method(c.length), c.method) << c.length;
+  for (const auto& c : cases) EXPECT_EQ(choose_real_method(c.length, false), c.method) << c.length;
+  EXPECT_EQ(choose_real_method(101, true), kWhole);
+  EXPECT_EQ(choose_real_method(100, true), kHalf);
 }
 
 TEST(DriverRules, LargeBatchesAreAskedForAhead) {

@@ -17,6 +17,9 @@
 
 namespace qel::test {
 
+/// What a good analysis says.
+inline constexpr const char* kInCore = "=== PARDISO is running in In-Core mode, because iparam(60)=0 ===";
+
 /// What body prints.
 inline std::string printed_by(const std::function<void()>& body) {
   testing::internal::CaptureStdout();

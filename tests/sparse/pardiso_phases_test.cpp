@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <thread>
 
 #include "service/message_rows.h"
 #include "sparse/pardiso/report.h"
@@ -121,11 +122,29 @@ TEST(Phases, DefaultsAreStoredByTheFirstCall) {
   EXPECT_EQ(c.iparm(3), 1) << "42 equations are too few for two threads";
 }
 
+TEST(Phases, DifferentHandlesInThreadsOfTheirOwn) {
+  constexpr int kThreads = 8;
+  std::vector<double> errors(kThreads);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([t, &errors] {
+      calls c(csr_of<double>(as_type(grid(12 + t, 10, 1), t % 2 == 0 ? 11 : -2)), 2);
+      double& worst = errors[static_cast<size_t>(t)];
+      for (int round = 0; round < 3; ++round) {
+        worst = c.call(13) != 0 ? INFINITY : std::max(worst, c.backward_error(c.x, c.b));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  for (const double error : errors) EXPECT_LT(error, 1e-14);
+}
+
 TEST(Statistics, HaveTheirLinesInOrder) {
   calls c(small_spd());
   c.msglvl = 2;
   const std::vector<std::string> lines = lines_of(printed_by([&] { ASSERT_EQ(c.call(13), 0); }));
   const char* const starts[] = {
+      kInCore,
       "================  PARDISO: solving a symm. posit. def. system  ================",
       "",
       "",

@@ -230,6 +230,21 @@ TEST(Rules, PanelWidths) {
   }
 }
 
+TEST(Rules, SizesAndMemoryByType) {
+  const struct {
+    int mtype;
+    int64_t off_diagonal, stored;
+    int factor;
+  } cases[] = {{1, 20, 40, 2}, {2, 40, 80, 2},   {-4, 40, 80, 2},
+               {6, 40, 80, 4}, {11, 20, 110, 4}, {13, 20, 110, 4}};
+  for (const auto& c : cases) {
+    const size_counts counts = count_sizes({c.mtype}, 10, 50);
+    EXPECT_EQ(counts.off_diagonal, c.off_diagonal) << c.mtype;
+    EXPECT_EQ(counts.stored, c.stored) << c.mtype;
+    EXPECT_EQ(memory_factor({c.mtype}), c.factor);
+  }
+}
+
 TEST(Rules, DefaultsByType) {
   const struct {
     int mtype, perturbation, scaling, matching, pivoting;

@@ -19,6 +19,7 @@ struct outcome {
   bool no_memory = false, cancelled = false;
   int failed_column = -1;
   int64_t computed = 0;
+  int64_t told = 0;  ///< of that, what progress() has heard of
   pivot_counts counts;
 
   bool stopped() const { return worst != step_result::done || no_memory || cancelled; }
@@ -160,7 +161,9 @@ void run_team(const factorisation<T>& shared, memory_account& account, outcome& 
         }
         computed = result.computed += entries_of(shared, supernode);
       }
-      if (number == 0 && cancels(shared, computed)) {
+      if (number != 0) continue;
+      result.told = computed;
+      if (cancels(shared, computed)) {
 #pragma omp critical(qel_pardiso_updates)
         result.cancelled = true;
       }
@@ -172,6 +175,8 @@ void run_team(const factorisation<T>& shared, memory_account& account, outcome& 
       worker.release();
     }
   }
+  // The others may have done the last supernodes.
+  if (!result.stopped() && result.told < result.computed) cancels(shared, result.computed);
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 // need not all be in memory.
 #pragma once
 
+#include <limits>
+
 #include "sparse/pardiso/numeric/factor.h"
 
 namespace qel::pardiso {
@@ -38,6 +40,8 @@ template <class T>
 class panel_store {
  public:
   virtual ~panel_store() = default;
+  /// Threads that may call.
+  virtual int threads() const = 0;
   /// Panels to be filled, contents unspecified; a thread has at most one pair open.
   virtual bool open(int supernode, int thread, panel_pair<T>& panels) = 0;
   /// The open panels are final.
@@ -55,6 +59,7 @@ template <class T>
 class panels_in_core final : public panel_store<T> {
  public:
   panels_in_core(const structure& form, T* lnz, T* unz) : form_(form), lnz_(lnz), unz_(unz) {}
+  int threads() const override { return std::numeric_limits<int>::max(); }
   bool open(int supernode, int, panel_pair<T>& panels) override {
     panels.l = lnz_ + form_.xlnz[supernode];
     panels.u = unz_ == nullptr ? nullptr : unz_ + form_.xunz[supernode];

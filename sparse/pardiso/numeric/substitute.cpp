@@ -240,7 +240,8 @@ class slice_solver {
 template <class T>
 bool substitute_from(matrix_type type, const analysis& analysed, const factors<T>& f, panel_store<T>& store,
                      const solve_options& options, int nrhs, const T* b, T* x, T* work) {
-  const int n = analysed.form.n, threads = std::clamp(options.threads, 1, std::max(nrhs, 1));
+  const int n = analysed.form.n, most = std::min(std::max(nrhs, 1), store.threads());
+  const int threads = std::clamp(options.threads, 1, most);
   int failed = 0;
   const auto work_on = [&](int thread) {
     const int begin = static_cast<int>(static_cast<int64_t>(nrhs) * thread / threads);

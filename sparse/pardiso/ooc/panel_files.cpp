@@ -37,17 +37,17 @@ const char* solve_family_of(matrix_type type) {
 }  // namespace
 
 int64_t panel_cache_bytes(const memory_prediction& predicted, int64_t limit) {
-  return std::max<int64_t>(limit - predicted.out_of_core_minimum, 0) * (int64_t{1} << 20);
+  return std::max<int64_t>(limit - predicted.out_of_core_minimum - 1, 0) * (int64_t{1} << 20);
 }
 
 template <class T>
 panels_in_files<T>::~panels_in_files() {
-  release();
+  shut();
   omp_destroy_lock(&lock_);
 }
 
 template <class T>
-void panels_in_files<T>::release() {
+void panels_in_files<T>::shut() {
   for (int t = 0; t < threads_; ++t) {
     close_ooc_file(channels_[t].l);
     close_ooc_file(channels_[t].u);
@@ -62,7 +62,7 @@ template <class T>
 stage_status panels_in_files<T>::prepare(const structure& form, matrix_type type, ooc_file_set& files,
                                          bool fresh, int threads, int64_t cache_bytes,
                                          memory_account& account) {
-  release();
+  shut();
   form_ = &form;
   files_ = &files;
   account_ = &account;

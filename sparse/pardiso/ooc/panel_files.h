@@ -59,6 +59,10 @@ class panels_in_files final : public panel_store<T> {
   /// Writes the lists that belong to the factors: row lists, their starts, interchanges.
   stage_status write_lists(const factors<T>& f);
 
+  /// Closes the files and gives the memory back.
+  void shut();
+
+  int threads() const override { return threads_; }
   bool open(int supernode, int thread, panel_pair<T>& panels) override;
   bool close(int supernode, int thread) override;
   bool read(int supernode, int thread, const_panel_pair<T>& panels) override;
@@ -86,7 +90,6 @@ class panels_in_files final : public panel_store<T> {
   }
   bool transfer(channel& own, int supernode, T* panels, bool writes);
   void fail(pardiso_ooc_code code, store_pass pass, const char* what);
-  void release();
 
   const structure* form_ = nullptr;
   ooc_file_set* files_ = nullptr;
@@ -99,6 +102,19 @@ class panels_in_files final : public panel_store<T> {
   mutable omp_lock_t lock_;
   pardiso_ooc_code code_ = PARDISO_OOC_NO_ERROR;
   char label_[64] = "";
+};
+
+/// The files of one factorisation and the store over them, as a handle owns them.
+template <class T>
+struct factor_files {
+  ooc_file_set files{};
+  panels_in_files<T> store;
+  bool deletes = true;  ///< the files go with this
+
+  ~factor_files() {
+    store.shut();
+    if (deletes) delete_ooc_files(files);
+  }
 };
 
 /// Bytes of panels that may stay in memory under a limit in megabytes.
