@@ -138,6 +138,13 @@ variable_state solver_variable(const char* name, const char* purpose, const char
   return state;
 }
 
+/// A setting of factors in files, taken as it stands.
+variable_state store_variable(const char* name, const char* purpose, const char* otherwise) {
+  variable_state state = look_up(name, purpose);
+  state.effect = state.set ? state.value : std::string(otherwise) + ", or what the configuration file says";
+  return state;
+}
+
 }  // namespace
 
 std::vector<variable_state> environment_variables() {
