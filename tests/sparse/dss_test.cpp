@@ -362,7 +362,9 @@ void expect_statistics(int type, int structure, int factor_option) {
   const std::complex<double> mantissa = is_complex<T> ? std::complex(got[1], got[2]) : std::complex(got[1]);
   EXPECT_GE(std::abs(mantissa), 1);
   EXPECT_LT(std::abs(mantissa), 10);
-  EXPECT_NEAR(std::abs(mantissa * std::pow(10.0, got[0]) / want - 1.0), 0, 1e-10) << type;
+  std::complex<double> determinant = mantissa;
+  determinant *= std::pow(10.0, got[0]);
+  EXPECT_NEAR(std::abs(determinant / want - 1.0), 0, 1e-10) << type;
   const size_t next = is_complex<T> ? 3 : 2;
   EXPECT_GT(got[next], 20);
   EXPECT_GE(got[next + 1], 0);
