@@ -21,11 +21,9 @@ namespace {
 
 constexpr int kQuiet = QEL_DSS_TERM_LVL_FATAL + QEL_DSS_MSG_LVL_FATAL;
 
-/// [4 1 0; 1 3 1; 0 1 2] as upper triangle and whole, and a complex one.
+/// [4 1 0; 1 3 1; 0 1 2] as upper triangle.
 constexpr int kTriangleRows[] = {1, 3, 5, 6}, kTriangleColumns[] = {1, 2, 2, 3, 3};
 constexpr double kTriangle[] = {4, 1, 3, 1, 2};
-constexpr int kWholeRows[] = {1, 3, 6, 8}, kWholeColumns[] = {1, 2, 1, 2, 3, 2, 3};
-constexpr double kWhole[] = {4, 1, 1, 3, 1, 1, 2};
 
 /// A handle whose errors come back as statuses.
 class session {
@@ -42,7 +40,6 @@ class session {
     return dss_define_structure(&handle, &options, rows, &n, &cols, columns, &nnz);
   }
   int define_triangle() { return define(0, kTriangleRows, kTriangleColumns, 3, 3, 5); }
-  int define_whole() { return define(QEL_DSS_NON_SYMMETRIC, kWholeRows, kWholeColumns, 3, 3, 7); }
   int reorder(int options = 0, int* perm = nullptr) { return dss_reorder(&handle, &options, perm); }
   int factor(int options = 0, const void* a = kTriangle) { return dss_factor_real(&handle, &options, a); }
   int factor_complex(int options, const void* a) { return dss_factor_complex(&handle, &options, a); }
