@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The direct sparse solver beside CHOLMOD, UMFPACK, KLU, SuperLU and MUMPS: analysis, factorisation, and
 // solutions of 1 and 32 right-hand sides, over generated matrices and those of QEL_BENCH_MATRICES (Matrix
-// Market files, separated by colons). After the times: entries of the factors, and backward errors.
+// Market files, separated by colons). QEL_BENCH_ORDERING: iparm(2). After the times: entries of the factors,
+// and backward errors.
 #include <fmt/core.h>
 #include <unistd.h>
 

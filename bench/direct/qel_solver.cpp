@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "bench/direct/qel_solver.h"
 
+#include <cstdlib>
 #include <stdexcept>
 
 #include "bench/support/contenders.h"
@@ -15,6 +16,11 @@ class qel_solver : public direct_solver {
  public:
   explicit qel_solver(const matrix& a) : a_(a), entry_(contenders().front().find<pardiso_entry>("pardiso")) {
     if (entry_ == nullptr) throw std::runtime_error("no solver");
+    const char* const ordering = std::getenv("QEL_BENCH_ORDERING");
+    auto* const initialise = contenders().front().find<int(void**, const int*, int*)>("pardisoinit");
+    if (ordering == nullptr || initialise == nullptr) return;
+    initialise(pt_, &a.type, iparm_);
+    iparm_[1] = std::atoi(ordering);
   }
   ~qel_solver() override {
     if (pt_[0] != nullptr) call(-1, 1, nullptr, nullptr);
