@@ -70,8 +70,8 @@ stage_status choose_store_of(const solver_call& call, const handle& h, const mem
   basic_record& record = *h.record();
   const int requested = call.iparm()(p_out_of_core);
   if (requested != 0 && !h.state_of_store().configured) configure_store(call, h);
-  const store_choice choice = choose_store(
-      {requested, memory.total, memory.factors, memory.out_of_core_minimum, h.state_of_store().max_core_size});
+  const store_choice choice = choose_store({requested, memory.total, memory.factors,
+                                            memory.out_of_core_minimum, h.state_of_store().max_core_size});
   record.out_of_core = choice.out_of_core ? 2 : 0;
   if (call.msglvl != 0 && choice.reason != store_reason::none) tell(reason_row(choice.reason));
   if (choice.fits) return {};
@@ -157,7 +157,8 @@ void report_transfers(const solver_call& call, const basic_record& record) {
   const handle h(call.pt);
   const store_state& state = h.state_of_store();
   const transfer_totals &factor = state.factor, &solve = state.solve;
-  const double factor_time = std::max(record.factor_seconds, 0.0), solve_time = std::max(record.times.solve, 0.0);
+  const double factor_time = std::max(record.factor_seconds, 0.0),
+               solve_time = std::max(record.times.solve, 0.0);
   const double factor_io = factor.read_seconds + factor.write_seconds;
   const double solve_io = solve.read_seconds + solve.write_seconds;
   tell(row::ooc_rule);
@@ -186,10 +187,10 @@ void report_transfers(const solver_call& call, const basic_record& record) {
   tell(row::ooc_solve_seconds, solve.read_seconds);
 }
 
-#define QEL_INSTANTIATE(T)                                                                   \
-  template stage_status open_store<T>(const solver_call&, const handle&);                    \
-  template stage_status finish_store<T>(const solver_call&, const handle&, stage_status);    \
-  template transfer_totals transfers_so_far<T>(const solver_call&, const handle&);           \
+#define QEL_INSTANTIATE(T)                                                                \
+  template stage_status open_store<T>(const solver_call&, const handle&);                 \
+  template stage_status finish_store<T>(const solver_call&, const handle&, stage_status); \
+  template transfer_totals transfers_so_far<T>(const solver_call&, const handle&);        \
   template stage_status transfers_of_solve<T>(const solver_call&, const handle&, const transfer_totals&);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -315,10 +315,15 @@ TEST(PardisoFactorAgain, ReusesItsMemoryAndStopsWhenTold) {
       return ++seen.count == 5;
     };
     system.factor(s);
-    EXPECT_EQ(system.status.error, -4);
-    EXPECT_EQ(system.status.sub_code, pardiso::factorisation_cancelled);
-    EXPECT_EQ(made.count, 5);
-    EXPECT_LT(made.last, 1);
+    // Other threads may be done before the calling one has had a turn.
+    if (threads == 1 || !system.status.ok()) {
+      EXPECT_EQ(system.status.error, -4);
+      EXPECT_EQ(system.status.sub_code, pardiso::factorisation_cancelled);
+      EXPECT_EQ(made.count, 5);
+      EXPECT_LT(made.last, 1);
+    } else {
+      EXPECT_EQ(made.last, 1);
+    }
     EXPECT_EQ(system.f.lnz.get(), values);
     EXPECT_EQ(system.account.now(), held);
   }

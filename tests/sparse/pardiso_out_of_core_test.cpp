@@ -107,9 +107,11 @@ TEST_F(OutOfCore, TheChoiceAndItsLines) {
   } rows[] = {
       {"2000", 0, 0, "=== PARDISO is running in In-Core mode, because iparam(60)=0 ==="},
       {"2000", 1, 0,
-       "=== PARDISO is running in In-Core mode, because iparam(60)=1 and there is enough RAM for In-Core ==="},
+       "=== PARDISO is running in In-Core mode, because iparam(60)=1 and there is enough RAM for In-Core "
+       "==="},
       {"3", 1, 0,
-       "=== PARDISO is running in Out-Of-Core mode, because iparam(60)=1 and there is not enough RAM for In-Core "
+       "=== PARDISO is running in Out-Of-Core mode, because iparam(60)=1 and there is not enough RAM for "
+       "In-Core "
        "==="},
       {"2000", 2, 0, "=== PARDISO is running in Out-Of-Core mode, because iparam(60)=2 ==="},
       {"1", 2, -9, "=== PARDISO is running in Out-Of-Core mode, because iparam(60)=2 ==="},
@@ -124,7 +126,8 @@ TEST_F(OutOfCore, TheChoiceAndItsLines) {
     const std::string echo = std::string("ooc_max_core_size\tgot by Env =  ") + row.size + "\n";
     EXPECT_EQ(text.find(echo) != std::string::npos, row.mode != 0) << text;
     if (row.error != 0) {
-      EXPECT_NE(text.find("*** Error in PARDISO  ( not enough mem. for OOC) error_num= -9"), std::string::npos);
+      EXPECT_NE(text.find("*** Error in PARDISO  ( not enough mem. for OOC) error_num= -9"),
+                std::string::npos);
       EXPECT_GE(c.iparm(15), 2 * 1024);
     }
   }
@@ -136,17 +139,29 @@ TEST_F(OutOfCore, StatisticsTellOfTheFiles) {
   c.msglvl = 1;
   const std::string text = printed_by([&] { ASSERT_EQ(c.call(13), 0); });
   std::size_t from = 0;
-  for (const char* part :
-       {" Percentage of computed non-zeros for LL^T factorization\n", " 100 ", "      Time total  :",
-        " ==============================================================\n",
-        " ----------- Out of core time (in percent (%)) --------------\n", "  Factorization step (100 (%)):\n",
-        "      write to files : ", "      read from files: ", "      factorization - write&read : ",
-        "  Solution step (100 (%)):\n", "      solve - write&read: ", "  Total time (100 (%)):\n",
-        "      total - write&read: ", " ----------- Out of core Mb --------------\n", "  Factorization step:\n",
-        "      write to files : ", "  Solution step:\n", "  Total size of data transferred :\n",
-        "      write&read        : ", "      Factorization:\tTime for writing to files : ",
-        "      Factorization:\tTime for reading from files : ", "      Solution:\tTime for reading from files : ",
-        "Statistics:\n"}) {
+  for (const char* part : {" Percentage of computed non-zeros for LL^T factorization\n",
+                           " 100 ",
+                           "      Time total  :",
+                           " ==============================================================\n",
+                           " ----------- Out of core time (in percent (%)) --------------\n",
+                           "  Factorization step (100 (%)):\n",
+                           "      write to files : ",
+                           "      read from files: ",
+                           "      factorization - write&read : ",
+                           "  Solution step (100 (%)):\n",
+                           "      solve - write&read: ",
+                           "  Total time (100 (%)):\n",
+                           "      total - write&read: ",
+                           " ----------- Out of core Mb --------------\n",
+                           "  Factorization step:\n",
+                           "      write to files : ",
+                           "  Solution step:\n",
+                           "  Total size of data transferred :\n",
+                           "      write&read        : ",
+                           "      Factorization:\tTime for writing to files : ",
+                           "      Factorization:\tTime for reading from files : ",
+                           "      Solution:\tTime for reading from files : ",
+                           "Statistics:\n"}) {
     const std::size_t at = text.find(part, from);
     ASSERT_NE(at, std::string::npos) << part << text;
     from = at + 1;
@@ -162,7 +177,8 @@ TEST_F(OutOfCore, FailuresAreToldAndLeaveTheHandleUsable) {
     c.msglvl = 1;
     ASSERT_EQ(c.call(11), 0);
     const std::string text = printed_by([&] { EXPECT_EQ(c.call(22), -10); });
-    EXPECT_NE(text.find("*** Error in PARDISO  (      open OOC tmp files) error_num= -10"), std::string::npos);
+    EXPECT_NE(text.find("*** Error in PARDISO  (      open OOC tmp files) error_num= -10"),
+              std::string::npos);
     EXPECT_NE(text.find(" PARDISO_OOC_OPEN_FILE_ERROR occured: "), std::string::npos);
     EXPECT_NE(text.find("*** Error in PARDISO: unclassified error"), std::string::npos);
   }
