@@ -16,7 +16,8 @@ struct factor_options {
   double threshold = 0;       ///< pivots of at most this modulus are perturbed (unused by definite types)
   bool bunch_kaufman = true;  ///< symmetric indefinite: search in the block; else the diagonal as it comes
   int threads = 1;
-  /// Called after supernodes, from one thread, with the share of entries computed (0 to 1); true cancels.
+  /// Called after supernodes, from the calling thread, with the share of entries computed (0 to 1); true
+  /// cancels.
   bool (*progress)(void* context, double share) = nullptr;
   void* progress_context = nullptr;
 };

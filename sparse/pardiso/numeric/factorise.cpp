@@ -161,7 +161,7 @@ void run_team(const factorisation<T>& shared, memory_account& account, outcome& 
         }
         computed = result.computed += entries_of(shared, supernode);
       }
-      if (number != 0) continue;
+      if (omp_get_thread_num() != 0) continue;  // progress is told on the caller's own thread
       result.told = computed;
       if (cancels(shared, computed)) {
 #pragma omp critical(qel_pardiso_updates)

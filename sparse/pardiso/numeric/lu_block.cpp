@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "service/serv.h"
+#include "sparse/kernels/pivot_kernels.h"
 #include "sparse/pardiso/numeric/diagonal_block.h"
 #include "sparse/pardiso/numeric/modulus.h"
 #include "sparse/pardiso/symbolic/structure.h"
@@ -93,6 +95,28 @@ struct trailing_block {
     }
     return k;
   }
+  void eliminate(int k, int below) {
+    const T* const l = column(k) + k + 1;
+    if (k + 1 == w) return;
+    T* const upper = column(k + 1) + k;
+    if constexpr (is_complex<T>) {
+      for (int j = 0; j < below; ++j) {
+        T* const u = upper + j * lda;
+        largest[k + 1 + j] = subtract_and_measure(size, below, l, *u, u + 1);
+      }
+    } else {
+      update({below, below, lda, l, upper, upper + 1, largest + k + 1});
+    }
+  }
+  static void update(const pivot_step<R>& step) {
+    constexpr int kFirstNativeLevel = 5;
+    const bool native = serv_cpu_level() >= kFirstNativeLevel;
+    if constexpr (sizeof(R) == sizeof(float)) {
+      (native ? l5_avx2::pivot_update_s : l0_generic::pivot_update_s)(&step);
+    } else {
+      (native ? l5_avx2::pivot_update_d : l0_generic::pivot_update_d)(&step);
+    }
+  }
   void swap_rows(int i, int k) const {
     for (int j = 0; i != k && j < w; ++j) std::swap(column(j)[i], column(j)[k]);
   }
@@ -131,10 +155,7 @@ void factor_lu_block(int w, T* a, core_int lda, real_of<T> threshold, int* colum
     }
     const int below = w - k - 1;
     for (int i = 1; i <= below; ++i) pivot[i] = pivot[i] / *pivot;
-    for (int j = k + 1; j < w; ++j) {
-      T* const upper = block.column(j) + k;
-      block.largest[j] = subtract_and_measure(block.size, below, pivot + 1, *upper, upper + 1);
-    }
+    block.eliminate(k, below);
   }
 }
 
