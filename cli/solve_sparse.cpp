@@ -200,7 +200,7 @@ std::string word_failure(int error, solver_run& run) {
       return "the factors have more entries than the solver can count";
     case core_too_small:
       return fmt::format("the factorisation needs {} MB with its factors in files; --max-core allows less",
-                         run.iparm(15));
+                         (run.iparm(15) + 1023) / 1024);
     case files_not_opened:
       return "the files of the factors can't be opened (--ooc-path names their folder)";
     case files_not_transferred:

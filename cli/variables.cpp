@@ -138,6 +138,13 @@ variable_state solver_variable(const char* name, const char* purpose, const char
   return state;
 }
 
+/// A setting of factors in files, taken as it stands.
+variable_state store_variable(const char* name, const char* purpose, const char* otherwise) {
+  variable_state state = look_up(name, purpose);
+  state.effect = state.set ? state.value : std::string(otherwise) + ", or what the configuration file says";
+  return state;
+}
+
 }  // namespace
 
 std::vector<variable_state> environment_variables() {
@@ -168,6 +175,12 @@ std::vector<variable_state> environment_variables() {
                       "the ordering that iparm(2) names"),
       solver_variable("QEL_PARDISO_CHECK_PATTERN", "1: phases compare the pattern with that of the analysis",
                       "1", "a changed pattern is an error", "patterns are not compared"),
+      store_variable("QEL_PARDISO_OOC_PATH", "prefix of the files that hold factors", "ooc_temp"),
+      store_variable("QEL_PARDISO_OOC_MAX_CORE_SIZE", "megabytes that the direct solver may take", "2000"),
+      store_variable("QEL_PARDISO_OOC_KEEP_FILE", "0: files of factors stay when they are done with",
+                     "they are deleted"),
+      store_variable("QEL_PARDISO_OOC_CFG_PATH", "folder of the file that says the same", "."),
+      store_variable("QEL_PARDISO_OOC_CFG_FILE_NAME", "its name", "pardiso_ooc.cfg"),
   };
 }
 

@@ -2,10 +2,14 @@
  * A simpler way to the direct sparse solver (qel/pardiso.h): create a handle, define a structure, reorder,
  * factor, solve, delete. Plain C; scalars are passed by their addresses, integers are 32-bit.
  *
- *   void* h; int opt = QEL_DSS_TERM_LVL_FATAL, sym = QEL_DSS_SYMMETRIC, spd = QEL_DSS_POSITIVE_DEFINITE, none
- * = 0; dss_create(&h, &opt); dss_define_structure(&h, &sym, ia, &n, &n, ja, &nnz);   // ia, ja are kept by
- * address: keep them alive dss_reorder(&h, &none, 0); dss_factor_real(&h, &spd, a); dss_solve_real(&h, &none,
- * b, &nrhs, x); dss_delete(&h, &none);
+ *   void* h;
+ *   int levels = QEL_DSS_TERM_LVL_FATAL, kind = QEL_DSS_SYMMETRIC, none = 0, nrhs = 1;
+ *   dss_create(&h, &levels);
+ *   dss_define_structure(&h, &kind, ia, &n, &n, ja, &nnz);   // keep ia and ja alive: their addresses stay
+ *   dss_reorder(&h, &none, 0);
+ *   dss_factor_real(&h, &none, a);                           // as a positive definite matrix
+ *   dss_solve_real(&h, &none, b, &nrhs, x);
+ *   dss_delete(&h, &none);
  *
  * An options word has fields and single bits; those below are added up. Each routine takes the two levels,
  * which stay with the handle until changed, and what is named for it; other bits are an error.
@@ -14,11 +18,16 @@
  * code. Pass QEL_DSS_TERM_LVL_FATAL to dss_create to have statuses returned (-16 ends it all the same, and so
  * does a refused statistics key). From the message level on statuses are printed on standard output.
  *
- * Statuses: 0 success; -1 zero pivot; -2 no memory; -3 other failure of the solver; -4, -5 rows, columns
- * below 1; -6, -7 fewer non-zeros than rows, more than the matrix has places; -8 not square; -9 wrong order
- * of calls; -10 unknown option bits; -11 options that conflict; -12, -13 bad message, termination level; -14,
- * -15, -16 bad structure, reorder, factor option. Of several faults each is reported, the most severe and
- * then the first is returned.
+ * Statuses (of several faults each is reported, the most severe and then the first is returned):
+ *     0  success                              -9  wrong order of calls
+ *    -1  zero pivot                          -10  unknown option bits
+ *    -2  no memory                           -11  options that conflict
+ *    -3  other failure of the solver         -12  bad message level
+ *    -4  rows below 1                        -13  bad termination level
+ *    -5  columns below 1                     -14  bad structure option
+ *    -6  fewer non-zeros than rows           -15  bad reorder option
+ *    -7  more than the matrix has places     -16  bad factor option
+ *    -8  not square
  */
 #ifndef QEL_DSS_H
 #define QEL_DSS_H

@@ -31,7 +31,7 @@ static_assert(sizeof(store_table) == 32);
 struct store_state {
   bool configured;
   int max_core_size, keep_file;   ///< as configured
-  char label[64];                 ///< of the transfer that failed
+  transfer_fault fault;           ///< the transfer that failed
   transfer_totals factor, solve;  ///< of the last stage of its kind
 };
 static_assert(sizeof(store_state) <= kStoreStateBytes);

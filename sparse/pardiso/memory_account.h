@@ -14,9 +14,8 @@
 
 namespace qel::pardiso {
 
-/// Blocks of a handle, with the code that a refused allocation reports. Codes of the analysis go up from
-/// these
-/// (-400 .. -404, -800 .. -805) where a step has several allocations.
+/// Blocks of a handle, with the code that a refused allocation reports. Where a step has several allocations,
+/// their codes go down from these (-400 .. -404, -800 .. -805).
 enum block_code : int {
   block_basic = -100,
   block_fact_adr = -200,

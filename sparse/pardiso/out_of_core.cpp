@@ -91,7 +91,7 @@ stage_status open_store(const solver_call& call, const handle& h) {
   files->files = {h.store()->path, -1, record.threads, type.symmetric(), record.scaled, {}};
   files->deletes = state.keep_file != 0;
   if (const pardiso_ooc_code code = start_ooc_files(files->files); code != PARDISO_OOC_NO_ERROR) {
-    std::snprintf(state.label, sizeof state.label, "open ind");
+    state.fault = {"open ind", ooc_index, 0};
     return ooc_status(code);
   }
   const structure& form = h.analysed()->form;
@@ -102,7 +102,7 @@ stage_status open_store(const solver_call& call, const handle& h) {
   const stage_status opened =
       files->store.prepare(form, type, files->files, true, record.threads, cache, record.account);
   if (opened.error == -2) return {-2, record.account.failed_code()};
-  if (!opened.ok()) std::snprintf(state.label, sizeof state.label, "%s", files->store.failed_label());
+  if (!opened.ok()) state.fault = files->store.fault();
   return opened;
 }
 
@@ -114,7 +114,7 @@ stage_status finish_store(const solver_call& call, const handle& h, stage_status
   if (outcome.ok()) outcome = files->store.write_lists(*h.factors_of<T>(call.mnum));
   if (outcome.error == -10 || outcome.error == -11) {
     if (files->store.failed_code() != PARDISO_OOC_NO_ERROR) {
-      std::snprintf(state.label, sizeof state.label, "%s", files->store.failed_label());
+      state.fault = files->store.fault();
     }
   }
   state.factor = files->store.totals();
@@ -134,7 +134,7 @@ stage_status transfers_of_solve(const solver_call& call, const handle& h, const 
   store_state& state = h.state_of_store();
   state.solve = difference(files->store.totals(), before);
   const stage_status failure = files->store.failure();
-  if (!failure.ok()) std::snprintf(state.label, sizeof state.label, "%s", files->store.failed_label());
+  if (!failure.ok()) state.fault = files->store.fault();
   return failure;
 }
 

@@ -124,12 +124,48 @@ void tell_memory(const solver_call& call, int code, const memory_account& accoun
   tell(row::memory_real, iparm(p_numeric_memory));
 }
 
+/// What the call below a transfer met.
+void tell_call_of_transfer(int code, const transfer_fault& fault) {
+  const auto items = static_cast<long long>(fault.items);
+  switch (code) {
+    case PARDISO_OOC_OPEN_MODE_FILE_ERROR:
+    case PARDISO_OOC_OPEN_FILE_ERROR:
+      return tell(row::ooc_not_opened, fault.label);
+    case PARDISO_OOC_CLOSE_FILE_ERROR:
+      return tell(row::ooc_not_closed);
+    case PARDISO_OOC_NUMBER_OF_READ_EQUAL_ZERO:
+    case PARDISO_OOC_NUMBER_OF_READ_NOT_EQUAL_COUNT:
+      tell(row::ooc_read_type, fault.kind);
+      tell(row::ooc_items_read, items);
+      tell(row::ooc_read_error);
+      return tell(row::ooc_read_failed);
+    case PARDISO_OOC_READ_SEEK_ERROR:
+      tell(row::ooc_read_type, fault.kind);
+      tell(row::ooc_read_seek_error);
+      return tell(row::ooc_seek_failed);
+    case PARDISO_OOC_NUMBER_OF_WRITE_EQUAL_ZERO:
+    case PARDISO_OOC_NUMBER_OF_WRITE_NOT_EQUAL_COUNT:
+      tell(row::ooc_write_type, fault.kind);
+      tell(row::ooc_items_written, items);
+      return tell(row::ooc_write_error);
+    case PARDISO_OOC_WRITE_SEEK_ERROR:
+      tell(row::ooc_write_type, fault.kind);
+      return tell(row::ooc_seek_failed);
+    case PARDISO_OOC_WRITE_EOF_ERROR:
+      return tell(row::ooc_write_end);
+    default:
+      return;
+  }
+}
+
 void tell_transfer(const solver_call& call, int code) {
   const handle h(call.pt);
-  const char* const label = h.record() != nullptr && h.store() != nullptr ? h.state_of_store().label : "";
+  const bool known = h.record() != nullptr && h.store() != nullptr;
+  const transfer_fault fault = known ? h.state_of_store().fault : transfer_fault{};
   const char* const name = name_of(static_cast<pardiso_ooc_code>(code));
-  if (name != nullptr) return tell(row::ooc_error, name, label);
-  tell(row::ooc_other_error, code, label);
+  if (name == nullptr) return tell(row::ooc_other_error, code, fault.label);
+  tell_call_of_transfer(code, fault);
+  tell(row::ooc_error, name, fault.label);
 }
 
 void tell_factorization(const solver_call& call, int sub_code) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The qel command as a user runs it: exit codes, reports, JSON, files written.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <complex>
 #include <nlohmann/json.hpp>
@@ -90,6 +92,31 @@ TEST(Solve, DrawsPatternsAndTellsStatistics) {
   std::fclose(file);
   EXPECT_TRUE(contains(text, "<svg ")) << text;
   EXPECT_TRUE(contains(text, "A: order 494, 1080 entries in its triangle")) << text;
+}
+
+TEST(Solve, KeepsFactorsInFilesOnRequest) {
+  const test::temporary_file place("");
+  const std::string folder = place.path() + ".d";
+  ASSERT_EQ(mkdir(folder.c_str(), 0700), 0);
+  const std::string system = " --ooc-path " + folder + " " QEL_EXAMPLES "orsirr_1.mtx.gz";
+  const struct {
+    const char* options;
+    bool in_files;
+  } cases[] = {{"--out-of-core", true}, {"--max-core 500", false}};
+  for (const auto& c : cases) {
+    const command_result result = run(std::string("solve --json ") + c.options + system);
+    ASSERT_EQ(result.exit_code, 0) << result.output;
+    const nlohmann::json report = nlohmann::json::parse(result.output);
+    EXPECT_EQ(report["solver"]["out_of_core"], c.in_files);
+    EXPECT_LT(report["backward_error"].get<double>(), 1e-14);
+  }
+  EXPECT_EQ(rmdir(folder.c_str()), 0) << "the files are gone";
+  const command_result no_folder = run("solve --out-of-core" + system);
+  EXPECT_EQ(no_folder.exit_code, 2);
+  EXPECT_TRUE(contains(no_folder.output, "the files of the factors can't be opened")) << no_folder.output;
+  const command_result too_little = run("solve --out-of-core --max-core 1 " QEL_EXAMPLES "orsirr_1.mtx.gz");
+  EXPECT_EQ(too_little.exit_code, 2);
+  EXPECT_TRUE(contains(too_little.output, "--max-core allows less")) << too_little.output;
 }
 
 TEST(Solve, TellsBadInputFromASingularMatrix) {

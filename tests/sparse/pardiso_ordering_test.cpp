@@ -203,6 +203,7 @@ TEST(Ordering, SubgraphsAndDissectionOptions) {
                {1000, 2, 1, 1, 4},  {3, 2, 1, 0, 3},     {1000, 2, 1, 62, 1000}};
   for (const auto& c : cases)
     EXPECT_EQ(pardiso::choose_subgraphs(c.n, c.type, c.threads, c.exponent), c.subgraphs);
+  EXPECT_GT(pardiso::choose_leaf(1000, 4000), pardiso::choose_leaf(1000, 6000));
   EXPECT_EQ(pardiso::choose_dissection_options(8000, 999), pardiso::dissection_options{});
   const pardiso::dissection_options dense{1, 3, 1, 2, 0, 1, 200, 1};
   EXPECT_EQ(pardiso::choose_dissection_options(8000, 1000), dense);

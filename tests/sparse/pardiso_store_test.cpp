@@ -194,7 +194,7 @@ TEST(PardisoStoreFailures, EndTheStageWithTheirCodeAndLabel) {
         EXPECT_EQ(files.status.error, -11);
         EXPECT_EQ(files.status.sub_code, step == 0 ? PARDISO_OOC_NUMBER_OF_WRITE_NOT_EQUAL_COUNT
                                                    : PARDISO_OOC_NUMBER_OF_READ_EQUAL_ZERO);
-        EXPECT_EQ(std::string(store.failed_label()).substr(0, step == 0 ? 18 : 17),
+        EXPECT_EQ(std::string(store.fault().label).substr(0, step == 0 ? 18 : 17),
                   step == 0 ? "blklu_unsym write " : "blklu_unsym read ");
       } else {
         ASSERT_TRUE(files.status.ok());
@@ -203,8 +203,8 @@ TEST(PardisoStoreFailures, EndTheStageWithTheirCodeAndLabel) {
         const stage_status solved =
             substitute(s.view(), files.analysed, files.f, {}, 1, b.data(), x.data(), work.data());
         EXPECT_EQ(solved.error, -11);
-        EXPECT_STREQ(store.failed_label(), step == 2 ? "blkslv_unsym_ooc read for forward step"
-                                                     : "blkslv_unsym_ooc read lnz for backward step");
+        EXPECT_STREQ(store.fault().label, step == 2 ? "blkslv_unsym_ooc read for forward step"
+                                                    : "blkslv_unsym_ooc read lnz for backward step");
       }
       files.f.store = nullptr;
       replace_file_calls(nullptr);

@@ -75,8 +75,7 @@ void pivot_update(const pivot_step<T>& step) {
     core_int i = 0;
     for (; i + 2 * v::count <= step.m; i += 2 * v::count) {
       const auto first = v::minus_product(v::load(y + i), v::load(step.l + i), factor);
-      const auto second =
-          v::minus_product(v::load(y + i + v::count), v::load(step.l + i + v::count), factor);
+      const auto second = v::minus_product(v::load(y + i + v::count), v::load(step.l + i + v::count), factor);
       v::store(y + i, first);
       v::store(y + i + v::count, second);
       most = v::larger(first, most);

@@ -88,7 +88,7 @@ stage_status panels_in_files<T>::prepare(const structure& form, matrix_type type
     pardiso_ooc_code code = open_ooc_file(files, ooc_lnz, mode, own.l);
     if (code == PARDISO_OOC_NO_ERROR && lu_) code = open_ooc_file(files, ooc_unz, mode, own.u);
     if (code != PARDISO_OOC_NO_ERROR) {
-      fail(code, own.pass, own.l.kfile < 0 ? "open lnz" : "open unz");
+      fail(code, own.pass, own.l.kfile < 0 ? "open lnz" : "open unz", own.l);
       return failure();
     }
   }
@@ -96,12 +96,16 @@ stage_status panels_in_files<T>::prepare(const structure& form, matrix_type type
 }
 
 template <class T>
-void panels_in_files<T>::fail(pardiso_ooc_code code, store_pass pass, const char* what) {
+void panels_in_files<T>::fail(pardiso_ooc_code code, store_pass pass, const char* what,
+                              const ooc_file& file) {
   omp_set_lock(&lock_);
   if (code_ == PARDISO_OOC_NO_ERROR) {
     code_ = code;
     const bool solves = pass != store_pass::factorisation;
-    snprintf(label_, sizeof label_, "%s %s", solves ? solve_family_of(type_) : family_of(type_), what);
+    fault_.kind = file.kind;
+    fault_.items = file.last_items;
+    snprintf(fault_.label, sizeof fault_.label, "%s %s", solves ? solve_family_of(type_) : family_of(type_),
+             what);
   }
   omp_unset_lock(&lock_);
 }
@@ -121,7 +125,7 @@ bool panels_in_files<T>::transfer(channel& own, int supernode, T* panels, bool w
                                      {"read for forward step", "read unz for forward step"},
                                      {"read lnz for backward step", "read unz for backward step"}};
     const int pass = static_cast<int>(own.pass);
-    fail(code, own.pass, writes ? (upper ? "write unz 2" : "write lnz 2") : names[pass][upper ? 1 : 0]);
+    fail(code, own.pass, writes ? (upper ? "write unz 2" : "write lnz 2") : names[pass][upper ? 1 : 0], file);
     return false;
   }
   return true;
@@ -212,7 +216,7 @@ stage_status panels_in_files<T>::write_lists(const factors<T>& f) {
     const pardiso_ooc_code closed = close_ooc_file(file);
     if (code == PARDISO_OOC_NO_ERROR) code = closed;
     if (code == PARDISO_OOC_NO_ERROR) continue;
-    fail(code, store_pass::factorisation, list.what);
+    fail(code, store_pass::factorisation, list.what, file);
     return failure();
   }
   return {};

@@ -38,6 +38,13 @@ class panel_ring {
   int first_ = -1, latest_ = -1;  ///< lowest offset; where the oldest one follows
 };
 
+/// A failed transfer.
+struct transfer_fault {
+  char label[64];  ///< names the family, the transfer and the file
+  int kind;        ///< of the file
+  int64_t items;   ///< that were moved all the same
+};
+
 /// What a store has moved.
 struct transfer_totals {
   int64_t bytes_read = 0, bytes_written = 0;
@@ -70,8 +77,7 @@ class panels_in_files final : public panel_store<T> {
   stage_status failure() const override { return ooc_status(code_); }
 
   pardiso_ooc_code failed_code() const { return code_; }
-  /// Names the family, the transfer and the file that failed.
-  const char* failed_label() const { return label_; }
+  const transfer_fault& fault() const { return fault_; }
   transfer_totals totals() const;
 
  private:
@@ -89,7 +95,7 @@ class panels_in_files final : public panel_store<T> {
     return elements_of(supernode) * static_cast<int64_t>(sizeof(T)) * (lu_ ? 2 : 1);
   }
   bool transfer(channel& own, int supernode, T* panels, bool writes);
-  void fail(pardiso_ooc_code code, store_pass pass, const char* what);
+  void fail(pardiso_ooc_code code, store_pass pass, const char* what, const ooc_file& file);
 
   const structure* form_ = nullptr;
   ooc_file_set* files_ = nullptr;
@@ -101,7 +107,7 @@ class panels_in_files final : public panel_store<T> {
   panel_ring ring_;
   mutable omp_lock_t lock_;
   pardiso_ooc_code code_ = PARDISO_OOC_NO_ERROR;
-  char label_[64] = "";
+  transfer_fault fault_ = {};
 };
 
 /// The files of one factorisation and the store over them, as a handle owns them.

@@ -8,8 +8,6 @@ namespace {
 
 constexpr int kMemoryCode = block_struc_s0 - 1;
 
-/// Parts of at most this many unknowns are left to minimum degree.
-constexpr int kLeaf = 200;
 /// Parts whose ranges are wanted are made down to this size.
 constexpr int kSmallestSplit = 16;
 /// Splits that take little away don't go on for ever.
@@ -135,7 +133,7 @@ bool splitter::partitioner_has_room(const part& here) {
 bool splitter::split(part&& here, int parts_wanted, int depth) {
   const int first_class = result_.classes;
   const bool cuts_for_range = parts_wanted > 1 && here.n >= kSmallestSplit;
-  const bool cuts_for_fill = plan_.below_subgraphs && here.unknowns > kLeaf && here.n > 2;
+  const bool cuts_for_fill = plan_.below_subgraphs && here.unknowns > plan_.leaf && here.n > 2;
   bool done = true;
   bool cut = false;
   if (here.n > 0 && here.xadj[here.n] > 0 && depth < kDeepest && (cuts_for_range || cuts_for_fill)) {
@@ -181,6 +179,8 @@ dissection_options choose_dissection_options(int n, int64_t longest_row) {
   if (longest_row >= n / 8) return {1, 3, 1, 2, 0, 1, 200, 1};
   return {};
 }
+
+int choose_leaf(int64_t nodes, int64_t edges) { return edges < 5 * nodes ? 400 : 200; }
 
 int choose_subgraphs(int n, int type_number, int threads, int exponent) {
   const int wanted = type_number == 11 && threads > 1 ? threads : 4;

@@ -15,8 +15,13 @@ dissection_options choose_dissection_options(int n, int64_t longest_row);
 /// n. threads counts for real unsymmetric matrices only.
 int choose_subgraphs(int n, int type_number, int threads, int exponent);
 
+/// Parts of at most this many unknowns are left to minimum degree: less for dense graphs, where its choice
+/// among equal degrees costs more fill than in a plane.
+int choose_leaf(int64_t nodes, int64_t edges);
+
 /// What is split, and how deep.
 struct dissection_plan {
+  int leaf = 200;
   int subgraphs = 1;             ///< parts of which the ranges are wanted
   bool below_subgraphs = true;   ///< splits go on inside the parts
   bool separators_last = false;  ///< one class for all separators, after all parts
