@@ -10,7 +10,6 @@
 
 #include "lapack/factor/core_blas.h"
 #include "sparse/pardiso/numeric/diagonal_block.h"
-#include "sparse/pardiso/numeric/narrow_solve.h"
 
 namespace qel::pardiso {
 
@@ -75,9 +74,6 @@ class slice_solver {
 
  private:
   int n() const { return analysed_.form.n; }
-  bool narrow(const supernode_shape& own) const {
-    return count_ == 1 && static_cast<int64_t>(own.rows) * own.width <= kNarrowPanel;
-  }
   T* rows_of(int first) const { return y_ + static_cast<int64_t>(first) * count_; }
 
   /// The system in the order of the factors is M Dr A Dc (M: rows as matched), so its right-hand side takes
@@ -132,9 +128,7 @@ class slice_solver {
       const int below = own.rows - own.width;
       if (below == 0) continue;
       const T* const panel = (forward_.upper_panel ? panels.u : panels.l) + own.width;
-      if (narrow(own)) {
-        add_columns(true, below, own.width, panel, own.rows, y, temp_);
-      } else if (count_ == 1) {
+      if (count_ == 1) {
         times(false, below, own.width, panel, own.rows, y, temp_, from_real<T>(1), T{});
       } else {
         lapack::product('N', 'T', count_, below, own.width, 1, y, count_, panel, own.rows, 0, temp_, count_);
@@ -163,9 +157,7 @@ class slice_solver {
           std::copy_n(rows_of(own.list[own.width + i]), count_, temp_ + static_cast<int64_t>(i) * count_);
         }
         const T* const panel = (backward_.upper_panel ? panels.u : panels.l) + own.width;
-        if (narrow(own)) {
-          subtract_dots(below, own.width, panel, own.rows, temp_, y);
-        } else if (count_ == 1) {
+        if (count_ == 1) {
           times(true, below, own.width, panel, own.rows, temp_, y, from_real<T>(-1), from_real<T>(1));
         } else {
           lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y,
@@ -188,8 +180,6 @@ class slice_solver {
       if (factor.diag == 'N') {
         for (int j = 0; j < count_; ++j) y[j] = y[j] / *block;
       }
-    } else if (narrow(own)) {
-      solve_triangle(factor.uplo == 'L', !plain, factor.diag == 'U', own.width, block, own.rows, y);
     } else if (count_ == 1) {
       lapack::solve('L', factor.uplo, plain ? 'N' : 'T', factor.diag, own.width, 1, block, own.rows, y, n());
     } else {
