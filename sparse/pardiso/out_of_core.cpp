@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "sparse/pardiso/out_of_core.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <limits>
@@ -82,6 +84,8 @@ stage_status choose_store_of(const solver_call& call, const handle& h, const mem
 
 template <class T>
 stage_status open_store(const solver_call& call, const handle& h) {
+  // The limit is one on the process: what the ordering has freed goes back to the system.
+  malloc_trim(0);
   handle owner = h;
   basic_record& record = *h.record();
   store_state& state = h.state_of_store();
