@@ -31,7 +31,7 @@ const char* row_text(int number) {
 // Kept: the finished text goes through the formatted print once more, so a percent sign that came with an
 // argument is interpreted there: "%%" prints one sign, a conversion prints a zero value of its kind. There
 // are no arguments to read, so each conversion is found here and given one; %n has nothing to store to. What
-// is no conversion stays as it is ("(%):").
+// is no conversion stays as it is ("(%):", "50 % ").
 void print_as_format(const char* text) {
   while (const char* percent = std::strchr(text, '%')) {
     std::fwrite(text, 1, static_cast<size_t>(percent - text), stdout);
@@ -46,7 +46,8 @@ void print_as_format(const char* text) {
     if (kind != '\0' && std::strchr("eEfFgGaA", kind) != nullptr) std::printf("%f", 0.0);
     if (kind == 's' || kind == 'p') std::fputs("(null)", stdout);
     text = percent + 1 + flags + (kind != '\0' ? 1 : 0);
-    if (kind != '\0' && std::strchr("diouxXceEfFgGaAspn", kind) == nullptr) {
+    const bool none = kind == '\0' ? flags > 0 : std::strchr("diouxXceEfFgGaAspn", kind) == nullptr;
+    if (none) {
       std::fwrite(percent, 1, static_cast<size_t>(text - percent), stdout);
     }
   }

@@ -142,17 +142,38 @@ stage_status transfers_of_solve(const solver_call& call, const handle& h, const 
   return failure;
 }
 
+namespace {
+
+/// A percentage that has grown since the last one, on the line that ends with 100.
+void tell_percent(int now, int& told) {
+  if (now <= told) return;
+  told = now;
+  tell(row::ooc_percent, now);
+  if (now == 100) serv_message(0, 0, 0);
+}
+
+}  // namespace
+
+void solve_progress::start(int n, solve_options& options) {
+  equations = n;
+  options.progress_context = this;
+  options.progress = [](void* context, solve_part at, int unknowns) {
+    solve_progress& self = *static_cast<solve_progress*>(context);
+    if (at != self.pass || self.percent == 100) {
+      self.pass = at;
+      self.percent = -1;
+      tell(at == solve_part::forward ? row::ooc_forward : row::ooc_backward);
+    }
+    tell_percent(static_cast<int>(int64_t{100} * unknowns / self.equations), self.percent);
+  };
+}
+
 void store_progress::start(factor_options& options) {
   tell(row::ooc_progress);
   options.progress_context = this;
   options.progress = [](void* context, double share_done) {
     store_progress& self = *static_cast<store_progress*>(context);
-    const int now = static_cast<int>(100 * share_done);
-    if (now > self.percent) {
-      self.percent = now;
-      tell(row::ooc_percent, now);
-      if (now == 100) serv_message(0, 0, 0);
-    }
+    tell_percent(static_cast<int>(100 * share_done), self.percent);
     return self.watch.cancelled_at(2, share_done);
   };
 }

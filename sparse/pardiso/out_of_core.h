@@ -35,6 +35,14 @@ struct store_progress {
   void start(factor_options& options);
 };
 
+/// The same while solving, for each pass.
+struct solve_progress {
+  int equations = 0;
+  int percent = -1;
+  solve_part pass = solve_part::all;
+  void start(int n, solve_options& options);
+};
+
 /// The part of the statistics about files.
 void report_transfers(const solver_call& call, const basic_record& record);
 

@@ -87,7 +87,9 @@ stage_status solve(const solver_call& call, const handle& h) {
   block<T> work;
   const int64_t blocks = !refines ? 1 : in_b ? 3 : 2;
   if (!work.allocate(record.account, blocks * count, block_work_r0)) return out_of_memory(record.account);
-  const substitution<T> solve_with = substitution_of<T>(call, h, work.get());
+  substitution<T> solve_with = substitution_of<T>(call, h, work.get());
+  solve_progress told;
+  if (record.out_of_core != 0 && call.msglvl != 0) told.start(call.n, solve_with.options);
   T* const r = work.get() + count;
   T* const x = !in_b ? static_cast<T*>(call.x) : refines ? r + count : b;
   residual_sums<T> sums;

@@ -140,7 +140,11 @@ TEST_F(OutOfCore, StatisticsTellOfTheFiles) {
   const std::string text = printed_by([&] { ASSERT_EQ(c.call(13), 0); });
   std::size_t from = 0;
   for (const char* part : {" Percentage of computed non-zeros for LL^T factorization\n",
-                           " 100 ",
+                           " 100 % \n",
+                           " Number of unknowns computed in forward solving step\n",
+                           " 100 % \n",
+                           " Number of unknowns computed in backward solving step\n",
+                           " 100 % \n",
                            "      Time total  :",
                            " ==============================================================\n",
                            " ----------- Out of core time (in percent (%)) --------------\n",

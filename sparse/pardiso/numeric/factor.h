@@ -60,6 +60,9 @@ struct solve_options {
   solve_part part = solve_part::all;
   bool transposed = false;  ///< with the transposed matrix (unsymmetric types)
   int threads = 1;
+  /// Called by the first thread after each supernode: whether it went forward or backward, unknowns done.
+  void (*progress)(void* context, solve_part pass, int unknowns) = nullptr;
+  void* progress_context = nullptr;
 };
 
 /// x := A^-1 b (or a part of it) for nrhs columns of n, leading dimension n; b and x may be the same.

@@ -114,6 +114,11 @@ class slice_solver {
     }
   }
 
+  void tell(solve_part pass, int unknowns) const {
+    if (thread_ == 0 && options_.progress != nullptr)
+      options_.progress(options_.progress_context, pass, unknowns);
+  }
+
   bool forward() const {
     const structure& form = analysed_.form;
     store_.start_pass(thread_, store_pass::forward);
@@ -125,6 +130,7 @@ class slice_solver {
       interchange(forward_.interchanges, own.first, own.width, false);
       // The diagonal block is in L's panel whichever factor it is of.
       solve_block(own, panels.l, forward_, true, y);
+      tell(solve_part::forward, own.first + own.width);
       const int below = own.rows - own.width;
       if (below == 0) continue;
       const T* const panel = (forward_.upper_panel ? panels.u : panels.l) + own.width;
@@ -166,6 +172,7 @@ class slice_solver {
       }
       solve_block(own, panels.l, backward_, false, y);
       interchange(backward_.interchanges, own.first, own.width, true);
+      tell(solve_part::backward, n() - own.first);
     }
     if (type_.hermitian()) turn();
     return true;
