@@ -250,7 +250,7 @@ int run_explain(const explain_options& options) {
   report out;
   const int level = processor_of(options).level;
   const bool factorisation = options.operation == "getrf" || options.operation == "potrf";
-  if (level >= native::kFirstNativeLevel && !factorisation) {
+  if (level >= kFirstNativeLevel && !factorisation) {
     out = explain_native(native_question_of(options, level));
   } else if (options.operation == "gemm") {
     out = explain_gemm(options, type);

@@ -4,12 +4,11 @@
 #include "fft/planning/fast_plans.h"
 #include "fft/planning/long_plan.h"
 #include "fft/planning/node_plan.h"
+#include "service/native_level.h"
 #include "service/serv.h"
 
 namespace qel::fft {
 namespace {
-
-constexpr int kFirstNativeLevel = 5;
 
 long_facts long_facts_of(const dfti_node& first) {
   return {first.length,

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "lapack/factor/plans.h"
+#include "service/native_level.h"
 
 #include <algorithm>
 
 namespace qel::lapack {
 
 namespace {
-
-constexpr int kFirstNativeLevel = 5;
 
 /// Ask by the factorisation's name of this type.
 core_int ask(core_int question, char type, const char* routine, const char* options, core_int n1, core_int n2,

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "lapack/orthogonal/plans.h"
+#include "service/native_level.h"
 
 #include <algorithm>
 
 namespace qel::lapack {
 
 namespace {
-
-constexpr int kFirstNativeLevel = 5;
 
 core_int ask_block(char type, const char* real_name, const char* complex_name, core_int n1, core_int n2,
                    const tuning_processor& processor) {

@@ -27,17 +27,24 @@ int solve_typed(const solver_call& call, int threads) {
   const bool solves = call.phase % 10 == 3;
   const int64_t n = call.n;
   int bad = 0;
-#pragma omp parallel num_threads(threads) if (threads > 1)
-  {
-    const int64_t team = omp_get_num_threads(), me = omp_get_thread_num();
+  const auto work = [&](int64_t team, int64_t me) {
     const int first = static_cast<int>(n * me / team), last = static_cast<int>(n * (me + 1) / team);
     const int bad_here = find_bad_row(call, a, first, last);
 #pragma omp critical(qel_pardiso_diagonal)
     if (bad_here != 0) bad = bad == 0 ? bad_here : std::min(bad, bad_here);
+    if (team > 1) {
 #pragma omp barrier
+    }
     for (int64_t k = 0; bad == 0 && solves && k < call.nrhs; ++k) {
       for (int64_t i = first; i < last; ++i) x[i + n * k] = b[i + n * k] / a[i];
     }
+  };
+  // Not a region of one thread: it would dismiss the runtime's team.
+  if (threads == 1) {
+    work(1, 0);
+  } else {
+#pragma omp parallel num_threads(threads)
+    work(omp_get_num_threads(), omp_get_thread_num());
   }
   return bad;
 }

@@ -7,6 +7,7 @@
 
 #include "service/cpu_facts.h"
 #include "service/environment.h"
+#include "service/native_level.h"
 #include "service/serv.h"
 #include "sparse/pardiso/checks.h"
 #include "sparse/pardiso/out_of_core.h"
@@ -22,9 +23,6 @@ int clipped(int64_t value) {
 int clipped(double value) {
   return static_cast<int>(std::min<double>(value, std::numeric_limits<int>::max()));
 }
-
-/// Levels from this one on are the library's own: supernodes may be merged.
-constexpr int kFirstNativeLevel = 5;
 
 bool environment_says(const char* name, const char* wanted) {
   char value[16];

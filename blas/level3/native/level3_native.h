@@ -9,10 +9,9 @@
 #include "blas/level3/native/plan.h"
 #include "service/complex_arithmetic.h"
 #include "service/dispatch.h"
+#include "service/native_level.h"
 
 namespace qel::native {
-
-inline constexpr int kFirstNativeLevel = 5;
 
 template <class T>
 struct kernels_of_level;

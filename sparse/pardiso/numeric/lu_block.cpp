@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "service/native_level.h"
 #include "service/serv.h"
 #include "sparse/kernels/pivot_kernels.h"
 #include "sparse/pardiso/numeric/diagonal_block.h"
@@ -109,7 +110,6 @@ struct trailing_block {
     }
   }
   static void update(const pivot_step<R>& step) {
-    constexpr int kFirstNativeLevel = 5;
     const bool native = serv_cpu_level() >= kFirstNativeLevel;
     if constexpr (sizeof(R) == sizeof(float)) {
       (native ? l5_avx2::pivot_update_s : l0_generic::pivot_update_s)(&step);

@@ -94,9 +94,12 @@ void residual_sums<T>::compute_in(const csr_view<T>& a, int nrhs, const T* b, co
   using sum = accumulator<T, R>;
   const int64_t n = a.n;
   sum* const all_sums = reinterpret_cast<sum*>(sums_.get());
-#pragma omp parallel num_threads(options_.threads) if (options_.threads > 1)
-  {
-    const int team = omp_get_num_threads(), me = omp_get_thread_num();
+  const auto wait_for_all = [](int team) {
+    if (team > 1) {
+#pragma omp barrier
+    }
+  };
+  const auto work = [&](int team, int me) {
     const row_range rows = share(a.n, team, me);
     for (int64_t column = 0; column < nrhs; ++column) {
       const T* const b_column = b != nullptr ? b + n * column : nullptr;
@@ -109,14 +112,21 @@ void residual_sums<T>::compute_in(const csr_view<T>& a, int nrhs, const T* b, co
       sum* const sums = all_sums + n * me;
       for (int i = 0; i < a.n; ++i) sums[i].set(me == 0 && b_column != nullptr ? b_column[i] : T{});
       scatter<T, R>(a, rows, x_column, sums);
-#pragma omp barrier
+      wait_for_all(team);
       for (int i = rows.first; i < rows.last; ++i) {
         sum total = all_sums[i];
         for (int t = 1; t < team; ++t) total.add(all_sums[n * t + i]);
         r_column[i] = total.result();
       }
-#pragma omp barrier
+      wait_for_all(team);
     }
+  };
+  // Not a region of one thread: it would dismiss the runtime's team.
+  if (options_.threads == 1) {
+    work(1, 0);
+  } else {
+#pragma omp parallel num_threads(options_.threads)
+    work(omp_get_num_threads(), omp_get_thread_num());
   }
 }
 
