@@ -21,7 +21,10 @@ int run(int argc, char** argv) {
 
   info_options info;
   CLI::App* info_command = app.add_subcommand("info", "Version, build, processor and environment variables");
-  info_command->add_flag("--json", info.json, "Print JSON");
+  CLI::Option* info_json = info_command->add_flag("--json", info.json, "Print JSON");
+  info_command
+      ->add_flag("--variables", info.variables, "Print the table of environment variables in Markdown")
+      ->excludes(info_json);
 
   CLI::App* explain_command =
       app.add_subcommand("explain", "How an operation of given sizes would be done, and why");
