@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "cli/command_tree.h"
 #include "cli/commands.h"
 #include "cli/matrix_market.h"
 
@@ -153,6 +154,7 @@ int run(int argc, char** argv) {
       ->check(CLI::PositiveNumber);
   level1_command->add_flag("--fixed-threads", level1.fixed_threads, "As with QEL_DYNAMIC=FALSE");
 
+  add_manual_options(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
