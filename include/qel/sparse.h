@@ -74,7 +74,7 @@ QEL_API void qel_zcsrgemv(const char* transa, const int* m, const _QEL_Complex16
 /* y := alpha op(A) x + beta y, A m by k, in the four-array form. y has m elements for N, else k. With beta
  * exactly 0 y is not read. matdescra, letters of either case:
  *   [0]  G every entry as it stands; T only the triangle [1]; D only the diagonal; S, H, A the triangle [1],
- *        mirrored as a symmetric, Hermitian or antisymmetric matrix (A: no diagonal)
+ *        mirrored as a symmetric, Hermitian or antisymmetric matrix (A: no diagonal; m = k)
  *   [1]  L lower, U upper: read for T, S, H, A
  *   [2]  N stored diagonal, U ones in place of it: read for T, S, H, D
  *   [3]  C: columns and row positions count from 0; anything else: from 1; not checked
