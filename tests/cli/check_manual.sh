@@ -30,7 +30,9 @@ look() {
   local help page text options commands option command shell offered
   help=$("$qel" "${@:2}" --help)
   options=$(sed -n '/^Options:/,/^$/p' <<< "$help" | grep -oE '^ +-[^ ]+' | tr -d ' ' | tr , '\n')
-  commands=$(sed -n '/^Subcommands:/,/^$/p' <<< "$help" | awk 'NR > 1 && NF {print $1}')
+  # under headings of their own: everything but options and what else stands on the line
+  commands=$(awk '/^[A-Z].*:$/ {options = /^(Options|Positionals):/; seen = 1; next} /^Positionals|^Usage/ {next}
+                  seen && !options && /^  [a-z]/ {print $1}' <<< "$help")
   [ -n "$options" ] || fail "$*: no options in the help"
   page=$manual/qel${2:+-$2}.1
   text=$(sed -e 's/\\f[BIR]//g' -e 's/\\-/-/g' "$page" | tr -s ', ' '\n')
