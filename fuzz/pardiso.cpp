@@ -24,8 +24,8 @@ class session {
     msglvl_ = 0;
     const small_matrix& m = general_[0];
     int phase = -1, error = 1;
-    pardiso(pt_, &one_, &one_, &mtype_, &phase, &m.n, nullptr, m.ia.data(), m.ja.data(), nullptr, &one_, iparm_,
-            &msglvl_, nullptr, nullptr, &error);
+    pardiso(pt_, &one_, &one_, &mtype_, &phase, &m.n, nullptr, m.ia.data(), m.ja.data(), nullptr, &one_,
+            iparm_, &msglvl_, nullptr, nullptr, &error);
     promise(error == 0 && std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }),
             "phase -1 empties the handle");
   }
@@ -58,8 +58,8 @@ class session {
   const small_matrix& matrix() const { return mtype_ % 2 == 0 ? upper_[chosen_] : general_[chosen_]; }
 
   void call() {
-    const int phase = in_.byte() < 224 ? in_.one_of({11, 12, 13, 22, 23, 33, 331, 332, 333, 0, -1, -2, -3})
-                                       : in_.integer();
+    const int phase =
+        in_.byte() < 224 ? in_.one_of({11, 12, 13, 22, 23, 33, 331, 332, 333, 0, -1, -2, -3}) : in_.integer();
     const int nrhs = in_.byte() < 224 ? in_.in_range(1, 3) : in_.integer();
     // More columns than there is data for are the caller's fault.
     if (nrhs > 1000) return;
@@ -69,19 +69,20 @@ class session {
     const int stage = phase > 99 ? phase / 100 : phase / 10;
     const bool single = live && stage != 1 ? single_ : iparm_[27] == 1;
     const auto n = static_cast<size_t>(std::max(m.n, 0)), columns = static_cast<size_t>(std::max(nrhs, 0));
-    number_block a(in_, m.ja.size(), complex_numbers(), single), b(in_, n * columns, complex_numbers(), single),
-        x(in_, n * columns, complex_numbers(), single);
+    number_block a(in_, m.ja.size(), complex_numbers(), single),
+        b(in_, n * columns, complex_numbers(), single), x(in_, n * columns, complex_numbers(), single);
     std::vector<int> perm(n);
     for (size_t k = 0; k < n; ++k) perm[k] = static_cast<int>(n - k);
     if (n > 0 && in_.byte() < 32) perm[static_cast<size_t>(in_.byte()) % n] = in_.integer();
     int error = 777;
-    pardiso(pt_, &maxfct_, &mnum_, &mtype_, &phase, &m.n, a.data(), m.ia.data(), m.ja.data(), perm.data(), &nrhs,
-            iparm_, &msglvl_, b.data(), x.data(), &error);
+    pardiso(pt_, &maxfct_, &mnum_, &mtype_, &phase, &m.n, a.data(), m.ia.data(), m.ja.data(), perm.data(),
+            &nrhs, iparm_, &msglvl_, b.data(), x.data(), &error);
     promise((error >= -11 && error <= 0) || (phase == -2 && error == 16) || (phase == -3 && error == 300000),
             "a code that is documented");
     promise(error != -1 || msglvl_ != 0, "-1 is told where something is printed");
     if (pt_[0] != nullptr && (stage == 1 || !live)) single_ = single;
-    if (pt_[0] == nullptr) promise(std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }), "all or none");
+    if (pt_[0] == nullptr)
+      promise(std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }), "all or none");
   }
   void report() {
     const small_matrix& m = matrix();
