@@ -14,6 +14,7 @@ enum exit_code : int { kDone = 0, kFailed = 1, kBadInput = 2, kSingular = 3 };
 // info.cpp
 struct info_options {
   bool json = false;
+  bool variables = false;
 };
 /// Version, build, processor, and the environment variables that the library reads.
 int run_info(const info_options& options);

@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "cli/command_tree.h"
 #include "cli/commands.h"
 #include "cli/explain/menu.h"
 #include "cli/matrix_market.h"
@@ -22,7 +23,10 @@ int run(int argc, char** argv) {
 
   info_options info;
   CLI::App* info_command = app.add_subcommand("info", "Version, build, processor and environment variables");
-  info_command->add_flag("--json", info.json, "Print JSON");
+  CLI::Option* info_json = info_command->add_flag("--json", info.json, "Print JSON");
+  info_command
+      ->add_flag("--variables", info.variables, "Print the table of environment variables in Markdown")
+      ->excludes(info_json);
 
   explain_menu explain(app);
 
@@ -135,6 +139,7 @@ int run(int argc, char** argv) {
   selftest_command->add_option("--child-level", selftest.child_level)->group("");
   selftest_command->add_flag("--only-by-type", selftest.only_by_type)->group("");
 
+  add_manual_options(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -183,7 +183,8 @@ void symmetric_rows(const csr_slice* rows, const T* a, const T* alpha, const T* 
   for (core_int left = slice_last - slice_first; left > 0; --left, i += kIsLower ? 1 : -1) {
     const T factor = times(scale, x[i]);
     T sum{};
-    const auto inside = [i](core_int j) { return kIsLower ? j < i : j > i; };
+    // A number: four of them are combined without branches.
+    const auto inside = [i](core_int j) -> int { return kIsLower ? j < i : j > i; };
     const auto both = [&](core_int p, core_int j) {
       const T value = stored<kConjugate>(a[p]);
       sum = multiple(value, x[j], sum);

@@ -28,7 +28,7 @@ struct symmetric_block {
     if (hermitian) at(k, k) = from_real<T>(real_part(at(k, k)));
   }
 
-  /// The largest element of column k below row k, and its row.
+  /// The largest element of column k below row k, and its row; k if there is none or none is a number.
   R largest_below(int k, int& row) const {
     R most = 0;
     row = k;
@@ -115,7 +115,7 @@ void factor_ldl_block(bool hermitian, bool search, int w, T* a, core_int lda, re
     if (std::max(diagonal, below) <= threshold) {
       block.at(k, k) = perturbed_pivot(block.at(k, k), threshold);
       ++counts.perturbed;
-    } else if (search && !(diagonal >= alpha * below)) {
+    } else if (row > k && !(diagonal >= alpha * below)) {
       const R beside = block.largest_beside(row, k);
       if (diagonal >= alpha * below * (below / beside)) {
         pivot = k;
