@@ -29,7 +29,12 @@ std::vector<double> dense(const csr& m, int base) {
 void compare_product(qel::fuzz::input& in, const csr& m, int base) {
   const char letters[] = {'N', 't', 'C'}, transa = in.one_of(letters);
   // Only a square matrix can be symmetric.
-  const char matdescra[] = {m.rows == m.columns ? in.one_of("GTDSHA") : in.one_of("GTD"), in.one_of("LU"), in.one_of("NU"), base == 0 ? 'C' : 'F', ' ', ' '};
+  const char matdescra[] = {m.rows == m.columns ? in.one_of("GTDSHA") : in.one_of("GTD"),
+                            in.one_of("LU"),
+                            in.one_of("NU"),
+                            base == 0 ? 'C' : 'F',
+                            ' ',
+                            ' '};
   const bool whole = matdescra[0] == 'G', plain = transa == 'N';
   const int inputs = plain ? m.columns : m.rows, outputs = plain ? m.rows : m.columns;
   std::vector<double> x(static_cast<size_t>(inputs)), y(static_cast<size_t>(outputs), NAN);
@@ -101,7 +106,7 @@ void solve(qel::fuzz::input& in, const csr& m, bool sound) {
   const int type = in.one_of({11, 1, 2, -2}), one = 1;
   if (type % 2 == 0) {
     // Only the upper triangle: else the check must find it out.
-    for (int i = 0; i < m.rows; ++i) sound = sound && m.ia[i] < m.ia[i + 1] && m.ja[m.ia[i] - 1] == i + 1;
+    for (int i = 0; i < m.rows; ++i) sound = sound && m.ia[i] < m.ia[i + 1] && m.ja[m.ia[i] - 1] > i;
   }
   for (int i = 0; i < m.rows; ++i) sound = sound && m.ia[i] < m.ia[i + 1];
   pardisoinit(pt, &type, iparm);
@@ -133,14 +138,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   int given_base = base;
   // Mostly row starts by lengths and columns inside, so that the check is passed at all.
   m.ia.push_back(base);
-  for (int i = 0; i < m.rows; ++i) m.ia.push_back((shape & 4) != 0 ? in.integer() : m.ia.back() + in.in_range(0, 7));
+  for (int i = 0; i < m.rows; ++i)
+    m.ia.push_back((shape & 4) != 0 ? in.integer() : m.ia.back() + in.in_range(0, 7));
   const int stored = (shape & 4) != 0 ? entries : m.ia.back() - base;
   for (int k = 0; k < stored; ++k)
-    m.ja.push_back((shape & 8) != 0 || m.columns == 0 ? in.integer() : in.in_range(base, m.columns - 1 + base));
+    m.ja.push_back((shape & 8) != 0 || m.columns == 0 ? in.integer()
+                                                      : in.in_range(base, m.columns - 1 + base));
   if ((shape & 16) != 0) {
     for (int i = 0; i < m.rows; ++i)
       if (m.ia[i] <= m.ia[i + 1] && m.ia[i] >= base && m.ia[i + 1] - base <= stored)
-        std::sort(m.ja.begin() + m.ia[i] - base, m.ja.begin() + m.ia[i + 1] - base);
+        std::sort(m.ja.begin() + (m.ia[i] - base), m.ja.begin() + (m.ia[i + 1] - base));
   }
   for (int k = 0; k < stored; ++k) m.a.push_back(in.in_range(-4, 4));
   if ((shape & 32) != 0) given_base = in.integer();
@@ -151,14 +158,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                                   words.empty() ? nullptr : words.data(), &word_size);
   promise(found >= 0 && found < 128, "a sum of the documented bits");
   if (!words.empty()) promise(std::memchr(words.data(), 0, words.size()) != nullptr, "the words end");
-  const bool usable = (found & (QEL_CSR_BAD_SIZES | QEL_CSR_BAD_ROW_STARTS | QEL_CSR_OTHER_BASE | QEL_CSR_OUT_OF_RANGE)) == 0;
+  const bool usable =
+      (found & (QEL_CSR_BAD_SIZES | QEL_CSR_BAD_ROW_STARTS | QEL_CSR_OTHER_BASE | QEL_CSR_OUT_OF_RANGE)) == 0;
   const bool sorted = (found & (QEL_CSR_UNSORTED | QEL_CSR_DUPLICATE)) == 0;
   if (usable) {
     compare_product(in, m, given_base);
     if (given_base == 1) compare_matrices(in, m, sorted);
   }
   // The solver doesn't know the length of ja.
-  if (m.rows == m.columns && m.rows > 0 && m.ia.back() - 1 == stored && stored > 0)
-    solve(in, m, usable && sorted && given_base == 1);
+  if (m.rows == m.columns && m.rows > 0 && given_base == 1 && m.ia.back() == stored + 1 && stored > 0)
+    solve(in, m, usable && sorted);
   return 0;
 }

@@ -65,7 +65,8 @@ constexpr int kWords[] = {QEL_DSS_MSG_LVL_SUCCESS,
 
 class session {
  public:
-  explicit session(input& in) : in_(in), general_(structure_from(in, false)), upper_(structure_from(in, true)) {}
+  explicit session(input& in)
+      : in_(in), general_(structure_from(in, false)), upper_(structure_from(in, true)) {}
 
   /// Calls until the input or the process would end.
   void run() {
@@ -175,8 +176,9 @@ class session {
     status_of([&] { return dss_solve_real(&handle_, &word, b, &nrhs, x); });
   }
   void statistics(int word) {
-    constexpr const char* kKeys[] = {"determinant", "Inertia", "flops",   "factortime", "reorder time",
-                                     "solvetime",   "peakmem", "factormem", "solvemem",   "unknown", ""};
+    constexpr const char* kKeys[] = {"determinant",  "Inertia",   "flops",   "factortime",
+                                     "reorder time", "solvetime", "peakmem", "factormem",
+                                     "solvemem",     "unknown",   ""};
     keys_.clear();
     for (int k = in_.byte() % 6; k >= 0; --k) keys_.append(in_.one_of(kKeys)).append(k > 0 ? "," : "");
     double result[64];

@@ -26,7 +26,8 @@ void read_threads() {
   using namespace qel;
   thread_settings settings;
   read_thread_environment(settings);
-  for (const int count : settings.count) fuzz::promise(good_count(count), "a thread count is unset or at least 1");
+  for (const int count : settings.count)
+    fuzz::promise(good_count(count), "a thread count is unset or at least 1");
   fuzz::promise(settings.dynamic == 0 || settings.dynamic == 1, "dynamic is decided");
   fuzz::promise(good_count(settings.omp_count), "OpenMP's count");
   fuzz::promise(good_count(settings.ranks_per_node), "ranks");
@@ -34,13 +35,15 @@ void read_threads() {
   // What is set stays, whatever a second reading finds.
   const thread_settings once = settings;
   read_thread_environment(settings);
-  for (int d = 0; d < kThreadDomains; ++d) fuzz::promise(settings.count[d] == once.count[d], "first value stays");
+  for (int d = 0; d < kThreadDomains; ++d)
+    fuzz::promise(settings.count[d] == once.count[d], "first value stays");
   for (const int cores : {-1, 0, 1, 7, INT_MAX}) {
     for (int domain = -1; domain <= kThreadDomains; ++domain) {
       thread_facts facts;
       facts.cores = cores;
       facts.omp_max_threads = cores;
-      if (cores != 0) fuzz::promise(choose_threads(settings, domain, facts).threads >= 1, "at least one thread");
+      if (cores != 0)
+        fuzz::promise(choose_threads(settings, domain, facts).threads >= 1, "at least one thread");
     }
   }
   counts_restricted_mask();
@@ -49,7 +52,8 @@ void read_threads() {
 void read_store() {
   qel::pardiso::store_configuration configuration;
   qel::pardiso::read_store_configuration(configuration);
-  for (const char* text : {configuration.path, configuration.configuration_path, configuration.configuration_file})
+  for (const char* text :
+       {configuration.path, configuration.configuration_path, configuration.configuration_file})
     qel::fuzz::promise(strnlen(text, qel::pardiso::kStoreTextLength + 1) <= qel::pardiso::kStoreTextLength,
                        "a text ends");
 }
@@ -63,7 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   for (size_t begin = 0; begin < size;) {
     const size_t end = std::min(text.find('\n', begin), size), equals = text.find('=', begin);
     const std::string name = equals < end ? text.substr(begin, equals - begin) : "";
-    const bool variable = name.rfind("QEL_", 0) == 0 || name.rfind("OMP_", 0) == 0 || name.rfind("I_MPI", 0) == 0;
+    const bool variable =
+        name.rfind("QEL_", 0) == 0 || name.rfind("OMP_", 0) == 0 || name.rfind("I_MPI", 0) == 0;
     if (variable) variables[name] = text.substr(equals + 1, end - equals - 1);
     if (!variable) file_text += text.substr(begin, end + 1 - begin);
     begin = end + 1;

@@ -25,7 +25,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
           qel_csr_check(&form.n, &form.n, form.ia.data(), form.ja.data(), &entries, &base, nullptr, &base);
       qel::fuzz::promise(found == 0, "the solver's form is sound");
     }
-  } catch (const file_error&) {
-  }
+  } catch (const file_error&) {}
   return 0;
 }

@@ -13,7 +13,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     size_t count = 1;
     for (const int n : array.shape) count *= static_cast<size_t>(n);
     qel::fuzz::promise(count == array.values.size(), "as many values as the shape says");
-  } catch (const qel::cli::file_error&) {
-  }
+  } catch (const qel::cli::file_error&) {}
   return 0;
 }

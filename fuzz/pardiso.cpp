@@ -24,8 +24,8 @@ class session {
     msglvl_ = 0;
     const small_matrix& m = general_[0];
     int phase = -1, error = 1;
-    pardiso(pt_, &one_, &one_, &mtype_, &phase, &m.n, nullptr, m.ia.data(), m.ja.data(), nullptr, &one_, iparm_,
-            &msglvl_, nullptr, nullptr, &error);
+    pardiso(pt_, &one_, &one_, &mtype_, &phase, &m.n, nullptr, m.ia.data(), m.ja.data(), nullptr, &one_,
+            iparm_, &msglvl_, nullptr, nullptr, &error);
     promise(error == 0 && std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }),
             "phase -1 empties the handle");
   }
@@ -58,8 +58,8 @@ class session {
   const small_matrix& matrix() const { return mtype_ % 2 == 0 ? upper_[chosen_] : general_[chosen_]; }
 
   void call() {
-    const int phase = in_.byte() < 224 ? in_.one_of({11, 12, 13, 22, 23, 33, 331, 332, 333, 0, -1, -2, -3})
-                                       : in_.integer();
+    const int phase =
+        in_.byte() < 224 ? in_.one_of({11, 12, 13, 22, 23, 33, 331, 332, 333, 0, -1, -2, -3}) : in_.integer();
     const int nrhs = in_.byte() < 224 ? in_.in_range(1, 3) : in_.integer();
     // More columns than there is data for are the caller's fault.
     if (nrhs > 1000) return;
@@ -69,27 +69,36 @@ class session {
     const int stage = phase > 99 ? phase / 100 : phase / 10;
     const bool single = live && stage != 1 ? single_ : iparm_[27] == 1;
     const auto n = static_cast<size_t>(std::max(m.n, 0)), columns = static_cast<size_t>(std::max(nrhs, 0));
-    number_block a(in_, m.ja.size(), complex_numbers(), single), b(in_, n * columns, complex_numbers(), single),
-        x(in_, n * columns, complex_numbers(), single);
+    number_block a(in_, m.ja.size(), complex_numbers(), single),
+        b(in_, n * columns, complex_numbers(), single), x(in_, n * columns, complex_numbers(), single);
     std::vector<int> perm(n);
     for (size_t k = 0; k < n; ++k) perm[k] = static_cast<int>(n - k);
     if (n > 0 && in_.byte() < 32) perm[static_cast<size_t>(in_.byte()) % n] = in_.integer();
     int error = 777;
-    pardiso(pt_, &maxfct_, &mnum_, &mtype_, &phase, &m.n, a.data(), m.ia.data(), m.ja.data(), perm.data(), &nrhs,
-            iparm_, &msglvl_, b.data(), x.data(), &error);
+    pardiso(pt_, &maxfct_, &mnum_, &mtype_, &phase, &m.n, a.data(), m.ia.data(), m.ja.data(), perm.data(),
+            &nrhs, iparm_, &msglvl_, b.data(), x.data(), &error);
     promise((error >= -11 && error <= 0) || (phase == -2 && error == 16) || (phase == -3 && error == 300000),
             "a code that is documented");
     promise(error != -1 || msglvl_ != 0, "-1 is told where something is printed");
     if (pt_[0] != nullptr && (stage == 1 || !live)) single_ = single;
-    if (pt_[0] == nullptr) promise(std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }), "all or none");
+    // With a diagonal matrix, and after it, the handle is not asked.
+    const bool factors = error == 0 && m.n > 0 && iparm_[11] != -1 &&
+                         (phase == 12 || phase == 13 || phase == 22 || phase == 23);
+    if (factors || stage == 1 || pt_[0] == nullptr || error != 0) {
+      factored_ = factors ? m : small_matrix{};
+      factored_complex_ = complex_numbers();
+    }
+    if (pt_[0] == nullptr)
+      promise(std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }), "all or none");
   }
   void report() {
-    const small_matrix& m = matrix();
-    const bool single = single_;
+    // The matrix has to be the one that was factored.
+    const small_matrix& m = factored_;
+    if (m.n == 0) return;
     const int columns = in_.in_range(0, 2);
-    number_block a(in_, m.ja.size(), complex_numbers(), single),
-        b(in_, static_cast<size_t>(m.n * columns), complex_numbers(), single),
-        x(in_, static_cast<size_t>(m.n * columns), complex_numbers(), single);
+    number_block a(in_, m.ja.size(), factored_complex_, single_),
+        b(in_, static_cast<size_t>(m.n * columns), factored_complex_, single_),
+        x(in_, static_cast<size_t>(m.n * columns), factored_complex_, single_);
     double errors[2] = {};
     qel_pardiso_quality quality;
     const int verdict = qel_pardiso_report(pt_, in_.integer(), a.data(), m.ia.data(), m.ja.data(), columns,
@@ -98,12 +107,12 @@ class session {
   }
 
   input& in_;
-  small_matrix general_[2], upper_[2];
+  small_matrix general_[2], upper_[2], factored_{};
   void* pt_[64] = {};
   int iparm_[64] = {};
   int maxfct_ = 1, mnum_ = 1, mtype_ = 11, msglvl_ = 0, chosen_ = 0;
   const int one_ = 1;
-  bool single_ = false;
+  bool single_ = false, factored_complex_ = false;
 };
 
 }  // namespace

@@ -17,14 +17,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const table read = read_table(file.path());
     for (const auto& values : read.columns)
       qel::fuzz::promise(values.size() == read.rows(), "columns of one length");
-  } catch (const file_error&) {
-  }
+  } catch (const file_error&) {}
   try {
     const signal samples = read_signal(file.path(), {column, 1});
     size_t count = 1;
     for (const int n : samples.samples.shape) count *= static_cast<size_t>(n);
     qel::fuzz::promise(count == samples.samples.values.size(), "as many values as the shape says");
-  } catch (const file_error&) {
-  }
+  } catch (const file_error&) {}
   return 0;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Transforms: any descriptor, any settings in any order, commits, copies, and calls on blocks of just the size
-// that lengths, strides and distances ask for.
+// Transforms: any descriptor, any settings in any order, commits, copies, and calls on blocks of just the
+// size that lengths, strides and distances ask for.
 #include <algorithm>
 #include <memory>
 
@@ -94,13 +94,16 @@ class transform {
     const auto routine = backward ? DftiComputeBackward : DftiComputeForward;
     int status = 0;
     if (split) {
-      status = in_place ? routine(handle_, first.pointer(), third.pointer())
-                        : routine(handle_, first.pointer(), third.pointer(), second.pointer(), fourth.pointer());
+      status = in_place
+                   ? routine(handle_, first.pointer(), third.pointer())
+                   : routine(handle_, first.pointer(), third.pointer(), second.pointer(), fourth.pointer());
     } else {
-      status = in_place ? routine(handle_, first.pointer()) : routine(handle_, first.pointer(), second.pointer());
+      status =
+          in_place ? routine(handle_, first.pointer()) : routine(handle_, first.pointer(), second.pointer());
     }
     promise(known(status), "a documented status");
-    if (integer(DFTI_COMMIT_STATUS) != DFTI_COMMITTED) promise(status == DFTI_INVALID_CONFIGURATION, "not committed");
+    if (integer(DFTI_COMMIT_STATUS) != DFTI_COMMITTED)
+      promise(status == DFTI_INVALID_CONFIGURATION, "not committed");
   }
 
  private:
@@ -140,7 +143,11 @@ class transform {
     DftiGetValue(handle_, DFTI_LENGTHS, lengths);
     std::reverse(lengths, lengths + dimension);  // strides come in the caller's order
     DftiGetValue(handle_, input ? DFTI_INPUT_STRIDES : DFTI_OUTPUT_STRIDES, strides);
-    DftiGetValue(handle_, in_place ? DFTI_INPUT_STRIDES : input ? DFTI_INPUT_STRIDES : DFTI_OUTPUT_STRIDES, offsets);
+    DftiGetValue(handle_,
+                 in_place ? DFTI_INPUT_STRIDES
+                 : input  ? DFTI_INPUT_STRIDES
+                          : DFTI_OUTPUT_STRIDES,
+                 offsets);
     DftiGetValue(handle_, input ? DFTI_INPUT_DISTANCE : DFTI_OUTPUT_DISTANCE, &distance);
     DftiGetValue(handle_, DFTI_INPUT_DISTANCE, &input_distance);
     if (in_place && distance == 0) distance = input_distance;
@@ -162,9 +169,10 @@ class transform {
     };
     for (int d = 0; d < dimension; ++d) add(d == dimension - 1 ? last : lengths[d], strides[d + 1]);
     add(integer(DFTI_NUMBER_OF_TRANSFORMS), distance);
-    const int64_t offset = offsets[0];
-    result.low = (result.low + offset) * unit;
-    result.high = (result.high + offset + 1) * unit;
+    // In place an offset of real data counts reals on both sides.
+    const int64_t offset = int64_t{offsets[0]} * (real && in_place ? 1 : unit);
+    result.low = result.low * unit + offset;
+    result.high = (result.high + 1) * unit + offset;
     return result;
   }
 
@@ -172,7 +180,8 @@ class transform {
 };
 
 DFTI_DESCRIPTOR_HANDLE create(input& in) {
-  constexpr int kLengths[] = {1, 2, 3, 4, 5, 7, 8, 11, 13, 16, 30, 31, 64, 67, 100, 128, 151, 179, 211, 1024, 1331};
+  constexpr int kLengths[] = {1,  2,  3,  4,   5,   7,   8,   11,  13,   16,  30,
+                              31, 64, 67, 100, 128, 151, 179, 211, 1024, 1331};
   DFTI_DESCRIPTOR_HANDLE handle = nullptr;
   const int wild = in.byte();
   const int precision = wild == 1 ? in.integer() : DFTI_SINGLE + in.byte() % 2,
@@ -200,7 +209,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         break;
       case 1: {
         DFTI_DESCRIPTOR_HANDLE copy = nullptr;
-        if (!current->too_long() && DftiCopyDescriptor(current->handle(), &copy) == 0) current = std::make_unique<transform>(copy);
+        if (!current->too_long() && DftiCopyDescriptor(current->handle(), &copy) == 0)
+          current = std::make_unique<transform>(copy);
         break;
       }
       case 2:

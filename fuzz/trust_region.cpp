@@ -43,7 +43,8 @@ bool known(int status) {
 void minimise(qel::fuzz::input& in, bool bounds) {
   const int n = in.in_range(0, 5), m = n + in.in_range(-1, 3);
   const auto unknowns = static_cast<size_t>(n), residuals = static_cast<size_t>(m < 0 ? 0 : m);
-  numbers x(unknowns), low(unknowns), up(unknowns), eps(6, 1e-6), f(residuals), jacobian(unknowns * residuals);
+  numbers x(unknowns), low(unknowns), up(unknowns), eps(6, 1e-6), f(residuals),
+      jacobian(unknowns * residuals);
   for (double& v : x) v = in.number();
   for (double& v : low) v = in.number();
   for (double& v : up) v = in.number();
@@ -52,9 +53,9 @@ void minimise(qel::fuzz::input& in, bool bounds) {
   const int iter1 = in.in_range(0, 40), iter2 = in.in_range(0, 40);
   const double rs = in.byte() < 128 ? 0.1 : in.number();
   void* run = nullptr;
-  const int made = bounds ? dtrnlspbc_init(&run, &n, &m, x.data(), low.data(), up.data(), eps.data(), &iter1,
-                                           &iter2, &rs)
-                          : dtrnlsp_init(&run, &n, &m, x.data(), eps.data(), &iter1, &iter2, &rs);
+  const int made =
+      bounds ? dtrnlspbc_init(&run, &n, &m, x.data(), low.data(), up.data(), eps.data(), &iter1, &iter2, &rs)
+             : dtrnlsp_init(&run, &n, &m, x.data(), eps.data(), &iter1, &iter2, &rs);
   promise(known(made), "a documented status");
   if (made != QEL_NLS_SUCCESS) {
     promise(run == nullptr || made == QEL_NLS_INVALID_OPTION, "nothing is left behind");
@@ -105,7 +106,8 @@ void residuals_of(int* m, int* n, double* x, double* f) {
 
 void differentiate(qel::fuzz::input& in) {
   const int n = in.in_range(0, 5), m = in.in_range(1, 6);
-  numbers x(static_cast<size_t>(n)), f1(static_cast<size_t>(m)), f2(f1.size()), jacobian(x.size() * f1.size());
+  numbers x(static_cast<size_t>(n)), f1(static_cast<size_t>(m)), f2(f1.size()),
+      jacobian(x.size() * f1.size());
   for (double& v : x) v = in.number();
   const double eps = in.number();
   if (in.byte() < 64) {

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
+#include <limits.h>
 #include <signal.h>
 #include <stdlib.h>
 
@@ -239,7 +240,7 @@ TEST(Ordering, CallersPermutation) {
   for (int k = 0; k < 20; ++k) EXPECT_EQ(perm[static_cast<size_t>(k)], given.order.perm[k] + 1);
 
   options.permutation_mode = 1;
-  for (const int wrong : {0, 21, perm[3], -2000000000}) {
+  for (const int wrong : {0, 21, perm[3], INT_MIN}) {
     std::vector<int> broken = perm;
     broken[5] = wrong;
     ordered refused;
