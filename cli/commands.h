@@ -14,25 +14,10 @@ enum exit_code : int { kDone = 0, kBadInput = 2, kSingular = 3 };
 // info.cpp
 struct info_options {
   bool json = false;
+  bool variables = false;
 };
 /// Version, build, processor, and the environment variables that the library reads.
 int run_info(const info_options& options);
-
-// explain.cpp
-struct explain_options {
-  std::string operation;   ///< gemm, trsm, trmm, symm, syrk, getrf or potrf
-  std::vector<int> sizes;  ///< M N K, M N, N K, or N
-  std::string type = "d";  ///< element type: s, d, c, z
-  std::string side = "L";
-  std::string uplo = "L";
-  int threads = 0;          ///< 0: what this process may use
-  int level = -1;           ///< -1: this process's
-  std::vector<int> caches;  ///< bytes of the data and unified caches; empty: this processor's
-  bool in_parallel = false;
-  bool json = false;
-};
-/// What the library would do with an operation, and why.
-int run_explain(const explain_options& options);
 
 // solve.cpp
 struct solve_options {
@@ -88,30 +73,5 @@ struct fft_options {
 };
 /// Transforms sampled data of up to seven dimensions (real: three); the inverse divides by their number.
 int run_fft(const fft_options& options);
-
-// explain_fft.cpp
-struct explain_fft_options {
-  std::vector<int> lengths;  ///< the fastest one last
-  bool real = false;
-  bool single = false;
-  bool in_place = false;
-  int transforms = 1;
-  double scale = 1;
-  int threads = 0;  ///< 0: what this process may use
-  bool json = false;
-};
-/// How a Fourier transform would be computed.
-int run_explain_fft(const explain_fft_options& options);
-
-// explain_level1.cpp
-struct explain_level1_options {
-  std::string routine;  ///< "ddot", "idamax" ...
-  long n = 0, incx = 1, incy = 1;
-  int level = -1;              ///< processor level; below 0: this process's
-  int threads = 0;             ///< what the BLAS domain allows; 0: this process's
-  bool fixed_threads = false;  ///< as with QEL_DYNAMIC=FALSE
-};
-/// On how many threads a level-1 routine would run, and why.
-int run_explain_level1(const explain_level1_options& options);
 
 }  // namespace qel::cli

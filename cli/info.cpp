@@ -171,6 +171,10 @@ void print_json(const processor_facts& processor, const std::vector<variable_sta
 }  // namespace
 
 int run_info(const info_options& options) {
+  if (options.variables) {
+    fmt::print("{}", variables_page());
+    return kDone;
+  }
   const processor_facts processor = look_at_processor();
   const std::vector<variable_state> variables = environment_variables();
   (options.json ? print_json : print_text)(processor, variables);

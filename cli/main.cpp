@@ -7,7 +7,9 @@
 #include <new>
 #include <stdexcept>
 
+#include "cli/command_tree.h"
 #include "cli/commands.h"
+#include "cli/explain/menu.h"
 #include "cli/matrix_market.h"
 
 namespace {
@@ -21,44 +23,12 @@ int run(int argc, char** argv) {
 
   info_options info;
   CLI::App* info_command = app.add_subcommand("info", "Version, build, processor and environment variables");
-  info_command->add_flag("--json", info.json, "Print JSON");
+  CLI::Option* info_json = info_command->add_flag("--json", info.json, "Print JSON");
+  info_command
+      ->add_flag("--variables", info.variables, "Print the table of environment variables in Markdown")
+      ->excludes(info_json);
 
-  CLI::App* explain_command =
-      app.add_subcommand("explain", "How an operation of given sizes would be done, and why");
-  explain_command->require_subcommand(1);
-  explain_options explain;
-  const auto add_dense = [&](const char* operation, const char* sizes) {
-    CLI::App* command = explain_command->add_subcommand(operation, std::string("Sizes: ") + sizes);
-    command->add_option("sizes", explain.sizes, sizes)->required();
-    command->add_option("--type", explain.type, "Element type: s, d, c or z")->capture_default_str();
-    command->add_option("--side", explain.side, "Side of the matrix: L or R")->capture_default_str();
-    command->add_option("--uplo", explain.uplo, "Triangle: L or U")->capture_default_str();
-    command->add_option("--threads", explain.threads, "Threads allowed, instead of this process's");
-    command->add_option("--level", explain.level, "Processor level 0 to 6, instead of this process's")
-        ->check(CLI::Range(0, 6));
-    command->add_option("--caches", explain.caches, "Bytes of the first, second, third cache")
-        ->delimiter(',');
-    command->add_flag("--in-parallel", explain.in_parallel, "Called from inside a parallel region");
-    command->add_flag("--json", explain.json, "Print JSON");
-    command->callback([&explain, operation] { explain.operation = operation; });
-  };
-  add_dense("gemm", "M N K");
-  for (const char* operation : {"trsm", "trmm", "symm"}) add_dense(operation, "M N");
-  add_dense("syrk", "N K");
-  add_dense("getrf", "M N");
-  add_dense("potrf", "N");
-
-  explain_fft_options fft;
-  CLI::App* fft_command =
-      explain_command->add_subcommand("fft", "A Fourier transform of one to seven lengths");
-  fft_command->add_option("lengths", fft.lengths, "Lengths, the fastest one last")->required();
-  fft_command->add_flag("--real", fft.real, "Real data");
-  fft_command->add_flag("--single", fft.single, "Single precision");
-  fft_command->add_flag("--in-place", fft.in_place, "The result overwrites the data");
-  fft_command->add_option("--transforms", fft.transforms, "Transforms of one call")->capture_default_str();
-  fft_command->add_option("--scale", fft.scale, "Forward scale")->capture_default_str();
-  fft_command->add_option("--threads", fft.threads, "Threads allowed, instead of this process's");
-  fft_command->add_flag("--json", fft.json, "Print JSON");
+  explain_menu explain(app);
 
   solve_options solve;
   std::string right_hand_file;
@@ -138,18 +108,7 @@ int run(int argc, char** argv) {
                                 "Draw the spectrum into this SVG file (needs gnuplot)");
   transform_command->add_flag("--json", transform.json, "Print JSON");
 
-  explain_level1_options level1;
-  CLI::App* level1_command = explain_command->add_subcommand("level1", "Threads of a vector operation");
-  level1_command->add_option("routine", level1.routine, "Name, e.g. ddot")->required();
-  level1_command->add_option("n", level1.n, "Elements")->required();
-  level1_command->add_option("--incx", level1.incx, "Stride of x")->capture_default_str();
-  level1_command->add_option("--incy", level1.incy, "Stride of y")->capture_default_str();
-  level1_command->add_option("--level", level1.level, "Processor level; default: this machine's")
-      ->check(CLI::Range(0, 6));
-  level1_command->add_option("--threads", level1.threads, "Threads allowed; default: this machine's")
-      ->check(CLI::PositiveNumber);
-  level1_command->add_flag("--fixed-threads", level1.fixed_threads, "As with QEL_DYNAMIC=FALSE");
-
+  add_manual_options(app);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -160,9 +119,7 @@ int run(int argc, char** argv) {
   if (*fit_command) return run_fit(fit);
   if (*transform_command) return run_fft(transform);
   if (*check_command) return run_check(check);
-  if (*fft_command) return run_explain_fft(fft);
-  if (*level1_command) return run_explain_level1(level1);
-  return *explain_command ? run_explain(explain) : run_solve(solve);
+  return explain.chosen() ? explain.run() : run_solve(solve);
 }
 
 }  // namespace

@@ -70,7 +70,7 @@ variable_state count_variable(const char* name, const char* purpose) {
   variable_state state = look_up(name, purpose);
   const int count = state.set ? parse_thread_count(state.value.c_str()) : 0;
   state.ignored = state.set && count < 1;
-  state.effect = count >= 1 ? fmt::format("{} thread{}", count, count == 1 ? "" : "s") : "no wish";
+  state.effect = count >= 1 ? fmt::format("{} thread{}", count, count == 1 ? "" : "s") : "nothing asked for";
   return state;
 }
 
@@ -85,7 +85,7 @@ variable_state domain_variable() {
       state.effect += fmt::format("{}{}: {}", state.effect.empty() ? "" : ", ", kNames[d], count[d]);
   }
   state.ignored = state.set && state.effect.empty();
-  if (state.effect.empty()) state.effect = "no wish";
+  if (state.effect.empty()) state.effect = "nothing asked for";
   return state;
 }
 
@@ -141,7 +141,7 @@ variable_state solver_variable(const char* name, const char* purpose, const char
 /// A setting of factors in files, taken as it stands.
 variable_state store_variable(const char* name, const char* purpose, const char* otherwise) {
   variable_state state = look_up(name, purpose);
-  state.effect = state.set ? state.value : std::string(otherwise) + ", or what the configuration file says";
+  state.effect = state.set ? state.value : otherwise;
   return state;
 }
 
@@ -175,13 +175,31 @@ std::vector<variable_state> environment_variables() {
                       "the ordering that iparm(2) names"),
       solver_variable("QEL_PARDISO_CHECK_PATTERN", "1: phases compare the pattern with that of the analysis",
                       "1", "a changed pattern is an error", "patterns are not compared"),
-      store_variable("QEL_PARDISO_OOC_PATH", "prefix of the files that hold factors", "ooc_temp"),
-      store_variable("QEL_PARDISO_OOC_MAX_CORE_SIZE", "megabytes that the direct solver may take", "2000"),
+      store_variable("QEL_PARDISO_OOC_PATH", "prefix of the files that hold factors",
+                     "ooc_temp, or what the configuration file says"),
+      store_variable("QEL_PARDISO_OOC_MAX_CORE_SIZE", "megabytes that the direct solver may take",
+                     "2000, or what the configuration file says"),
       store_variable("QEL_PARDISO_OOC_KEEP_FILE", "0: files of factors stay when they are done with",
-                     "they are deleted"),
+                     "they are deleted, or what the configuration file says"),
       store_variable("QEL_PARDISO_OOC_CFG_PATH", "folder of the file that says the same", "."),
       store_variable("QEL_PARDISO_OOC_CFG_FILE_NAME", "its name", "pardiso_ooc.cfg"),
   };
+}
+
+std::string variables_page() {
+  const environment_lookup former = replace_environment([](const char*) -> const char* { return nullptr; });
+  const std::vector<variable_state> variables = environment_variables();
+  replace_environment(former);
+  std::string page =
+      "<!-- Written by `qel info --variables`; a test compares. -->\n\n"
+      "# Environment variables\n\n"
+      "All that the library reads, each once, on first use; an empty value counts as absent. `qel info` "
+      "shows\n"
+      "what is set, what has an effect, and what is ignored.\n\n"
+      "| variable | meaning | without it |\n|---|---|---|\n";
+  for (const variable_state& v : variables)
+    page += fmt::format("| `{}` | {} | {} |\n", v.name, v.purpose, v.effect);
+  return page;
 }
 
 }  // namespace qel::cli

@@ -19,4 +19,7 @@ struct variable_state {
 /// Every variable, as the process sees it now.
 std::vector<variable_state> environment_variables();
 
+/// Their table as a page in Markdown (docs/environment.md): what each means, and what holds without it.
+std::string variables_page();
+
 }  // namespace qel::cli

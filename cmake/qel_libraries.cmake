@@ -41,7 +41,7 @@ if(NOT QEL_SANITIZE)
   target_link_options(qel PRIVATE -Wl,-z,defs)
 endif()
 target_link_libraries(qel PRIVATE $<LINK_GROUP:RESCAN,qel_kernel,qel_lapack_core> ${QEL_METIS} OpenMP::OpenMP_CXX m)
-target_include_directories(qel INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
+target_include_directories(qel INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 
 # libqel.a: our objects and the private LAPACK members in one archive.
 set(QEL_STATIC ${CMAKE_BINARY_DIR}/libqel.a)

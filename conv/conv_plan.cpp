@@ -20,12 +20,15 @@ int order_of(core_int length, int least) {
 conv_plan plan_conv(core_int longer, core_int shorter) {
   const core_int result = longer + shorter - 1;
   if (result < kLeastResult || shorter < kLeastShorter) {
-    if (longer < kLongLonger) return {conv_method::kDirect};
-    return {conv_method::kBlocks, 0, kBlock, 0};
+    const char* reason = result < kLeastResult ? "short result" : "short second sequence";
+    if (longer < kLongLonger) return {conv_method::kDirect, 0, 0, 0, reason};
+    return {conv_method::kBlocks, 0, kBlock, 0, reason};
   }
-  if (longer < kManyTimes * shorter) return {conv_method::kTransform, order_of(result, 2), 0, 0};
+  if (longer < kManyTimes * shorter)
+    return {conv_method::kTransform, order_of(result, 2), 0, 0, "sequences of like lengths"};
   const int order = order_of(2 * shorter, 1) + 1;
-  return {conv_method::kOverlapSave, order, 0, (core_int{1} << order) - shorter + 1};
+  return {conv_method::kOverlapSave, order, 0, (core_int{1} << order) - shorter + 1,
+          "one sequence is much longer"};
 }
 
 }  // namespace qel::conv

@@ -18,6 +18,7 @@ struct conv_plan {
   int order = 0;              ///< of the transform
   core_int block_length = 0;  ///< kBlocks
   core_int step = 0;          ///< kOverlapSave: outputs per transform after the first
+  const char* reason = "";
 };
 
 /// longer >= shorter >= 1.

@@ -24,7 +24,7 @@ bool all_finite(core_int n, const double* x) {
 /// H = J^T J. Only its lower triangle is read: the native levels form no more.
 void normal_matrix(core_int m, core_int n, const double* jacobian, double* h) {
   const double one = 1, zero = 0;
-  if (serv_cpu_level() >= 5) {
+  if (forms_one_triangle(serv_cpu_level())) {
     core::dsyrk("L", "T", &n, &m, &one, jacobian, &m, &zero, h, &n);
   } else {
     core::dgemm("T", "N", &n, &n, &m, &one, jacobian, &m, jacobian, &m, &zero, h, &n);

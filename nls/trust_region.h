@@ -82,6 +82,9 @@ int trial_step(trust_region& run, const double* jacobian, const double* f, doubl
 /// The same inside the bounds of x; pnorm_scaled is the step's norm in the scaled space.
 int bounded_trial_step(trust_region& run, const double* jacobian, const double* f, double* pnorm_scaled);
 
+/// Whether only one triangle of the normal matrix is formed: others sum in the order of a full product.
+constexpr bool forms_one_triangle(int level) { return level >= 5; }
+
 /// Threads that the norms of the columns of an m by n matrix are worth.
 int threads_for_norms(int m, int n, int threads);
 /// norms[j] = norm of column j of the m by n matrix a, columns shared out among threads.

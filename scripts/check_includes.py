@@ -29,7 +29,7 @@ ALLOWED = {
     "vector/kernels": {"vector/kernels"},
     "dropin": {"dropin", "blas", "lapack", "service"} | PUBLIC,
     "tests/nls": {"tests/nls", "nls", "service"} | PUBLIC,
-    "cli": {"cli", "sparse", "blas", "lapack", "service"} | PUBLIC,
+    "cli": {"cli", "blas", "conv", "lapack", "nls", "service", "sparse", "vector"} | PUBLIC,
     "bench": {"bench", "tests/nls", "tests/support/sparse_problems.h", "cli/matrix_market.h", "blas", "blas/kernels", "include/tavik", "service"} | PUBLIC,
 }
 # What every kernel translation unit may pull in beside its own folder.

@@ -8,7 +8,7 @@ for purpose in "$@"; do
                      libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev libmuparser-dev libcsv-dev
                      libsndfile1-dev libmetis-dev" ;;
     test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 qemu-user
-                    python3 clang-format git gnuplot-nox" ;;
+                    python3 clang-format git gnuplot-nox pkg-config dpkg-dev zsh fish mandoc doxygen" ;;
     bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp libfftw3-double3
                      libfftw3-single3 libeigen3-dev libcminpack-dev libgsl-dev libceres-dev
                      libsuitesparse-dev libmumps-seq-dev libsuperlu-dev" ;;

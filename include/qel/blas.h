@@ -7,6 +7,8 @@
  * pointer is always the lowest address. A pointer to an output must not overlap another argument.
  * Errors: levels 2 and 3 report the position of the first bad argument, counted from 1, through xerbla
  * (service.h) and leave their outputs alone; level 1 has no bad arguments.
+ * Threads: all entries may be called from several threads at once, on outputs of their own. Large calls share
+ * their work out to OpenMP's threads (qel_set_num_threads, service.h), not inside a parallel region.
  * Every name but QEL_Domatcopy is there for Fortran too, with an underscore at its end.
  */
 #ifndef QEL_BLAS_H

@@ -24,6 +24,7 @@
 extern "C" {
 #endif
 
+/* A task: operands' shapes, how to compute, what went wrong. */
 typedef struct vsl_cc_task* VSLConvTaskPtr;
 typedef struct vsl_cc_task* VSLCorrTaskPtr;
 
@@ -41,31 +42,31 @@ enum {
 enum { VSL_CONV_PRECISION_SINGLE = 1, VSL_CONV_PRECISION_DOUBLE = 2 };
 
 #ifndef VSL_STATUS_OK
-#define VSL_STATUS_OK 0
+#define VSL_STATUS_OK 0 /* all went well */
 #endif
 #ifndef VSL_ERROR_MEM_FAILURE
-#define VSL_ERROR_MEM_FAILURE (-4)
+#define VSL_ERROR_MEM_FAILURE (-4) /* no memory to create */
 #endif
 #ifndef VSL_ERROR_NULL_PTR
-#define VSL_ERROR_NULL_PTR (-5)
+#define VSL_ERROR_NULL_PTR (-5) /* a null task */
 #endif
 #define VSL_CC_ERROR_NOT_IMPLEMENTED (-2000)    /* double data in single precision */
 #define VSL_CC_ERROR_ALLOCATION_FAILURE (-2001) /* no memory to execute */
-#define VSL_CC_ERROR_EDIT_FAILURE (-2211)
-#define VSL_CC_ERROR_EDIT_PROHIBITED (-2212)
-#define VSL_CC_ERROR_COMMIT_FAILURE (-2220)
-#define VSL_CC_ERROR_DELETE_FAILURE (-2240)
-#define VSL_CC_ERROR_DIMS (-2301)
-#define VSL_CC_ERROR_START (-2302)
-#define VSL_CC_ERROR_DECIMATION (-2303) /* nz reaches past the end of w */
-#define VSL_CC_ERROR_XSHAPE (-2311)     /* a shape below 1 */
-#define VSL_CC_ERROR_YSHAPE (-2312)
-#define VSL_CC_ERROR_ZSHAPE (-2313)
-#define VSL_CC_ERROR_ZSTRIDE (-2323) /* a stride of 0 */
-#define VSL_CC_ERROR_X (-2331)       /* null data */
-#define VSL_CC_ERROR_Y (-2332)
-#define VSL_CC_ERROR_Z (-2333)
-#define VSL_CC_ERROR_KERNEL_FAILURE (-2800) /* no memory for a transform */
+#define VSL_CC_ERROR_EDIT_FAILURE (-2211)       /* an edit of an unknown parameter or a bad value */
+#define VSL_CC_ERROR_EDIT_PROHIBITED (-2212)    /* an edit of a parameter that is fixed */
+#define VSL_CC_ERROR_COMMIT_FAILURE (-2220)     /* the task can't be prepared */
+#define VSL_CC_ERROR_DELETE_FAILURE (-2240)     /* the task's plan can't be released */
+#define VSL_CC_ERROR_DIMS (-2301)               /* a rank out of range */
+#define VSL_CC_ERROR_START (-2302)              /* a start out of range */
+#define VSL_CC_ERROR_DECIMATION (-2303)         /* nz reaches past the end of w */
+#define VSL_CC_ERROR_XSHAPE (-2311)             /* a shape below 1 */
+#define VSL_CC_ERROR_YSHAPE (-2312)             /* the same of y */
+#define VSL_CC_ERROR_ZSHAPE (-2313)             /* the same of z */
+#define VSL_CC_ERROR_ZSTRIDE (-2323)            /* a stride of 0 */
+#define VSL_CC_ERROR_X (-2331)                  /* null data */
+#define VSL_CC_ERROR_Y (-2332)                  /* the same of y */
+#define VSL_CC_ERROR_Z (-2333)                  /* the same of z */
+#define VSL_CC_ERROR_KERNEL_FAILURE (-2800)     /* no memory for a transform */
 
 /* Creates a task with a fixed x of xshape elements, which is not copied; y will have yshape, z zshape
  * elements. Shapes are tested by the execution. -5: task is null. -4: no memory.

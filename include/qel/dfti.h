@@ -49,6 +49,7 @@ enum DFTI_CONFIG_PARAM {
   DFTI_NUMBER_OF_USER_THREADS = 26 /* int */
 };
 
+/* Values of parameters; those not accepted give status 2 or 6. */
 enum DFTI_CONFIG_VALUE {
   DFTI_COMMITTED = 30,
   DFTI_UNCOMMITTED = 31,
@@ -73,6 +74,7 @@ enum DFTI_CONFIG_VALUE {
   DFTI_CCE_FORMAT = 57
 };
 
+/* What functions return; qel_dfti_message words it. */
 enum DFTI_STATUS {
   DFTI_NO_ERROR = 0,
   DFTI_MEMORY_ERROR = 1,
@@ -87,6 +89,7 @@ enum DFTI_STATUS {
   DFTI_INCORRECT_STATUS = 10
 };
 
+/* A descriptor, and how callers hold it. */
 typedef struct DFTI_DESCRIPTOR DFTI_DESCRIPTOR;
 typedef DFTI_DESCRIPTOR* DFTI_DESCRIPTOR_HANDLE;
 
@@ -145,10 +148,11 @@ QEL_API int DftiCommitDescriptor(DFTI_DESCRIPTOR* descriptor);
 
 /* y[k] = scale * the sum of x[j] exp(-+ 2 pi i j k / n) over all dimensions: minus forward, plus backward,
  * each with its own scale. Real data go forward to half of their spectrum and back; docs/fft.md has the
- * layouts. data    the input, which in place is the output; else the output's address follows. Parts in two
- * arrays (DFTI_COMPLEX_STORAGE) are two addresses for each side, the real parts first 1: no memory (strides,
- * several dimensions, threads); 2: not committed, or split parts in scrambled order; 5: null; 6: split parts
- * in several dimensions; 8: more threads at once than DFTI_NUMBER_OF_USER_THREADS.
+ * layouts.
+ *   data    the input, which in place is the output; else the output's address follows. Parts in two
+ *           arrays (DFTI_COMPLEX_STORAGE) are two addresses for each side, the real parts first
+ * 1: no memory (strides, several dimensions, threads); 2: not committed, or split parts in scrambled order;
+ * 5: null; 6: split parts in several dimensions; 8: more threads at once than DFTI_NUMBER_OF_USER_THREADS.
  */
 QEL_API int DftiComputeForward(DFTI_DESCRIPTOR* descriptor, void* data, ...);
 QEL_API int DftiComputeBackward(DFTI_DESCRIPTOR* descriptor, void* data, ...);

@@ -10,6 +10,7 @@
  * info is stored and also returned: 0 all is well; -i argument i was bad, which is also reported through
  * xerbla (service.h); -1023 no memory for the 64-bit copy of an integer array, nothing was done (reported
  * with position 1079); above 0 as told with the routine.
+ * Threads as in blas.h.
  * Sources: Anderson et al., LAPACK Users' Guide, 3rd ed., SIAM 1999; Golub and Van Loan, Matrix Computations.
  * Every name is there for Fortran too, with an underscore at its end.
  */

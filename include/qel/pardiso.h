@@ -119,12 +119,13 @@ QEL_API int pardisoinit(void** pt, const int* mtype, int* iparm);
 
 /* How far a solution can be trusted. */
 typedef struct qel_pardiso_quality {
-  int perturbed_pivots;
-  int positive, negative; /* eigenvalues of symmetric indefinite types */
-  double condition;       /* estimate of |A| |A^-1| in the 1-norm; below 1: not computed */
-  double backward_error;  /* the largest of the right-hand sides'; below 0: none given */
-  double forward_error;   /* condition * backward error: about the relative error of x; below 0: unknown */
-  char text[256];         /* the verdict in words */
+  int perturbed_pivots;  /* as iparm(14) */
+  int positive;          /* eigenvalues of symmetric indefinite types above 0 */
+  int negative;          /* and below 0 */
+  double condition;      /* estimate of |A| |A^-1| in the 1-norm; below 1: not computed */
+  double backward_error; /* the largest of the right-hand sides'; below 0: none given */
+  double forward_error;  /* condition * backward error: about the relative error of x; below 0: unknown */
+  char text[256];        /* the verdict in words */
 } qel_pardiso_quality;
 
 /* Looks at the factors of mnum, and at solutions if there are any (nrhs 0: none). a, ia, ja: the matrix that

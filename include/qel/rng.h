@@ -11,6 +11,7 @@
 extern "C" {
 #endif
 
+/* A stream of random numbers, which one thread at a time may use. */
 typedef struct qel_random_stream* qel_random_stream_handle;
 
 /* The generator: R250, y(k) = y(k - 250) xor y(k - 147) on 32-bit words.
@@ -45,10 +46,12 @@ QEL_API int vslNewStream(qel_random_stream_handle* stream, int brng, unsigned se
 QEL_API int vslDeleteStream(qel_random_stream_handle* stream);
 
 /* r[i] := a + w (b - a) / 2^32 with the next n words w of the stream: uniform in [a, b), but that rounding
- * may reach b. method  QEL_RNG_UNIFORM_PLAIN or QEL_RNG_UNIFORM_CLAMPED n       0 returns at once a, b    a <
- * b Returns 0, or what is wrong, which is also reported through xerbla by its position: method 1 (-3), stream
- * 2
- * (-5, -1006), n 3, r 4, a or b 5 (-3). r is then untouched.
+ * may reach b.
+ *   method  QEL_RNG_UNIFORM_PLAIN or QEL_RNG_UNIFORM_CLAMPED
+ *   n       0 returns at once
+ *   a, b    a < b
+ * Returns 0, or what is wrong, which is also reported through xerbla by its position: method 1 (-3), stream
+ * 2 (-5, -1006), n 3, r 4, a or b 5 (-3). r is then untouched.
  */
 QEL_API int vdRngUniform(int method, qel_random_stream_handle stream, int n, double* r, double a, double b);
 

@@ -73,7 +73,9 @@ QEL_API int qel_set_allocator(void* (*allocate)(size_t size),
  * QEL_VERBOSE_FILE names (standard output if it can't be opened). A line has the name, option letters, sizes,
  * leading dimensions and strides in the order of the call, the processor level, the threads that the call
  * could use, seconds, 10^9 operations per second where a formula is known, and "refused" if an error was
- * reported. on    0 off, else on Returns 1 if it was on, else 0.
+ * reported.
+ *   on    0 off, else on
+ * Returns 1 if it was on, else 0.
  */
 QEL_API int qel_verbose(int on);
 

@@ -7,6 +7,7 @@
  *   y     the full vector
  * Errors: no memory for the 64-bit copy of indx: xerbla (service.h) with the upper-case name and position
  * 1079; no array is touched.
+ * Threads as in blas.h; compressed vectors are one thread's work.
  * Every name is there for Fortran too, with an underscore at its end.
  */
 #ifndef QEL_SPARSE_H
@@ -88,12 +89,16 @@ QEL_API void qel_zcsrmv(const char* transa, const int* m, const int* k, const _Q
                         _QEL_Complex16* y);
 
 /* C := A + beta op(B), all m by n (B n by m unless transa, which belongs to B, is N), in the three-array
- * form. request  0  builds ic, jc, c, of which nzmax entries fit; info is the row (from 1) that doesn't fit,
- * the rows before it are complete 1  only ic: ic[m] - 1 entries are needed; jc, c may be null 2  jc and c,
- * with ic as request 1 left it sort     1, 2, 3 sorts the rows of A, of B, of both by column, in the caller's
- * arrays; else nothing. Rows must be sorted; it isn't checked. Sums that are zero stay entries. Bad
- * arguments: 1 transa, 2 request, 4 m, 5 n, 16 nzmax (request 0 only). No memory (T, C only): position 1079,
- * info -1023.
+ * form.
+ *   request  0  builds ic, jc, c, of which nzmax entries fit; info is the row (from 1) that doesn't fit,
+ *               the rows before it are complete
+ *            1  only ic: ic[m] - 1 entries are needed; jc, c may be null
+ *            2  jc and c, with ic as request 1 left it
+ *   sort     1, 2, 3 sorts the rows of A, of B, of both by column, in the caller's arrays; else nothing.
+ *            Rows must be sorted; it isn't checked
+ * Sums that are zero stay entries.
+ * Bad arguments: 1 transa, 2 request, 4 m, 5 n, 16 nzmax (request 0 only). No memory (T, C only): position
+ * 1079, info -1023.
  */
 QEL_API void qel_dcsradd(const char* transa, const int* request, const int* sort, const int* m, const int* n,
                          double* a, int* ja, const int* ia, const double* beta, double* b, int* jb,

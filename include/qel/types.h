@@ -6,14 +6,14 @@
 
 /* Double complex number: two doubles, real part first; the bytes of Fortran's COMPLEX*16. */
 typedef struct _QEL_Complex16 {
-  double real;
-  double imag;
+  double real; /* real part */
+  double imag; /* imaginary part */
 } _QEL_Complex16;
 
 /* Single complex number: two floats, real part first; the bytes of Fortran's COMPLEX. */
 typedef struct _QEL_Complex8 {
-  float real;
-  float imag;
+  float real; /* real part */
+  float imag; /* imaginary part */
 } _QEL_Complex8;
 
 #endif /* QEL_TYPES_H */

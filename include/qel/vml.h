@@ -44,13 +44,13 @@ QEL_API void vdSub(int n, const double* a, const double* b, double* r);
 #define VML_ERRMODE_EXCEPT 0x800    /* raises the floating-point flag */
 #define VML_ERRMODE_CALLBACK 0x1000 /* calls the callback, if there is one */
 
-#define VML_STATUS_BADMEM (-2)
-#define VML_STATUS_BADSIZE (-1)
-#define VML_STATUS_OK 0
-#define VML_STATUS_ERRDOM 1
-#define VML_STATUS_SING 2
-#define VML_STATUS_OVERFLOW 3
-#define VML_STATUS_UNDERFLOW 4
+#define VML_STATUS_BADMEM (-2)  /* a null operand */
+#define VML_STATUS_BADSIZE (-1) /* a count below 0 */
+#define VML_STATUS_OK 0         /* all elements were well */
+#define VML_STATUS_ERRDOM 1     /* an argument outside the domain */
+#define VML_STATUS_SING 2       /* a singularity: a zero divisor */
+#define VML_STATUS_OVERFLOW 3   /* a result too large */
+#define VML_STATUS_UNDERFLOW 4  /* a result too small */
 
 /* The mode, at first VML_HA with errno, exception and callback. Setting returns the former one: the low four
  * bits are replaced unless they are 0, bits 8 to 15 if any of them is set; bits 16 and 17, if either is set,
@@ -67,10 +67,12 @@ QEL_API int qel_vml_set_status(int status);
 
 /* What a callback gets to see. It may change r1, which then is the result. */
 typedef struct qel_vml_event {
-  int status;
+  int status;    /* VML_STATUS_ of this element */
   int index;     /* of the element in the whole array, from 0 */
-  double a, b;   /* its operands */
-  double r1, r2; /* its result, twice */
+  double a;      /* its first operand */
+  double b;      /* its second operand */
+  double r1;     /* its result */
+  double r2;     /* the same again */
   char name[65]; /* the routine */
 } qel_vml_event;
 

@@ -21,6 +21,17 @@ struct split_plan {
 };
 split_plan plan_split(const split_facts& facts);
 
+/// Operations for one right-hand side, roughly: by the routine's name without its type, the order and, of a
+/// band, the diagonals below and above the main one.
+constexpr double split_work(std::string_view name, core_int order, core_int below, core_int above) {
+  const auto n = static_cast<double>(order);
+  if (name == "GTTRS") return 8 * n;
+  if (name == "PTTRS") return 6 * n;
+  if (name == "GBTRS") return 2 * n * static_cast<double>(2 * below + above);
+  if (name == "PBTRS") return 4 * n * static_cast<double>(below);
+  return name == "TPTRS" ? n * n : 2 * n * n;
+}
+
 /// First column of a slice; that of slice `slices` is nrhs.
 constexpr core_int slice_begin(core_int nrhs, int slices, int slice) { return nrhs * slice / slices; }
 

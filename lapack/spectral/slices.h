@@ -23,12 +23,17 @@ struct vector_facts {
 /// Slices of the vectors, one thread each; 1 where threads do not pay.
 int plan_vectors(const vector_facts& facts);
 
+/// Operations for one vector, roughly: products with the reflectors of a packed matrix, inverse iteration.
+constexpr double packed_q_work(core_int order) {
+  return 4 * static_cast<double>(order) * static_cast<double>(order);
+}
+constexpr double inverse_iteration_work(core_int order) { return 500 * static_cast<double>(order); }
+
 /// plain(first, columns, ap, work) applies the reflectors of `ap`, which it writes to and restores, to
 /// columns of C. False if there is one slice only or no memory for copies of ap; nothing is done then.
 template <class T, class Plain>
 bool multiply_packed_q(core_int order, core_int columns, T* ap, const Plain& plain) {
-  const double work = 4 * static_cast<double>(order) * static_cast<double>(order);
-  const int slices = plan_vectors({order, columns, work, serv_threads_all()});
+  const int slices = plan_vectors({order, columns, packed_q_work(order), serv_threads_all()});
   if (slices < 2) return false;
   const core_int packed = order * (order + 1) / 2;
   const plain::scratch<T> memory((packed + columns) * slices);
@@ -69,7 +74,7 @@ bool iterate_inversely(core_int n, core_int vectors, const R* d, const R* e, con
                        Int* ifail, Int* info, const Plain& plain) {
   constexpr int kMostSlices = 64;
   const int slices =
-      std::min(kMostSlices, plan_vectors({n, vectors, 500 * static_cast<double>(n), serv_threads_all()}));
+      std::min(kMostSlices, plan_vectors({n, vectors, inverse_iteration_work(n), serv_threads_all()}));
   if (slices < 2) return false;
   const core_int reals = 5 * n,
                  bytes = reals * static_cast<core_int>(sizeof(R)) + n * static_cast<core_int>(sizeof(Int));

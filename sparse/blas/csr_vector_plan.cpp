@@ -20,15 +20,29 @@ char upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned 
 
 bool is_mirrored(char kind) { return std::strchr("SHA", kind) != nullptr; }
 
+csr_vector_plan serial(const char* reason) {
+  csr_vector_plan plan;
+  plan.reason = reason;
+  return plan;
+}
+
 csr_vector_plan native_plan(const csr_vector_facts& facts) {
-  if (facts.entries < kNativeThreadEntries) return {};
+  if (facts.entries < kNativeThreadEntries) return serial("few entries");
   if (is_mirrored(facts.kind)) {
-    const auto scheme = facts.far_share > kManyFarRows ? csr_scheme::kAccumulators : csr_scheme::kFarRows;
-    return {scheme, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};
+    const bool many = facts.far_share > kManyFarRows;
+    return {many ? csr_scheme::kAccumulators : csr_scheme::kFarRows,
+            facts.threads,
+            /*even_entries=*/true,
+            /*shared_sum=*/true,
+            false,
+            many ? "many entries far off the diagonal" : "near the diagonal"};
   }
-  if (!facts.transposed) return {csr_scheme::kRowBlocks, facts.threads, /*even_entries=*/true, false};
-  if (facts.entries < kEntriesPerAccumulator * facts.columns * facts.threads) return {};
-  return {csr_scheme::kAccumulators, facts.threads, /*even_entries=*/true, /*shared_sum=*/true};
+  if (!facts.transposed)
+    return {csr_scheme::kRowBlocks, facts.threads, /*even_entries=*/true, false, false, "rows don't meet"};
+  if (facts.entries < kEntriesPerAccumulator * facts.columns * facts.threads)
+    return serial("results per thread would cost more than the entries");
+  return {csr_scheme::kAccumulators, facts.threads, /*even_entries=*/true,
+          /*shared_sum=*/true,       false,         "columns meet in the result"};
 }
 
 }  // namespace
@@ -46,12 +60,15 @@ namespace {
 
 csr_vector_plan shared_plan(const csr_vector_facts& facts) {
   const bool mirrored = is_mirrored(facts.kind);
-  if (facts.threads < 2 || facts.kind == 'D') return {};
-  if (mirrored && facts.rows <= facts.threads) return {};
+  if (facts.threads < 2) return serial("one thread");
+  if (facts.kind == 'D') return serial("a diagonal");
+  if (mirrored && facts.rows <= facts.threads) return serial("few rows");
   if (facts.native) return native_plan(facts);
-  if (mirrored) return {csr_scheme::kAccumulators, facts.threads, false, facts.rows >= kSharedSumRows};
-  if (facts.transposed) return {};
-  return {csr_scheme::kRowBlocks, facts.threads, false, false};
+  if (mirrored)
+    return {csr_scheme::kAccumulators,    facts.threads, false,
+            facts.rows >= kSharedSumRows, false,         "both triangles meet in the result"};
+  if (facts.transposed) return serial("no threads for transposed products on this level");
+  return {csr_scheme::kRowBlocks, facts.threads, false, false, false, "rows don't meet"};
 }
 
 }  // namespace

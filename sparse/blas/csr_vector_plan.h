@@ -38,6 +38,7 @@ struct csr_vector_plan {
   bool even_entries = false;  ///< the threads' rows are chosen by entries, else by count
   bool shared_sum = false;    ///< the accumulators are added by all threads
   bool streams = false;       ///< kernels ask for the matrix ahead
+  const char* reason = "";
 };
 
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts);

@@ -249,24 +249,6 @@ TEST(Check, TellsWhatIsUnusual) {
   EXPECT_EQ(run("check /nowhere.mtx").exit_code, 2);
 }
 
-TEST(Explain, TellsThreadsOfVectorOperationsAndWhy) {
-  struct explain_case {
-    const char *arguments, *want;
-  };
-  for (const explain_case& c :
-       {explain_case{"ddot 2500 --level 3 --threads 8", "threads  1 (short vector)"},
-        {"ddot 2501 --level 3 --threads 8", "threads  4 (at most 4 threads"},
-        {"ddot 2501 --level 3 --threads 8 --fixed-threads", "threads  8 (all threads"},
-        {"idamax 200000 --level 4 --threads 8", "threads  1 (no threads on this"},
-        {"idamax 200000 --level 5 --threads 2", "threads  2 (all threads"},
-        {"dcopy 200000 --level 5 --incx 0 --threads 2", "threads  1 (stride 0)"}}) {
-    const command_result result = run(std::string("explain level1 ") + c.arguments);
-    EXPECT_EQ(0, result.exit_code) << result.output;
-    EXPECT_TRUE(contains(result.output, c.want)) << result.output;
-  }
-  EXPECT_EQ(kBadInput, run("explain level1 nothing 5").exit_code);
-}
-
 TEST(Info, TellsWhichVariablesHaveAnEffect) {
   setenv("QEL_DEBUG_CPU_TYPE", "2", 1);
   setenv("QEL_DEBUG_VECTOR_TYPE", "9", 1);
@@ -286,51 +268,6 @@ TEST(Info, TellsWhichVariablesHaveAnEffect) {
     if (variable["name"] == "QEL_MM_DISABLE") {
       EXPECT_EQ(variable["value"], nullptr);
     }
-  }
-}
-
-TEST(Explain, ShowsThePlanOfTheGivenFacts) {
-  struct {
-    const char* arguments;
-    std::vector<std::pair<const char*, nlohmann::json>> wanted;
-  } const cases[] = {
-      {"gemm 2000 2000 2000 --threads 8 --level 3 --caches 32768,262144,8388608",
-       {{"scheme", "shared_a"}, {"grid", "4 x 2"}, {"block_m", 1000}, {"class", 3}, {"tile", "2 x 8"}}},
-      {"gemm 5 1000 1000 --threads 8 --level 4", {{"scheme", "serial"}, {"threads", 1}, {"tile", "8 x 4"}}},
-      {"gemm 100 100 258 --threads 1 --level 0", {{"scheme", "serial"}, {"level", 0}}},
-      {"gemm 100 100 113 --threads 1 --level 1 --type z", {{"b_without_transpose", "read as it lies"}}},
-      {"trsm 600 31 --threads 4 --level 1", {{"threads", 1}, {"reason", "narrow slabs"}}},
-      {"trsm 600 40 --side R --threads 4 --level 3", {{"threads", 4}, {"rows_per_thread", 148}}},
-      {"syrk 1000 100 --threads 3 --level 4", {{"scheme", "triangle_blocks"}, {"pieces", 10}}},
-      {"gemm 20 20 20 --threads 4 --level 5", {{"scheme", "in place"}, {"threads", 1}, {"tile", "12 x 4"}}},
-      {"gemm 1000 1000 1000 --threads 6 --level 5", {{"scheme", "packed"}, {"grid", "3 x 2"}}},
-      {"trsm 600 400 --threads 4 --level 6", {{"threads", 4}, {"diagonal_blocks", 64}}},
-      {"syrk 1000 100 --threads 3 --level 6 --type z", {{"grid", "1 x 3"}, {"tile", "12 x 4"}}},
-      {"getrf 3300 3300 --threads 4 --level 3",
-       {{"path", "tasks"},
-        {"block", 200},
-        {"columns_of_one_grant", 2},
-        {"columns_kept_out_of_first_grants", 16}}},
-      {"getrf 3300 3300 --threads 1 --level 3", {{"path", "recursive"}}},
-      {"potrf 500 --uplo U --threads 2 --level 3",
-       {{"path", "tasks"}, {"tile", 48}, {"panels_of_one_task", 500}}},
-  };
-  for (const auto& c : cases) {
-    const command_result result = run(std::string("explain ") + c.arguments + " --json");
-    ASSERT_EQ(result.exit_code, 0) << result.output;
-    const nlohmann::json report = nlohmann::json::parse(result.output);
-    for (const auto& [key, value] : c.wanted) EXPECT_EQ(report[key], value) << c.arguments << ' ' << key;
-  }
-  EXPECT_TRUE(contains(run("explain gemm 9 9 9 --level 3").output, "too small for threads"));
-  EXPECT_TRUE(
-      contains(run("explain fft 12 1009 --real --json").output, "\"line_1009\": \"as complex numbers"));
-  EXPECT_EQ(run("explain fft 0").exit_code, kBadInput);
-}
-
-TEST(Explain, RefusesWhatItCannotRead) {
-  for (const char* arguments : {"gemm 1 2", "trsm 1 2 3", "gemm 1 2 3 --type q", "trsm 1 2 --side X", "dot 5",
-                                "gemm 1 -2 3", "syrk 5 5 --level 9", "getrf 5", "potrf 5 --uplo X"}) {
-    EXPECT_EQ(run(std::string("explain ") + arguments).exit_code, 2) << arguments;
   }
 }
 

@@ -9,6 +9,7 @@
 #include <random>
 
 #include "qel/qel.h"
+#include "tests/whole/object_families.h"
 
 namespace qel::test {
 namespace {
@@ -199,6 +200,11 @@ result_bits run_sparse(unsigned seed) {
   return bits_of(doubles{sum}, y, gathered);
 }
 
+template <std::vector<double> (*Run)(unsigned)>
+result_bits run_object(unsigned seed) {
+  return bits_of(Run(seed));
+}
+
 }  // namespace
 
 const std::vector<entry_family>& entry_families() {
@@ -220,6 +226,15 @@ const std::vector<entry_family>& entry_families() {
       {"lange", run_lange},
       {"omatcopy", run_omatcopy},
       {"sparse", run_sparse},
+      {"row form", run_object<run_row_form>, true},
+      {"complex transform", run_object<run_complex_transform>, true},
+      {"real transform", run_object<run_real_transform>, true},
+      {"convolution", run_object<run_convolution>, true},
+      {"direct solver", run_object<run_direct_solver>, true},
+      {"simpler solver", run_object<run_simpler_solver>, true},
+      {"vector math", run_object<run_vector_math>, true},
+      {"random stream", run_object<run_random_stream>, true},
+      {"least squares", run_object<run_least_squares_fit>, true},
   };
   return families;
 }

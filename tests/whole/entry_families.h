@@ -14,6 +14,7 @@ using result_bits = std::vector<uint64_t>;
 struct entry_family {
   const char* name;
   result_bits (*run)(unsigned seed);
+  bool makes_objects = false;
 };
 
 /// All families.

@@ -2,6 +2,7 @@
 // Buffers under many threads: released all the time beside threads that compute, used by a hundred thousand
 // threads one after the other, and by more threads at once than the library keeps records for.
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <pthread.h>
 
 #include <atomic>
@@ -95,24 +96,26 @@ class small_threads {
 };
 constexpr size_t kStackBytes = kSanitized ? 1 << 20 : 64 << 10;
 
-TEST(ManyThreads, ReleasesInALoopLeaveResultsAlone) {
+TEST(ManyThreads, ReleasesAndSettersInALoopLeaveResultsAlone) {
   in_fresh_process([] {
-    constexpr const char* kFamilies[] = {"gesv", "sparse", "gbtrf", "gesdd"};
+    qel_set_num_threads(2);
     std::atomic<bool> stop{false};
     std::atomic<int> wrong{0};
     std::vector<std::thread> workers;
-    for (unsigned seed = 0; seed < 8; ++seed) {
+    for (unsigned seed = 0; seed < 16; ++seed) {
       workers.emplace_back([&, seed] {
-        std::vector<result_bits> expected;
-        for (const char* name : kFamilies) expected.push_back(family_named(name).run(seed));
-        for (unsigned round = 0; round < under_strain(800); ++round) {
-          for (size_t k = 0; k < expected.size(); ++k)
-            wrong += family_named(kFamilies[k]).run(seed) != expected[k];
-        }
+        const std::vector<result_bits> expected = run_all_families(seed, seed);
+        for (unsigned round = 0; round < under_strain(60); ++round)
+          wrong += run_all_families(seed, seed + round) != expected;
       });
     }
     std::thread releaser([&] {
-      while (!stop) QEL_FreeBuffers();
+      while (!stop) {
+        QEL_FreeBuffers();
+        qel_set_num_threads(2);
+        qel_set_num_threads_local(1);
+        qel_verbose(0);
+      }
     });
     for (std::thread& worker : workers) worker.join();
     stop = true;
@@ -120,6 +123,21 @@ TEST(ManyThreads, ReleasesInALoopLeaveResultsAlone) {
     EXPECT_EQ(wrong, 0);
     QEL_FreeBuffers();
     EXPECT_EQ(stats_now(), (buffer_stats{0, 0})) << "all buffers have come back";
+    return 0;
+  });
+}
+
+TEST(ManyThreads, TenThousandObjectsOfEachKindLeaveTheHeapFlat) {
+  in_fresh_process([] {
+    for (const entry_family& family : entry_families()) {
+      if (!family.makes_objects) continue;
+      family.run(1);
+      QEL_FreeBuffers();
+      const size_t before = mallinfo2().uordblks;
+      for (unsigned turn = 0; turn < under_strain(10000); ++turn) family.run(turn % 16);
+      QEL_FreeBuffers();
+      EXPECT_LE(mallinfo2().uordblks, before + 4096) << family.name;
+    }
     return 0;
   });
 }

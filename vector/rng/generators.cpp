@@ -40,7 +40,6 @@ int r250_init(int method, stream_head* stream, int seed_count, const uint32_t* s
 }
 
 constinit bind_slot<r250_fill_kernel> fill_slot{nullptr};
-constexpr int kLongFill = 1 << 14;  // shorter ones fit into any cache: not worth the question
 
 int r250_fill_double(stream_head* stream, int n, double* r, double a, double b) {
   r250_fill_kernel* kernel = fill_slot.load(std::memory_order_relaxed);

@@ -59,16 +59,6 @@ int fork_length() {
   return length;
 }
 
-/// The kernel that stores past the caches, if this call is to do so, else the given one.
-vml_kernel* kernel_for(vml_kernel* kernel, const type_row<vml_kernel>& streamed, int n, const double* a,
-                       const double* b, const double* r) {
-  // Where no cache is that small the facts needn't be gathered.
-  if (n < kNativeVmlFork || serv_cpu_type() < kFirstNativeType) return kernel;
-  const store_facts facts{serv_cpu_type(), 3.0 * sizeof(double) * n, largest_native_cache(), r == a || r == b,
-                          r};
-  return stores_past_caches(facts) ? choose_kernel(streamed) : kernel;
-}
-
 /// The kernels of division and the row of each one's cost, by accuracy. The slots are filled together.
 struct division {
   bind_slot<vml_kernel> slot;
@@ -88,23 +78,23 @@ const division& division_of(unsigned mode) {
   return divisions[accuracy == VML_HA ? 0 : accuracy == VML_LA ? 1 : 2];
 }
 
-/// How many threads a call of n elements gets.
-int threads_for(vml_cost_row row, int n) {
-  const int threads = serv_threads_for_domain(kDomainVml);
-  if (threads == 1 || serv_threads_dynamic() == 0) return threads;
-  return vml_refined_threads(threads, topology(), row, serv_cpu_type(), n);
+/// For calls of at least fork_length() elements.
+vml_plan plan_of(bool divides, vml_cost_row row, int n, const double* a, const double* b, const double* r) {
+  const int type = serv_cpu_type();
+  return plan_vml({divides, row, n, type, serv_threads_for_domain(kDomainVml), serv_threads_dynamic() != 0,
+                   topology(), type >= kFirstNativeType ? largest_native_cache() : 0, r == a || r == b, r});
 }
 
 [[gnu::noinline]] void divide_on_threads(const division& chosen, int n, const double* a, const double* b,
                                          double* r) {
-  vml_kernel* const kernel = kernel_for(chosen.slot.load(relaxed), kDivStreamed, n, a, b, r);
-  const int threads = threads_for(chosen.row, n);
-  if (threads == 1) return kernel(n, a, b, r);
+  const vml_plan plan = plan_of(/*divides=*/true, chosen.row, n, a, b, r);
+  vml_kernel* const kernel = plan.past_caches ? choose_kernel(kDivStreamed) : chosen.slot.load(relaxed);
+  if (plan.threads == 1) return kernel(n, a, b, r);
   vml_record& master = vml_state();
   const unsigned mode = master.mode;
   const qel_vml_callback callback = master.callback;
   std::atomic<int> shared_status{VML_STATUS_OK};
-  for_parts(n, threads, [&](int start, int length) {
+  for_parts(n, plan.threads, [&](int start, int length) {
     vml_record& own = vml_state();
     own.mode = mode;
     own.callback = callback;
@@ -122,10 +112,10 @@ int threads_for(vml_cost_row row, int n) {
 /// Multiplication and subtraction have no modes; only native types have long ones.
 template <const type_row<vml_kernel>& kStreamed>
 [[gnu::noinline]] void run_long(vml_kernel* plain, int n, const double* a, const double* b, double* r) {
-  vml_kernel* const kernel = kernel_for(plain, kStreamed, n, a, b, r);
-  const int threads = threads_for(kDivisionHa, n);
-  if (threads == 1) return kernel(n, a, b, r);
-  for_parts(n, threads, [=](int start, int length) {
+  const vml_plan plan = plan_of(/*divides=*/false, kDivisionHa, n, a, b, r);
+  vml_kernel* const kernel = plan.past_caches ? choose_kernel(kStreamed) : plain;
+  if (plan.threads == 1) return kernel(n, a, b, r);
+  for_parts(n, plan.threads, [=](int start, int length) {
     if (length > 0) kernel(length, a + start, b + start, r + start);
   });
 }

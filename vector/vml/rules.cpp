@@ -100,4 +100,18 @@ int vml_refined_threads(int threads, const vml_topology& topology, vml_cost_row 
   return std::min(threads, team);
 }
 
+vml_plan plan_vml(const vml_facts& facts) {
+  constexpr int kArrays = 3;
+  if (!facts.divides && facts.type < kFirstNativeType) return {1, false, "no threads on this processor type"};
+  if (facts.n < vml_fork_length(facts.topology, kDivisionHa, facts.type)) return {1, false, "short vectors"};
+  const double bytes = 1.0 * kArrays * sizeof(double) * facts.n;
+  const bool past_caches =
+      stores_past_caches({facts.type, bytes, facts.largest_cache, facts.in_place, facts.result});
+  if (facts.threads == 1) return {1, past_caches, "one thread in the domain"};
+  if (!facts.dynamic) return {facts.threads, past_caches, "no dynamic adjustment: all threads of the domain"};
+  const int threads = vml_refined_threads(facts.threads, facts.topology, facts.row, facts.type, facts.n);
+  return {threads, past_caches,
+          threads < facts.threads ? "as many as the work feeds" : "all threads of the domain"};
+}
+
 }  // namespace qel

@@ -44,4 +44,27 @@ struct store_facts {
 };
 bool stores_past_caches(const store_facts& facts);
 
+/// Fills of fewer random numbers never go past the caches: they fit into any, so nobody asks.
+inline constexpr int kLongFill = 1 << 14;
+
+/// What a call of a vector operation depends on.
+struct vml_facts {
+  bool divides;      ///< the others have threads and stores of that kind on native types only
+  vml_cost_row row;  ///< a division's, by its accuracy
+  int n, type;
+  int threads;   ///< what the domain allows
+  bool dynamic;  ///< dynamic adjustment is on
+  vml_topology topology;
+  int largest_cache;
+  bool in_place;
+  const void* result;
+};
+/// Threads, whether results go past the caches, and the rule in words.
+struct vml_plan {
+  int threads;
+  bool past_caches;
+  const char* reason;
+};
+vml_plan plan_vml(const vml_facts& facts);
+
 }  // namespace qel

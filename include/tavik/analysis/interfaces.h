@@ -16,6 +16,7 @@ using TrustRegionFunction = std::function<Core::Array<double>(const Core::Array<
 class TAVIK_API ITrustRegionKernel {
  public:
   virtual ~ITrustRegionKernel() = default;
+  /// Kernel::TrustRegionKernel says what each does.
   virtual void Solve(int n, int m, const TrustRegionFunction& objective_function,
                      const Core::Array<double>& x, int xOffset, const TrustRegionFunction& jacobian_function,
                      const Core::Array<double>& eps, int max_iterations, int max_trial_step_iterations,

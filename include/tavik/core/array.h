@@ -27,6 +27,7 @@ class Array {
     length_ = static_cast<int>(owner->size());
     owner_ = std::move(owner);
   }
+  /// A new array of these values.
   Array(std::initializer_list<T> values) : Array(std::vector<T>(values)) {}
   /// An array around length elements of the caller, who keeps them alive; nothing is copied.
   static Array Around(T* elements, int length) {
@@ -36,6 +37,7 @@ class Array {
     return array;
   }
 
+  /// The number of elements.
   int Length() const { return length_; }
   /// Element index. Throws std::out_of_range outside 0 .. Length() - 1.
   T& operator[](int index) const {

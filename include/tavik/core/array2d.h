@@ -14,6 +14,7 @@ class Array2D {
   /// Zeros. Throws std::length_error if a size is negative.
   Array2D(int rows, int columns) : elements_(Checked(rows, columns)), rows_(rows), columns_(columns) {}
 
+  /// The sizes.
   int Rows() const { return rows_; }
   int Columns() const { return columns_; }
   /// Element (row, column). Throws std::out_of_range outside the array.

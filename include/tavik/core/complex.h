@@ -7,13 +7,15 @@ namespace Tavik::Core {
 /// A complex number: real part first, the same bytes as the numeric entries' pairs.
 template <class Number>
 struct Complex {
-  Number Real = 0;
-  Number Imag = 0;
+  Number Real = 0;  ///< real part
+  Number Imag = 0;  ///< imaginary part
 
   constexpr Complex() = default;
+  /// From its parts, or from a real number.
   constexpr Complex(Number real, Number imag) : Real(real), Imag(imag) {}
   constexpr Complex(Number real) : Real(real) {}  // NOLINT(google-explicit-constructor): reals are complex
 
+  /// Arithmetic by parts, as rounded numbers give it.
   friend constexpr bool operator==(Complex a, Complex b) = default;
   friend constexpr Complex operator+(Complex a, Complex b) { return {a.Real + b.Real, a.Imag + b.Imag}; }
   friend constexpr Complex operator-(Complex a, Complex b) { return {a.Real - b.Real, a.Imag - b.Imag}; }
@@ -33,6 +35,7 @@ struct Complex {
   }
 };
 
+/// The two precisions.
 using DoubleComplex = Complex<double>;
 using FloatComplex = Complex<float>;
 

@@ -13,6 +13,7 @@ namespace Tavik::Core {
 
 /// Auto and Fft take transforms where both sequences are long enough, Direct always takes sums.
 enum class ConvolutionMode : int { Auto = 0, Direct = 1, Fft = 2 };
+/// As ConvolutionMode.
 enum class CorrelationMode : int { Auto = 0, Direct = 1, Fft = 2 };
 
 /// A task as callers hold it; null is no task.

@@ -12,10 +12,11 @@ namespace Tavik::Core {
 /// inc is Data[Offset + k * inc]; element (i, j) of a matrix Data[Offset + i * rowStride + j * colStride].
 template <class T>
 struct DataBlock {
-  Array<T> Data;
-  int Offset = 0;
+  Array<T> Data;   ///< the elements, shared with other blocks
+  int Offset = 0;  ///< index of the block's first element
 };
 
+/// Blocks of the four element types.
 using DoubleDataBlock = DataBlock<double>;
 using FloatDataBlock = DataBlock<float>;
 using DoubleComplexDataBlock = DataBlock<DoubleComplex>;

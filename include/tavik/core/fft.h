@@ -15,15 +15,20 @@
 
 namespace Tavik::Core {
 
+/// Precision of a transform.
 enum class FFTPrecision : int { Float = 0, Double = 1 };
+/// Real or complex data on the forward side.
 enum class FFTDomain : int { Real = 0, Complex = 1 };
 
 /// A store of typed values by name. Reading a name that is not there, or as another type, throws
 /// Core::Exception.
 class TAVIK_API SerializationInfo {
  public:
+  /// What a store can hold.
   using Value = std::variant<bool, int, double, FFTPrecision, FFTDomain, Array<int>>;
+  /// Stores or replaces the value of a name.
   void AddValue(const std::string& name, Value value) { values_[name] = std::move(value); }
+  /// The value of a name; T is the type that it was stored with.
   template <class T>
   T GetValue(const std::string& name) const {
     const auto found = values_.find(name);
@@ -42,6 +47,7 @@ struct StreamingContext {};
 /// A transform or its set-up failed.
 class TAVIK_API FFTKernelException : public Exception {
  public:
+  /// The text, the entry's status and the configuration that failed.
   FFTKernelException(const std::string& text, int status, int dimension, int length, FFTPrecision precision,
                      FFTDomain domain)
       : Exception(text),
@@ -50,8 +56,9 @@ class TAVIK_API FFTKernelException : public Exception {
         Length(length),
         Precision(precision),
         Domain(domain) {}
-  int Status;  ///< of the numeric entry
-  int Dimension, Length;
+  int Status;     ///< of the numeric entry
+  int Dimension;  ///< of the transform
+  int Length;     ///< of its first dimension
   FFTPrecision Precision;
   FFTDomain Domain;
 };
@@ -60,6 +67,7 @@ class TAVIK_API FFTKernelException : public Exception {
 class TAVIK_API IFFTManager {
  public:
   virtual ~IFFTManager() = default;
+  /// Kernel::FFTManager says what each does.
   virtual void ConfigureFFTManager(FFTPrecision precision, FFTDomain domain, const Array<int>& lengths,
                                    int dimension) = 0;
   virtual std::unique_ptr<IFFTManager> Clone() const = 0;
@@ -93,6 +101,7 @@ template <class T>
 class TAVIK_API IFFTKernel {
  public:
   virtual ~IFFTKernel() = default;
+  /// Kernel::FFTKernel says what each does.
   virtual void Forward1DFFT(IFFTManager& manager, const Array<T>& data, int offset) = 0;
   virtual void Backward1DFFT(IFFTManager& manager, const Array<T>& data, int offset) = 0;
   virtual void Forward1DFFT(IFFTManager& manager, const Array<T>& input, int inputOffset,
@@ -111,6 +120,7 @@ class TAVIK_API IFFTKernel {
 class TAVIK_API IFFTKernelInstantiator {
  public:
   virtual ~IFFTKernelInstantiator() = default;
+  /// A new kernel for real or complex data of double or single precision.
   virtual std::unique_ptr<IFFTKernel<double>> CreateDoubleKernel() = 0;
   virtual std::unique_ptr<IFFTKernel<DoubleComplex>> CreateDoubleComplexKernel() = 0;
   virtual std::unique_ptr<IFFTKernel<float>> CreateFloatKernel() = 0;

@@ -22,6 +22,7 @@ class TAVIK_API ITavikKernel {
 class TAVIK_API IBlasLikeKernel {
  public:
   virtual ~IBlasLikeKernel() = default;
+  /// Kernel::BlasLikeFunctions says what each does.
   virtual void omatcopy(char ordering, char trans, int rows, int cols, double alpha, const Array<double>& A,
                         int lda, const Array<double>& B, int ldb) = 0;
   virtual double lange(char norm, int rows, int cols, const Array<double>& A, int lda) = 0;
@@ -31,6 +32,7 @@ class TAVIK_API IBlasLikeKernel {
 class TAVIK_API IVectorMathKernel {
  public:
   virtual ~IVectorMathKernel() = default;
+  /// Kernel::VectorMathFunctions says what each does.
   virtual void div(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) = 0;
   virtual void mul(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) = 0;
   virtual void sub(int n, const Array<double>& a, const Array<double>& b, const Array<double>& y) = 0;

@@ -9,6 +9,7 @@ namespace Tavik::Kernel {
 
 using namespace Core;
 
+/// Convolution through tasks (qel/conv.h has the entries).
 class TAVIK_API Convolution {
  public:
   /// Creates a task with a fixed x, which must stay where it is while the task lives. A stride other than 1

@@ -10,6 +10,7 @@ namespace Tavik::Kernel {
 
 using namespace Core;
 
+/// Correlation through tasks (qel/conv.h has the entries).
 class TAVIK_API Correlation {
  public:
   /// Creates a task with a fixed x, which must stay where it is while the task lives. A stride other than 1

@@ -15,13 +15,18 @@ namespace Tavik::Kernel {
 template <class T>
 class TAVIK_API FFTKernel : public Core::IFFTKernel<T> {
  public:
+  /// The configuration.
   using IFFTManager = Core::IFFTManager;
+
+  /// One transform, or as many as the manager's SignalCount, in place or from input to output.
   void Forward1DFFT(IFFTManager& manager, const Core::Array<T>& data, int offset) override;
   void Backward1DFFT(IFFTManager& manager, const Core::Array<T>& data, int offset) override;
   void Forward1DFFT(IFFTManager& manager, const Core::Array<T>& input, int inputOffset,
                     const Core::Array<T>& output, int outputOffset) override;
   void Backward1DFFT(IFFTManager& manager, const Core::Array<T>& input, int inputOffset,
                      const Core::Array<T>& output, int outputOffset) override;
+
+  /// One two-dimensional transform of a rectangular array.
   void Forward2DFFT(IFFTManager& manager, const Core::Array2D<T>& data) override;
   void Backward2DFFT(IFFTManager& manager, const Core::Array2D<T>& data) override;
   void Forward2DFFT(IFFTManager& manager, const Core::Array2D<T>& input,
@@ -51,8 +56,10 @@ class TAVIK_API FFTKernel : public Core::IFFTKernel<T> {
   static void ProcessStatus(int status, const IFFTManager& manager);
 };
 
+/// Makes the kernels of the four element types; each call gives a new one.
 class TAVIK_API FFTKernelInstantiator : public Core::IFFTKernelInstantiator {
  public:
+  /// A new kernel for real or complex data of double or single precision.
   std::unique_ptr<Core::IFFTKernel<double>> CreateDoubleKernel() override;
   std::unique_ptr<Core::IFFTKernel<Core::DoubleComplex>> CreateDoubleComplexKernel() override;
   std::unique_ptr<Core::IFFTKernel<float>> CreateFloatKernel() override;

@@ -19,6 +19,7 @@ class TAVIK_API FFTManager : public Core::IFFTManager {
   FFTManager(const FFTManager&) = delete;
   FFTManager& operator=(const FFTManager&) = delete;
   ~FFTManager() override;
+  /// A new empty manager.
   static std::unique_ptr<FFTManager> GetInstance() { return std::make_unique<FFTManager>(); }
   /// A manager with the stored configuration.
   static std::unique_ptr<FFTManager> FromSerializationInfo(const Core::SerializationInfo& info,
@@ -30,15 +31,18 @@ class TAVIK_API FFTManager : public Core::IFFTManager {
                            const Core::Array<int>& lengths, int dimension) override;
   /// A manager with a committed copy of the descriptor; the lengths are shared.
   std::unique_ptr<Core::IFFTManager> Clone() const override;
+  /// Stores the configuration under the names below.
   void GetObjectData(Core::SerializationInfo& info, const Core::StreamingContext& context) const override;
 
   /// The descriptor as an integer.
   std::intptr_t DescriptorHandle() const override { return reinterpret_cast<std::intptr_t>(desc_handel_); }
   /// The first length; 0 before the configuration.
   int Length() const override { return lengths_.Length() > 0 ? lengths_[0] : 0; }
+  /// As configured.
   Core::FFTPrecision Precision() const override { return precision_; }
   Core::FFTDomain Domain() const override { return domain_; }
   int Dimension() const override { return dimension_; }
+  /// Where results go, and where the input begins and how far its elements lie apart.
   bool IsInPlace() const override;
   int DataStride() const override;
   void DataStride(int stride) override;
@@ -49,23 +53,25 @@ class TAVIK_API FFTManager : public Core::IFFTManager {
   void SignalCount(int count) override;
   int SignalStride() const override;
   void SignalStride(int stride) override;
+  /// Each commits; scales are 1 at first.
   void SetInPlace() override;
   void SetOutOfPlace() override;
   void SetForwardScale(double scale) override;
   void SetBackwardScale(double scale) override;
   double GetForwardScaleFactor() const override;
   double GetBackwardScaleFactor() const override;
+  /// Makes the descriptor ready after changes; throws what is wrong with it.
   void CommitConfiguration() override;
   /// Releases the descriptor; further calls do nothing.
   void Dispose() override;
 
+  /// Names of the values in a store.
   static constexpr const char* DomainName = "Domain";
   static constexpr const char* PrecisionName = "Precision";
   static constexpr const char* DimensionName = "Dimension";
   static constexpr const char* LengthsName = "Lengths";
   static constexpr const char* InPlaceName = "InPlace";
-  // Kept: stored managers have the name so.
-  static constexpr const char* ForwardScaleName = "FowardScale";
+  static constexpr const char* ForwardScaleName = "FowardScale";  // Kept: stored managers have the name so.
   static constexpr const char* BackwardScaleName = "BackwardScale";
   static constexpr const char* DataStrideName = "DataStride";
   static constexpr const char* DataOffsetName = "DataOffset";

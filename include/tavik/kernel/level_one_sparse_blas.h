@@ -9,6 +9,7 @@
 
 namespace Tavik::Kernel {
 
+/// Compressed vectors (qel/sparse.h has the entries).
 class TAVIK_API LevelOneSparseBlas : public Matrix::ILevelOneSparseBlasKernel {
  public:
   /// y[yOffset + indx[k] - 1] += alpha * x[k] for k = 0..n-1, in this order; alpha exactly 0 does nothing.

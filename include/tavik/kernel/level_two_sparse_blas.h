@@ -10,6 +10,7 @@
 
 namespace Tavik::Kernel {
 
+/// Sparse matrices (qel/sparse.h has the entries).
 class TAVIK_API LevelTwoSparseBlas : public Matrix::ILevelTwoSparseBlasKernel {
  public:
   /// y = op(A) x for a square A of order m. x begins at x.Offset of its array.

@@ -10,9 +10,10 @@ namespace Tavik::Kernel {
 /// do what their namesakes do.
 class TAVIK_API MatrixSupport : public TavikForwarders {
  public:
-  static constexpr double epsilon = 1e-09;
-  static constexpr int BLOCKSIZE = 64;
+  static constexpr double epsilon = 1e-09;  ///< SafeDivide's divisor in place of 0
+  static constexpr int BLOCKSIZE = 64;      ///< block size of scratch
 
+  /// As in MatrixDotNetBlas (tavik/matrix/matrix_kernel_operations.h).
   static int SolveSymPd(char uplo, int n, int nrhs, const DoubleDataBlock& a, int lda,
                         const DoubleDataBlock& b, int ldb);
   static void FastDivide(int n, const DoubleDataBlock& AData, const DoubleDataBlock& BData,

@@ -15,12 +15,14 @@ namespace Tavik::Kernel {
 /// process ends.
 class TAVIK_API QelDirectSparseSolver {
  public:
+  /// What is stored, and how it is factored.
   enum MatrixType { NonSymmetric = 0, Symmetric = 1, SymmetricPositiveDefinite = 2 };
 
   /// The symmetric types take the upper triangle with its diagonal. The arrays must stay alive until the last
   /// Solve.
   int Factor(int n, MatrixType type, int nnz, const Core::Array<double>& a, const Core::Array<int>& rowIndex,
              const Core::Array<int>& columns);
+  /// solution = A^-1 rhs for nrhs columns of n.
   int Solve(int nrhs, const Core::Array<double>& rhs, const Core::Array<double>& solution);
 
  private:

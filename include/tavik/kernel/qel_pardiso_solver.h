@@ -22,6 +22,7 @@ class TAVIK_API QelPardisoSolver : public Matrix::IQelPardisoSolverKernel {
   ~QelPardisoSolver() override;
   QelPardisoSolver(const QelPardisoSolver&) = delete;
   QelPardisoSolver& operator=(const QelPardisoSolver&) = delete;
+  /// A new solver, as the second constructor makes it.
   static std::unique_ptr<Matrix::IQelPardisoSolverKernel> GetInstance(int msglvl, int mtype);
 
   /// Analysis, then factorisation. A matrix of another order needs Dispose first.
@@ -43,11 +44,11 @@ class TAVIK_API QelPardisoSolver : public Matrix::IQelPardisoSolverKernel {
   /// Gives the memory back; may be called again.
   void Dispose() override;
 
-  static constexpr int iparmSize = 64;
-  void* Pt[iparmSize];
+  static constexpr int iparmSize = 64;  ///< length of both arrays
+  void* Pt[iparmSize];                  ///< the handle
   /// Zeros: the defaults. Set Iparm[0] = 1 to choose all of them.
   int Iparm[iparmSize];
-  int Msglvl;
+  int Msglvl;  ///< as given
 
  private:
   int Call(int phase, int n, const void* a, const int* ia, const int* ja, int nrhs, void* b, void* x);

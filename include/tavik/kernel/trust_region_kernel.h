@@ -22,9 +22,13 @@ class TAVIK_API TrustRegionKernel : public Analysis::ITrustRegionKernel {
   /// x begins at element xOffset of its array and is updated in place; functions get the whole array. Without
   /// jacobian_function (null) the Jacobian comes from 2 n values of objective_function, with eps[0] as its
   /// step.
-  ///   eps                        six tolerances above 0: radius, |F|, columns of J and model, step; two
-  ///   without effect max_iterations             most accepted steps max_trial_step_iterations  most rounds
-  ///   of one trial step initial_step_bound         first radius in units of x, 0 to 100; 0 means 100
+  ///
+  ///   eps                        six tolerances above 0: radius, |F|, columns of J and model, step;
+  ///                              two without effect
+  ///   max_iterations             most accepted steps
+  ///   max_trial_step_iterations  most rounds of one trial step
+  ///   initial_step_bound         first radius in units of x, 0 to 100; 0 means 100
+  ///
   /// Results: accepted steps; the reason 1 to 6 (qel_nls_reason words it); |F| at the start and at the end.
   void Solve(int n, int m, const Analysis::TrustRegionFunction& objective_function,
              const Core::Array<double>& x, int xOffset,

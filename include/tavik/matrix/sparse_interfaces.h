@@ -11,6 +11,7 @@ namespace Tavik::Matrix {
 class TAVIK_API ILevelOneSparseBlasKernel {
  public:
   virtual ~ILevelOneSparseBlasKernel() = default;
+  /// Kernel::LevelOneSparseBlas says what each does.
   virtual void axpyi(int n, float alpha, const Core::Array<float>& x, const Core::Array<int>& indx,
                      const Core::Array<float>& y, int yOffset) = 0;
   virtual void axpyi(int n, double alpha, const Core::Array<double>& x, const Core::Array<int>& indx,
@@ -45,6 +46,7 @@ class TAVIK_API ILevelOneSparseBlasKernel {
 class TAVIK_API ILevelTwoSparseBlasKernel {
  public:
   virtual ~ILevelTwoSparseBlasKernel() = default;
+  /// Kernel::LevelTwoSparseBlas says what each does.
   virtual void csrgemv(char transa, int m, const Core::Array<double>& a, const Core::Array<int>& ia,
                        const Core::Array<int>& ja, const Core::DataBlock<double>& x,
                        const Core::Array<double>& y) = 0;
@@ -99,6 +101,7 @@ class TAVIK_API ILevelTwoSparseBlasKernel {
 class TAVIK_API IQelPardisoSolverKernel {
  public:
   virtual ~IQelPardisoSolverKernel() = default;
+  /// Kernel::QelPardisoSolver says what each does.
   virtual int Factor(int n, const Core::Array<double>& a, const Core::Array<int>& ia,
                      const Core::Array<int>& ja) = 0;
   virtual int Factor(int n, const Core::Array<Core::DoubleComplex>& a, const Core::Array<int>& ia,

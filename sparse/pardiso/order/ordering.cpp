@@ -26,16 +26,6 @@ class stopwatch {
   std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
 };
 
-enum class matching_kind { none, rows, pairs, refused };
-
-matching_kind choose_matching(const matrix_type& type, int asked) {
-  if (type.number == 11 || type.number == 13) {
-    if (asked == 1) return matching_kind::rows;
-    return asked >= 2 && asked <= 4 ? matching_kind::refused : matching_kind::none;
-  }
-  return type.indefinite() && asked > 0 ? matching_kind::pairs : matching_kind::none;
-}
-
 /// exp, kept finite and off zero: entries of very different size have duals beyond the range of a double.
 double scale_of(double logarithm) { return exp(fmin(fmax(logarithm, -700), 700)); }
 
@@ -250,6 +240,14 @@ stage_status order_by_fill(const graph& adjacency, const pairing& paired, orderi
 }
 
 }  // namespace
+
+matching_kind choose_matching(const matrix_type& type, int asked) {
+  if (type.number == 11 || type.number == 13) {
+    if (asked == 1) return matching_kind::rows;
+    return asked >= 2 && asked <= 4 ? matching_kind::refused : matching_kind::none;
+  }
+  return type.indefinite() && asked > 0 ? matching_kind::pairs : matching_kind::none;
+}
 
 template <class T>
 stage_status compute_ordering(const csr_view<T>& a, const ordering_options& options, int* user_perm,

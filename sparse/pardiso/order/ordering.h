@@ -18,6 +18,11 @@ struct ordering_options {
   bool choose_by_fill = false;  ///< the better of methods 0 and 2 by counted fill
 };
 
+/// What brings large entries to the diagonal: a permutation of the rows, or pairs of columns that stay
+/// neighbours; refused is a request that the type does not know.
+enum class matching_kind { none, rows, pairs, refused };
+matching_kind choose_matching(const matrix_type& type, int asked);
+
 /// An adjacency graph without diagonal and without double entries, both directions stored.
 struct graph {
   int n = 0;

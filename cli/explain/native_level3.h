@@ -2,14 +2,12 @@
 // What qel explain asks about the native levels.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 
+#include "cli/explain/menu.h"
 #include "service/core_types.h"
 
 namespace qel::cli {
-
-using report = nlohmann::ordered_json;
 
 struct native_question {
   std::string operation;  ///< gemm, symm, syrk, trsm, trmm

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // qel explain on the native levels: the plan of one product, and the slabs of triangular operations.
-#include "cli/explain_native.h"
+#include "cli/explain/native_level3.h"
 
 #include <fmt/core.h>
 
 #include <algorithm>
 
 #include "blas/level3/native/level3_native.h"
-#include "cli/commands.h"
 
 namespace qel::cli {
 namespace {
