@@ -60,9 +60,9 @@ void scale_hessenberg(core_int n, T* h, core_int ldh, real_of<T> factor) {
   }
 }
 
-#define QEL_INSTANTIATE(T)                                                         \
-  template fitness fitness_of(core_int, core_int, const T*, core_int, bool);       \
-  template bool is_calm(core_int, const T*);                                       \
+#define QEL_INSTANTIATE(T)                                                   \
+  template fitness fitness_of(core_int, core_int, const T*, core_int, bool); \
+  template bool is_calm(core_int, const T*);                                 \
   template void scale_hessenberg(core_int, T*, core_int, real_of<T>);
 QEL_FOUR_TYPES(QEL_INSTANTIATE)
 #undef QEL_INSTANTIATE

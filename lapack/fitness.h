@@ -13,8 +13,8 @@ enum class fitness { fit, overflows, not_finite };
 template <class T>
 fitness fitness_of(core_int rows, core_int columns, const T* a, core_int lda, bool hessenberg);
 
-/// Whether count packed elements are finite and so far from the ends of the range that a factorisation of them
-/// stays finite, too.
+/// Whether count packed elements are finite and so far from the ends of the range that a factorisation of
+/// them stays finite, too.
 template <class T>
 bool is_calm(core_int count, const T* ap);
 

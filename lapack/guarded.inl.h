@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The reference's routines, kept from matrices that are not finite where those lead them astray: balancing and
-// the QR iteration do not end then, and the packed symmetric factorisation reads and writes outside of its
-// array. A part of own_or_plain.inl.h.
+// The reference's routines, kept from matrices that are not finite where those lead them astray: balancing
+// and the QR iteration do not end then, and the packed symmetric factorisation reads and writes outside of
+// its array. A part of own_or_plain.inl.h.
 
 namespace qel::lapack {
 namespace {
@@ -35,7 +35,7 @@ void hseqr_or(core_int n, core_int ilo, core_int ihi, T* h, core_int ldh, core_i
   call_plain();
   scale_hessenberg(n, h, ldh, 1 / kCalming<T>);
   for (T* w : values)
-    for (core_int i = 0; i < n; ++i) set(w + i, (1 / kCalming<T>) * element(w + i));
+    for (core_int i = 0; i < n; ++i) set(w + i, (1 / kCalming<T>)*element(w + i));
 }
 
 /// Column j of a packed triangle: its first element and the row of that.
@@ -79,9 +79,9 @@ extern "C" {
                      size_t length);                                                                         \
   QEL_OWN_OR_PLAIN(packed,                                                                                   \
                    (QEL_LETTER uplo, QEL_SIZE n, T * ap, QEL_INT * ipiv, QEL_INT * info, size_t length),     \
-                   (uplo, n, ap, ipiv, info, length),                                                        \
-                   sptrf_or(*uplo, *n, ap, ipiv, info, plain,                                                \
-                            [=](T* a) { QEL_OWN(full)(uplo, n, a, n, ipiv, info, length); }))
+                   (uplo, n, ap, ipiv, info, length), sptrf_or(*uplo, *n, ap, ipiv, info, plain, [=](T* a) { \
+                     QEL_OWN(full)(uplo, n, a, n, ipiv, info, length);                                       \
+                   }))
 QEL_PACKED_FACTORS(float, ssptrf, ssytf2)
 QEL_PACKED_FACTORS(double, dsptrf, dsytf2)
 QEL_PACKED_FACTORS(qel::complex8, csptrf, csytf2)
@@ -89,20 +89,19 @@ QEL_PACKED_FACTORS(qel::complex16, zsptrf, zsytf2)
 QEL_PACKED_FACTORS(qel::complex8, chptrf, chetf2)
 QEL_PACKED_FACTORS(qel::complex16, zhptrf, zhetf2)
 
-#define QEL_GUARDED_ITERATIONS(T, R, s, eigenvalue_parameters, eigenvalues)              \
-  QEL_OWN_OR_PLAIN(s##gebal,                                                                                 \
-                   (QEL_LETTER job, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * ilo, QEL_INT * ihi, R * scale, \
-                    QEL_INT * info, size_t length),                                                          \
-                   (job, n, a, lda, ilo, ihi, scale, info, length),                                          \
-                   gebal_or(*n, a, *lda, ilo, ihi, scale, info, plain))                                      \
-  QEL_OWN_OR_PLAIN(                                                                                          \
-      s##hseqr,                                                                                              \
-      (QEL_LETTER job, QEL_LETTER compz, QEL_SIZE n, QEL_SIZE ilo, QEL_SIZE ihi, T * h, QEL_SIZE ldh,        \
-       QEL_ITSELF eigenvalue_parameters, T * z, QEL_SIZE ldz, T * work, QEL_SIZE lwork, QEL_INT * info,      \
-       size_t length1, size_t length2),                                                                      \
-      (job, compz, n, ilo, ihi, h, ldh, QEL_ITSELF eigenvalues, z, ldz, work, lwork, info, length1,          \
-       length2),                                                                                             \
-      hseqr_or(*n, *ilo, *ihi, h, *ldh, *lwork, {QEL_ITSELF eigenvalues}, info, plain))
+#define QEL_GUARDED_ITERATIONS(T, R, s, eigenvalue_parameters, eigenvalues)                             \
+  QEL_OWN_OR_PLAIN(s##gebal,                                                                            \
+                   (QEL_LETTER job, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * ilo, QEL_INT * ihi,      \
+                    R * scale, QEL_INT * info, size_t length),                                          \
+                   (job, n, a, lda, ilo, ihi, scale, info, length),                                     \
+                   gebal_or(*n, a, *lda, ilo, ihi, scale, info, plain))                                 \
+  QEL_OWN_OR_PLAIN(s##hseqr,                                                                            \
+                   (QEL_LETTER job, QEL_LETTER compz, QEL_SIZE n, QEL_SIZE ilo, QEL_SIZE ihi, T * h,    \
+                    QEL_SIZE ldh, QEL_ITSELF eigenvalue_parameters, T * z, QEL_SIZE ldz, T * work,      \
+                    QEL_SIZE lwork, QEL_INT * info, size_t length1, size_t length2),                    \
+                   (job, compz, n, ilo, ihi, h, ldh, QEL_ITSELF eigenvalues, z, ldz, work, lwork, info, \
+                    length1, length2),                                                                  \
+                   hseqr_or(*n, *ilo, *ihi, h, *ldh, *lwork, {QEL_ITSELF eigenvalues}, info, plain))
 #define QEL_ITSELF(...) __VA_ARGS__
 QEL_GUARDED_ITERATIONS(float, float, s, (float* wr, float* wi), (wr, wi))
 QEL_GUARDED_ITERATIONS(double, double, d, (double* wr, double* wi), (wr, wi))

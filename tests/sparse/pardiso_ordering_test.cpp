@@ -272,41 +272,5 @@ TEST(Ordering, LeavesTheProcessAsItWas) {
     EXPECT_TRUE(std::equal(one.order.perm.begin(), one.order.perm.end(), alone.order.perm.begin()));
 }
 
-int allocations_left = 0;
-void* failing_malloc(size_t size) { return allocations_left-- > 0 ? malloc(size) : nullptr; }
-
-TEST(Ordering, RefusedMemoryIsReportedAndGivenBack) {
-  const auto m = csr_of<double>(saddle_point(20, 90));
-  void* (*const before)(size_t) = serv_platform_malloc;
-  int refusals = 0;
-  for (const int method : {0, 1, 2}) {
-    for (int allowed = 0;; ++allowed) {
-      pardiso::memory_account account;
-      bool ok;
-      {
-        pardiso::ordering order;
-        pardiso::graph adjacency;
-        ordering_options options;
-        options.method = method;
-        options.matching = options.scaling = 1;
-        allocations_left = allowed;
-        serv_platform_malloc = failing_malloc;
-        const pardiso::stage_status status =
-            pardiso::compute_ordering(view_of(m), options, nullptr, account, order, adjacency);
-        serv_platform_malloc = before;
-        ok = status.ok();
-        if (!ok) {
-          ++refusals;
-          EXPECT_EQ(status.error, -2);
-          EXPECT_NE(account.failed_code(), 0);
-        }
-      }
-      EXPECT_EQ(account.now(), 0);
-      if (ok) break;
-    }
-  }
-  EXPECT_GT(refusals, 100);
-}
-
 }  // namespace
 }  // namespace qel::test

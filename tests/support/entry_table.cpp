@@ -62,7 +62,8 @@ void entry_call::add_elements(char role, const number_source& numbers, bool coun
   size_t count = n * n;
   if (role == 'W' || role == 'V') count = 10 * n * n + 200 * n;
   if (role == 's' || role == 't') count = 1;
-  block& made = add_block(count * parts * (single ? sizeof(float) : sizeof(double)), single ? 1 : 0, counts, fixed);
+  block& made =
+      add_block(count * parts * (single ? sizeof(float) : sizeof(double)), single ? 1 : 0, counts, fixed);
   const size_t stream = blocks_.size() * 100003;
   const auto put = [&](size_t k, double value) {
     const auto as_float = static_cast<float>(value);
@@ -142,7 +143,9 @@ void entry_call::add_argument(std::string token) {
     case 'X':
     case 'E':
       // Row k has columns k - 1, k, k + 1 as far as they are there.
-      add_ints(n + 1, [&](int k) { return k + (token[0] == 'E') == 0 ? 1 : std::min(3 * (k + (token[0] == 'E')), 3 * n_ - 1); });
+      add_ints(n + 1, [&](int k) {
+        return k + (token[0] == 'E') == 0 ? 1 : std::min(3 * (k + (token[0] == 'E')), 3 * n_ - 1);
+      });
       break;
     case 'Y':
       add_ints(3 * n, [](int k) { return (k + 1) / 3 + (k + 1) % 3; });

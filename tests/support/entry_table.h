@@ -21,13 +21,12 @@ double usual_number(size_t k);
 ///   'X          the letter X          "text       the text          12   the number
 ///   n h         the order, half of it             r    right-hand sides: 3
 ///   s t         1.25 as an element, as a real     i    info           o    a number that comes out
-///   A B         arrays of n * n elements: A with a heavy diagonal as a full matrix, B as packed upper triangle
-///   Q           the same, each third element heavy (a band of width 2 with its diagonal below)
-///   T           small factors of reflectors       D    reals, all above 2
-///   R           reals, what comes out is part of the result         W l  work and its length;  V real work
-///   ?X          X in arrays that come out, which only agree up to signs or rotations
-///   P J         integers 1 .. n; zeros      X Y   row starts and columns of a tridiagonal matrix; E ends of rows
-///   .           a null pointer
+///   A B         arrays of n * n elements: A with a heavy diagonal as a full matrix, B as packed upper
+///   triangle Q           the same, each third element heavy (a band of width 2 with its diagonal below) T
+///   small factors of reflectors       D    reals, all above 2 R           reals, what comes out is part of
+///   the result         W l  work and its length;  V real work ?X          X in arrays that come out, which
+///   only agree up to signs or rotations P J         integers 1 .. n; zeros      X Y   row starts and columns
+///   of a tridiagonal matrix; E ends of rows .           a null pointer
 struct entry_row {
   const char *name, *letters, *arguments;
 };

@@ -56,9 +56,9 @@ void transform(life& run, const transform_case& c) {
       run.expect_done(status, {DFTI_MEMORY_ERROR});
       return status == DFTI_NO_ERROR;
     };
-    const bool made = step(dimension == 1 ? DftiCreateDescriptor(&handle, c.precision, c.domain, 1, lengths[0])
-                                          : DftiCreateDescriptor(&handle, c.precision, c.domain, dimension,
-                                                                 lengths.data()));
+    const bool made = step(
+        dimension == 1 ? DftiCreateDescriptor(&handle, c.precision, c.domain, 1, lengths[0])
+                       : DftiCreateDescriptor(&handle, c.precision, c.domain, dimension, lengths.data()));
     if (made) {
       DftiSetValue(handle, parameter, value);
       DftiSetValue(handle, DFTI_FORWARD_SCALE, 0.25);
@@ -108,8 +108,8 @@ void correlate_both(life& run) {
   std::vector<double> z(1500);
   run.during([&] {
     VSLCorrTaskPtr task = nullptr;
-    run.expect_done(vsldCorrNewTask1D(&task, run.scalar(VSL_CORR_MODE_DIRECT), run.scalar(700), run.scalar(900),
-                                      run.scalar(1500)),
+    run.expect_done(vsldCorrNewTask1D(&task, run.scalar(VSL_CORR_MODE_DIRECT), run.scalar(700),
+                                      run.scalar(900), run.scalar(1500)),
                     {VSL_ERROR_MEM_FAILURE});
     if (task == nullptr) return;
     run.expect_done(vsldCorrExec1D(task, x.data(), 1, y.data(), 1, z.data(), 1),
@@ -198,8 +198,8 @@ void solve_directly(life& run, const solver_case& c) {
     void* pt[64] = {};
     int error = 0;
     const auto call = [&](int phase) {
-      const int maxfct = run.scalar(2), mnum = run.scalar(2), mtype = run.scalar(c.mtype), n = run.scalar(m.n),
-                nrhs = run.scalar(2), msglvl = run.scalar(0), given = run.scalar(phase);
+      const int maxfct = run.scalar(2), mnum = run.scalar(2), mtype = run.scalar(c.mtype),
+                n = run.scalar(m.n), nrhs = run.scalar(2), msglvl = run.scalar(0), given = run.scalar(phase);
       pardiso(pt, &maxfct, &mnum, &mtype, &given, &n, a, m.ia.data(), m.ja.data(), perm.data(), &nrhs, iparm,
               &msglvl, b.data(), x.data(), &error);
       // -4 comes from a factorisation that had no memory for its pivots.
@@ -209,12 +209,12 @@ void solve_directly(life& run, const solver_case& c) {
     if (call(11) && call(22) && call(331) && call(332) && call(333)) call(23);
     qel_pardiso_quality quality;
     const int verdict = pt[0] == nullptr ? -1
-                                         : qel_pardiso_report(pt, run.scalar(2), a, m.ia.data(), m.ja.data(), 1,
-                                                              b.data(), x.data(), nullptr, &quality);
+                                         : qel_pardiso_report(pt, run.scalar(2), a, m.ia.data(), m.ja.data(),
+                                                              1, b.data(), x.data(), nullptr, &quality);
     run.expect_done(verdict, {-2});
     const int all = -1, one = 1, none = 0;
-    pardiso(pt, &one, &one, &c.mtype, &all, &m.n, nullptr, m.ia.data(), m.ja.data(), nullptr, &one, iparm, &none,
-            nullptr, nullptr, &error);
+    pardiso(pt, &one, &one, &c.mtype, &all, &m.n, nullptr, m.ia.data(), m.ja.data(), nullptr, &one, iparm,
+            &none, nullptr, nullptr, &error);
   });
   if (!is_single) run.result = x;
 }
@@ -276,8 +276,8 @@ void minimise(life& run, bool bounded) {
   run.during([&] {
     void* solver = nullptr;
     const int made =
-        bounded ? dtrnlspbc_init(&solver, &unknowns, &count, x.data(), low.data(), up.data(), eps.data(), &steps,
-                                 &rounds, &rs)
+        bounded ? dtrnlspbc_init(&solver, &unknowns, &count, x.data(), low.data(), up.data(), eps.data(),
+                                 &steps, &rounds, &rs)
                 : dtrnlsp_init(&solver, &unknowns, &count, x.data(), eps.data(), &steps, &rounds, &rs);
     run.expect_done(made, {QEL_NLS_OUT_OF_MEMORY});
     if (made != QEL_NLS_SUCCESS) return;
@@ -401,8 +401,8 @@ void trust_region_class(life& run) {
   run.during([&] {
     int iterations = 0, reason = 0;
     double r1 = 0, r2 = 0;
-    Tavik::Kernel::TrustRegionKernel().Solve(run.scalar(5), run.scalar(5), f, x, 0, nullptr, eps, run.scalar(50),
-                                             run.scalar(40), 1, iterations, reason, r1, r2);
+    Tavik::Kernel::TrustRegionKernel().Solve(run.scalar(5), run.scalar(5), f, x, 0, nullptr, eps,
+                                             run.scalar(50), run.scalar(40), 1, iterations, reason, r1, r2);
   });
   run.result = values_of(x);
 }
@@ -412,14 +412,16 @@ void trust_region_class(life& run) {
 const std::vector<life_row>& life_rows() {
   static const std::vector<life_row> rows = [] {
     std::vector<life_row> all = {
-        {"correlation of two given arrays", "vsldCorrNewTask1D vsldCorrExec1D vslCorrDeleteTask", correlate_both},
+        {"correlation of two given arrays", "vsldCorrNewTask1D vsldCorrExec1D vslCorrDeleteTask",
+         correlate_both},
         {"vector math",
          "vdDiv vddiv vdMul vdSub qel_vml_get_mode qel_vml_set_mode qel_vml_get_status qel_vml_set_status "
          "qel_vml_set_callback",
          vector_math},
         {"random stream", "vslNewStream vslDeleteStream vdRngUniform", random_numbers},
         {"simple solver",
-         "dss_create dss_define_structure dss_delete dss_factor dss_factor_real dss_factor_complex dss_reorder "
+         "dss_create dss_define_structure dss_delete dss_factor dss_factor_real dss_factor_complex "
+         "dss_reorder "
          "dss_solve_real dss_solve_complex dss_statistics",
          solve_simply},
         {"trust region",
@@ -462,27 +464,21 @@ const std::vector<life_row>& life_rows() {
                      [c](life& run) { transform(run, c); }});
     }
     const solver_case solvers[] = {
-        {11, {}},
-        {11, {{2, 0}, {5, 2}}},
-        {11, {{60, 2}}},
-        {1, {{8, -3}}},
-        {2, {{2, 3}, {13, 0}}},
-        {2, {{28, 1}, {13, 0}}},
-        {-2, {{10, 8}}},
-        {-2, {{60, 2}, {13, 0}}},
-        {3, {{27, 1}}},
-        {4, {{13, 0}}},
-        {-4, {{10, 8}, {21, 0}}},
-        {6, {{28, 1}, {10, 8}}},
+        {11, {}},        {11, {{2, 0}, {5, 2}}},   {11, {{60, 2}}},
+        {1, {{8, -3}}},  {2, {{2, 3}, {13, 0}}},   {2, {{28, 1}, {13, 0}}},
+        {-2, {{10, 8}}}, {-2, {{60, 2}, {13, 0}}}, {3, {{27, 1}}},
+        {4, {{13, 0}}},  {-4, {{10, 8}, {21, 0}}}, {6, {{28, 1}, {10, 8}}},
         {13, {{4, 61}}},
     };
     for (const solver_case& c : solvers)
-      all.push_back({"direct solver", "pardiso PARDISO qel_pardiso_report", [c](life& run) { solve_directly(run, c); }});
-#define QEL_CONVOLUTION(letter, kind, mode)                                                        \
-  all.push_back({"vsl" #letter #kind, "vsl" #letter #kind "NewTaskX1D vsl" #letter #kind           \
-                 "ExecX1D vslConvSetInternalPrecision vslConvDeleteTask", [](life& run) {          \
-                   convolve(run, vsl##letter##kind##NewTaskX1D, vsl##letter##kind##ExecX1D, mode); \
-                 }})
+      all.push_back({"direct solver", "pardiso PARDISO qel_pardiso_report",
+                     [c](life& run) { solve_directly(run, c); }});
+#define QEL_CONVOLUTION(letter, kind, mode)                     \
+  all.push_back(                                                \
+      {"vsl" #letter #kind,                                     \
+       "vsl" #letter #kind "NewTaskX1D vsl" #letter #kind       \
+       "ExecX1D vslConvSetInternalPrecision vslConvDeleteTask", \
+       [](life& run) { convolve(run, vsl##letter##kind##NewTaskX1D, vsl##letter##kind##ExecX1D, mode); }})
     QEL_CONVOLUTION(s, Conv, VSL_CONV_MODE_DIRECT);
     QEL_CONVOLUTION(d, Conv, VSL_CONV_MODE_FFT);
     QEL_CONVOLUTION(c, Conv, VSL_CONV_MODE_FFT);

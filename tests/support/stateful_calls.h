@@ -13,8 +13,7 @@ namespace qel::test {
 /// What a life is run with, and what came of it.
 class life {
  public:
-  explicit life(int order, number_source numbers = usual_number)
-      : n(order), numbers_(std::move(numbers)) {}
+  explicit life(int order, number_source numbers = usual_number) : n(order), numbers_(std::move(numbers)) {}
   const int n;
 
   /// count numbers from the source; with a row length, heavy ones on the diagonal.

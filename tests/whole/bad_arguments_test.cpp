@@ -35,12 +35,12 @@ constexpr int kTrapped = 90, kGood = 0;
 }  // namespace
 
 #define QEL_SEEN_BY_ALL extern "C" __attribute__((visibility("default")))
-#define QEL_TRAP(name)                             \
+#define QEL_TRAP(name)                                \
   QEL_SEEN_BY_ALL [[noreturn]] void name(int status); \
-  void name(int status) {                          \
-    if (watching) caught(#name, status);           \
-    std::fflush(nullptr);                          \
-    leave(status);                                 \
+  void name(int status) {                             \
+    if (watching) caught(#name, status);              \
+    std::fflush(nullptr);                             \
+    leave(status);                                    \
   }
 QEL_TRAP(exit)
 QEL_TRAP(_exit)
@@ -56,7 +56,8 @@ int raise(int signal) noexcept {
   if (watching) caught("raise", signal);
   return kill(getpid(), signal);
 }
-QEL_SEEN_BY_ALL [[noreturn]] void __assert_fail(const char* text, const char* file, unsigned line, const char* function);
+QEL_SEEN_BY_ALL [[noreturn]] void __assert_fail(const char* text, const char* file, unsigned line,
+                                                const char* function);
 void __assert_fail(const char* text, const char*, unsigned line, const char*) {
   caught(text, static_cast<int>(line));
 }
@@ -165,7 +166,10 @@ const struct {
     {"NaN everywhere", [](size_t) { return std::numeric_limits<double>::quiet_NaN(); }},
     {"infinity everywhere", [](size_t) { return INFINITY; }},
     {"a NaN in front", [](size_t k) { return k % 100003 == 0 ? NAN : usual_number(k); }},
-    {"a few infinities", [](size_t k) { return k % 211 == 5 ? INFINITY : k % 307 == 9 ? -INFINITY : usual_number(k); }},
+    {"a few infinities",
+     [](size_t k) { return k % 211 == 5   ? INFINITY
+                           : k % 307 == 9 ? -INFINITY
+                                          : usual_number(k); }},
     {"numbers that overflow", [](size_t k) { return usual_number(k) * 1e308; }},
 };
 
@@ -173,7 +177,8 @@ TEST(NotFinite, EveryEntryEndsInTime) {
   for (const entry_row& row : entry_rows()) {
     for (const char* letter = row.letters; *letter != '\0'; ++letter) {
       for (const auto& unfit : kUnfit) {
-        const int ending = ending_of(kSeconds, [&] { entry_call(row, *letter, kLargest, unfit.numbers).make(); });
+        const int ending =
+            ending_of(kSeconds, [&] { entry_call(row, *letter, kLargest, unfit.numbers).make(); });
         EXPECT_EQ(ending, kGood) << row.name << ' ' << *letter << ": " << unfit.name;
       }
     }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Memory that fails at the k-th request, k = 1, 2, ... until a call needs no more, or fails from there on:
 // every entry and class says so or takes its simpler way to the same result, gives back what it took, and
-// works the next time. Twice: each request reaching the platform, on three threads; and with the library's own
-// cache, on one thread that is new to it.
+// works the next time. Twice: each request reaching the platform, on three threads; and with the library's
+// own cache, on one thread that is new to it.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -146,13 +146,34 @@ TEST_F(NoMemory, HandlesAndClassesTakeAnotherWayOrSaySo) {
 }
 
 /// Names that need no row: they take no memory, no data and no handle, or have tests of their own.
-const std::set<std::string> kOthers = {
-    "QEL_Domatcopy", "pardisoinit", "qel_pardiso_set_progress", "DftiErrorClass", "qel_dfti_explain",
-    "qel_dfti_message", "qel_dfti_pack_d", "qel_dfti_pack_s", "qel_dfti_unpack_d", "qel_dfti_unpack_s",
-    "qel_dfti_validate", "QEL_FreeBuffers", "qel_clear_last_error", "qel_enable_native", "qel_get_num_threads",
-    "qel_last_error", "qel_memory_stats", "qel_set_allocator", "qel_set_num_threads",
-    "qel_set_num_threads_local", "qel_thread_free_buffers", "qel_verbose", "xerbla", "DftiCreateDescriptor_d_1d",
-    "DftiCreateDescriptor_s_1d", "DftiCreateDescriptor_d_md", "DftiCreateDescriptor_s_md", "qel_ddnscsr"};
+const std::set<std::string> kOthers = {"QEL_Domatcopy",
+                                       "pardisoinit",
+                                       "qel_pardiso_set_progress",
+                                       "DftiErrorClass",
+                                       "qel_dfti_explain",
+                                       "qel_dfti_message",
+                                       "qel_dfti_pack_d",
+                                       "qel_dfti_pack_s",
+                                       "qel_dfti_unpack_d",
+                                       "qel_dfti_unpack_s",
+                                       "qel_dfti_validate",
+                                       "QEL_FreeBuffers",
+                                       "qel_clear_last_error",
+                                       "qel_enable_native",
+                                       "qel_get_num_threads",
+                                       "qel_last_error",
+                                       "qel_memory_stats",
+                                       "qel_set_allocator",
+                                       "qel_set_num_threads",
+                                       "qel_set_num_threads_local",
+                                       "qel_thread_free_buffers",
+                                       "qel_verbose",
+                                       "xerbla",
+                                       "DftiCreateDescriptor_d_1d",
+                                       "DftiCreateDescriptor_s_1d",
+                                       "DftiCreateDescriptor_d_md",
+                                       "DftiCreateDescriptor_s_md",
+                                       "qel_ddnscsr"};
 
 TEST(Tables, HaveEveryPublicEntry) {
   std::set<std::string> listed = kOthers;
