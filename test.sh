@@ -7,7 +7,7 @@ preset=release
 case ${1:-} in release|debug|sanitize|tsan|coverage) preset=$1; shift ;; esac
 purposes="build test"
 bench=OFF
-[ "$preset" = release ] && { purposes="$purposes bench"; bench=ON; }
+[ "$preset" = release ] && { purposes="$purposes bench clients"; bench=ON; }
 [ "$preset" = tsan ] && purposes="$purposes tsan"
 scripts/install_packages.sh $purposes
 cmake --preset "$preset" -DQEL_BUILD_TESTS=ON -DQEL_BUILD_BENCH=$bench

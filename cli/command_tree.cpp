@@ -75,7 +75,9 @@ command_entry read_commands(const CLI::App& app, const std::string& path) {
   command_entry command;
   command.path = path;
   command.description = app.get_description();
-  command.footer = app.get_footer();
+  // CLI11 hands a footer down to commands that have none.
+  const bool inherited = app.get_parent() != nullptr && app.get_parent()->get_footer() == app.get_footer();
+  command.footer = inherited ? "" : app.get_footer();
   for (const CLI::Option* option : app.get_options()) {
     if (!option->get_group().empty()) command.options.push_back(read_option(*option));
   }

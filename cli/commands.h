@@ -9,7 +9,7 @@
 namespace qel::cli {
 
 /// Exit codes of all commands.
-enum exit_code : int { kDone = 0, kBadInput = 2, kSingular = 3 };
+enum exit_code : int { kDone = 0, kFailed = 1, kBadInput = 2, kSingular = 3 };
 
 // info.cpp
 struct info_options {
@@ -73,5 +73,16 @@ struct fft_options {
 };
 /// Transforms sampled data of up to seven dimensions (real: three); the inverse divides by their number.
 int run_fft(const fft_options& options);
+
+// selftest/selftest.cpp
+struct selftest_options {
+  std::vector<std::string> families;  ///< empty: all
+  std::vector<int> levels;            ///< empty: all that the processor has
+  bool json = false;
+  int child_level = -1;       ///< at least 0: run the checks in this process, which is on that level
+  bool only_by_type = false;  ///< only families that go by the processor type
+};
+/// Whether this machine computes what it should. kFailed if it does not.
+int run_selftest(const selftest_options& options);
 
 }  // namespace qel::cli

@@ -108,6 +108,18 @@ int run(int argc, char** argv) {
                                 "Draw the spectrum into this SVG file (needs gnuplot)");
   transform_command->add_flag("--json", transform.json, "Print JSON");
 
+  selftest_options selftest;
+  CLI::App* selftest_command = app.add_subcommand(
+      "selftest", "Whether this machine computes what it should, on every processor level");
+  selftest_command->footer("Exit codes: 0 all ok, 1 something failed, 2 bad input.");
+  selftest_command->add_option("--family", selftest.families, "Only this family; several may be given");
+  selftest_command->add_option("--level", selftest.levels, "Only this processor level; several may be given")
+      ->check(CLI::Range(0, 6));
+  selftest_command->add_flag("--json", selftest.json, "Print JSON");
+  // How it calls itself.
+  selftest_command->add_option("--child-level", selftest.child_level)->group("");
+  selftest_command->add_flag("--only-by-type", selftest.only_by_type)->group("");
+
   add_manual_options(app);
   try {
     app.parse(argc, argv);
@@ -119,6 +131,7 @@ int run(int argc, char** argv) {
   if (*fit_command) return run_fit(fit);
   if (*transform_command) return run_fft(transform);
   if (*check_command) return run_check(check);
+  if (*selftest_command) return run_selftest(selftest);
   return explain.chosen() ? explain.run() : run_solve(solve);
 }
 

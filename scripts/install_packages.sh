@@ -1,5 +1,5 @@
 #!/bin/sh
-# usage: install_packages.sh build|test|bench...     installs what these need from Debian's packages
+# usage: install_packages.sh build|test|bench|clients...     installs what these need from Debian's packages
 set -eu
 packages=""
 for purpose in "$@"; do
@@ -8,10 +8,13 @@ for purpose in "$@"; do
                      libcli11-dev libfmt-dev nlohmann-json3-dev zlib1g-dev libmuparser-dev libcsv-dev
                      libsndfile1-dev libmetis-dev" ;;
     test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 qemu-user
-                    python3 clang-format git gnuplot-nox pkg-config dpkg-dev zsh fish mandoc doxygen" ;;
+                    python3 clang-format git gnuplot-nox pkg-config dpkg-dev zsh fish mandoc doxygen chromium" ;;
     bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp libfftw3-double3
                      libfftw3-single3 libeigen3-dev libcminpack-dev libgsl-dev libceres-dev
                      libsuitesparse-dev libmumps-seq-dev libsuperlu-dev" ;;
+    clients) packages="$packages python3-numpy python3-scipy python3-pytest python3-hypothesis octave
+                       scalapack-mpi-test openmpi-bin libarmadillo-dev libeigen3-dev liblapacke-dev
+                       libblas3 liblapack3 mono-mcs mono-runtime" ;;
     tsan) packages="$packages clang libomp-dev" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac

@@ -183,7 +183,7 @@ __attribute__((target("avx"))) void peak_of_32_bytes(benchmark::State& state) {
 /// As if it were a case of QEL's, so that the table shows the rate.
 void register_peak(const std::string& name, void (*peak)(benchmark::State&)) {
   remember_case(name);
-  benchmark::RegisterBenchmark((name + "/" + kSubject).c_str(), peak)->UseRealTime();
+  add_run(name, kSubject, peak);
 }
 
 template <class T>

@@ -82,12 +82,12 @@ class fftw_convolution {
 };
 
 void add(const std::string& name, const std::string& who, const std::function<void()>& once) {
-  benchmark::RegisterBenchmark((name + "/" + who).c_str(), [once](benchmark::State& state) {
+  add_run(name, who, [once](benchmark::State& state) {
     for (auto _ : state) {
       once();
       benchmark::ClobberMemory();
     }
-  })->UseRealTime();
+  });
 }
 
 struct case_data {
@@ -96,6 +96,8 @@ struct case_data {
 };
 
 void register_case(int nx, int ny) {
+  const std::string name = "conv/" + std::to_string(nx) + "x" + std::to_string(ny);
+  if (!is_wanted_case(name)) return;
   const contender& qel = contenders().front();
   const auto create = qel.find<decltype(vsldConvNewTaskX1D)>("vsldConvNewTaskX1D");
   const auto execute = qel.find<decltype(vsldConvExecX1D)>("vsldConvExecX1D");
@@ -104,7 +106,6 @@ void register_case(int nx, int ny) {
   data->y = random_numbers(ny, 2);
   data->w.resize(static_cast<size_t>(nx + ny - 1));
   for (int mode : {0, 1}) create(&data->task[mode], mode, nx, ny, nx + ny - 1, data->x.data(), 1);
-  const std::string name = "conv/" + std::to_string(nx) + "x" + std::to_string(ny);
   remember_case(name);
   add(name, kSubject, [=] { execute(data->task[0], data->y.data(), 1, data->w.data(), 1); });
   add(name, "sums", [=] { execute(data->task[1], data->y.data(), 1, data->w.data(), 1); });

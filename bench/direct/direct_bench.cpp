@@ -108,13 +108,13 @@ void add(const std::string& phase, const std::shared_ptr<system_under_test>& sys
          const direct_library& library, const Body& body) {
   const std::string name = phase + "/" + system->name();
   if (library.name == kSubject) remember_case(name);
-  benchmark::RegisterBenchmark((name + "/" + library.name).c_str(), [=](benchmark::State& state) {
+  add_run(name, library.name, [=](benchmark::State& state) {
     try {
       body(state);
     } catch (const std::exception& e) {
       state.SkipWithError(e.what());
     }
-  })->UseRealTime();
+  });
 }
 
 void add_solve(const std::shared_ptr<system_under_test>& system, const direct_library& library, int nrhs) {

@@ -132,11 +132,10 @@ void* make_plan(const fftw_entries<R>& fftw, const fft_case& c, R* in, R* out, u
 
 template <class Body>
 void add(const std::string& name, const std::string& contender_name, const fft_case& c, Body body) {
-  benchmark::RegisterBenchmark(fmt::format("{}/{}", name, contender_name).c_str(), [=](benchmark::State&
-                                                                                           state) {
+  add_run(name, contender_name, [=](benchmark::State& state) {
     body(state);
     state.counters["flop/s"] = benchmark::Counter(c.flops(), benchmark::Counter::kIsIterationInvariantRate);
-  })->UseRealTime();
+  });
 }
 
 template <class R>
@@ -145,6 +144,7 @@ void compare_case(const fft_case& c, const std::string& kind) {
   const char letter = c.real ? (kDouble ? 'd' : 's') : (kDouble ? 'z' : 'c');
   std::string name = fmt::format("{}/{}/{}", kind, letter, fmt::join(c.lengths, "x"));
   if (c.count > 1) name = fmt::format("{}{}{}", name, c.interleaved ? 'i' : '*', c.count);
+  if (!is_wanted_case(name)) return;
   remember_case(name);
   const std::vector<contender>& all = contenders();
   add(name, kSubject, c, [c, qel = qel_entries(all[0])](benchmark::State& state) {
@@ -161,7 +161,7 @@ void compare_case(const fft_case& c, const std::string& kind) {
     char letter;
     const char* name;
     unsigned flags;
-  } kEfforts[] = {{'e', "estimate", 64}, {'m', "measure", 0}, {'p', "patient", 32}};
+  } kEfforts[] = {{'e', "FFTW-estimate", 64}, {'m', "FFTW-measure", 0}, {'p', "FFTW-patient", 32}};
   for (const contender& peer : all) {
     if (peer.name() != (kDouble ? "FFTW" : "FFTWf")) continue;
     for (const auto& effort : kEfforts) {

@@ -4,6 +4,7 @@
 #include <fmt/core.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <memory>
 
 #include "bench/nls/peers.h"
@@ -77,19 +78,21 @@ least_squares dense_problem(int n, int m) {
 }
 
 void register_iterations(const std::vector<solver>& all) {
-  static const least_squares p = dense_problem(500, 5000);
-  const std::string name = "iterations:5/n:500/m:5000";
-  remember_case(name);
-  for (const solver& one : all) {
-    if (one.name == "GSL" || one.name == "cminpack") continue;  // no blocked linear algebra: minutes
-    benchmark::RegisterBenchmark(
-        (name + "/" + one.name).c_str(),
-        [&one](benchmark::State& state) {
-          for (auto _ : state)
-            benchmark::DoNotOptimize(one.solve(p, std::vector<double>(500, 0.1), 5).squares);
-        })
-        ->UseRealTime()
-        ->Unit(benchmark::kMillisecond);
+  constexpr int kResidualsPerUnknown = 10, kMostUnblocked = 100;
+  for (const int n : {20, 50, 100, 200, 500}) {
+    const std::string name = "five-iterations/n:" + std::to_string(n);
+    if (!is_wanted_case(name)) continue;
+    const auto p = std::make_shared<least_squares>(dense_problem(n, kResidualsPerUnknown * n));
+    remember_case(name);
+    for (const solver& one : all) {
+      // Without blocked linear algebra large ones take minutes.
+      const bool unblocked = one.name == "GSL" || one.name == "cminpack";
+      if (unblocked && n > kMostUnblocked) continue;
+      add_run(name, one.name, [&one, p, n](benchmark::State& state) {
+        const std::vector<double> start(static_cast<size_t>(n), 0.1);
+        for (auto _ : state) benchmark::DoNotOptimize(one.solve(*p, start, 5).squares);
+      });
+    }
   }
 }
 
@@ -99,7 +102,7 @@ void register_iterations(const std::vector<solver>& all) {
 int main(int argc, char** argv) {
   qel::bench::set_environment_defaults();
   static const auto all = qel::bench::solvers();
-  qel::bench::count_evaluations(all);
+  if (std::getenv("QEL_BENCH_REPORT") == nullptr) qel::bench::count_evaluations(all);
   qel::bench::register_iterations(all);
   return qel::bench::run_comparison(argc, argv);
 }

@@ -3,6 +3,7 @@
 // this machine: products with a vector, sums, sparse products. Matrices: grids of 5 and 7 points, random
 // columns, and rows whose lengths follow a power law.
 #include <Eigen/Sparse>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <memory>
@@ -80,14 +81,14 @@ struct one_based {
 
 using work = std::function<void()>;
 void add(const std::string& name, const char* contender, work_per_call per_call, const work& once) {
-  benchmark::RegisterBenchmark((name + "/" + contender).c_str(), [=](benchmark::State& state) {
+  add_run(name, contender, [=](benchmark::State& state) {
     for (auto _ : state) {
       once();
       benchmark::ClobberMemory();
     }
     const auto rate = benchmark::Counter::kIsIterationInvariantRate;
     if (per_call.bytes > 0) state.counters["byte/s"] = benchmark::Counter(per_call.bytes, rate);
-  })->UseRealTime();
+  });
 }
 
 [[gnu::noinline]] void plain_product(int n, const int* ia, const int* ja, const double* a, const double* x,
@@ -239,18 +240,34 @@ void bandwidth_case() {
 
 void register_cases() {
   bandwidth_case();
-  const std::pair<const char*, sparse> matrices[] = {{"grid2d:100", grid(100, 2)},
-                                                     {"grid2d:1000", grid(1000, 2)},
-                                                     {"grid3d:20", grid(20, 3)},
-                                                     {"grid3d:80", grid(80, 3)},
-                                                     {"random:5000", random_columns(5000, 20)},
-                                                     {"random:300000", random_columns(300000, 20)},
-                                                     {"power:3000", power_law(3000)},
-                                                     {"power:100000", power_law(100000)}};
-  for (const auto& [name, matrix] : matrices) vector_cases(name, std::make_shared<sparse>(matrix));
-  for (const auto& [name, matrix] : matrices)
-    if (matrix.nonZeros() < 4000000 && std::string(name) != "power:100000")
-      matrix_cases(name, std::make_shared<sparse>(matrix));
+  const std::pair<const char*, sparse (*)()> patterns[] = {
+      {"grid2d:100", [] { return grid(100, 2); }},
+      {"grid2d:300", [] { return grid(300, 2); }},
+      {"grid2d:1000", [] { return grid(1000, 2); }},
+      {"grid3d:20", [] { return grid(20, 3); }},
+      {"grid3d:40", [] { return grid(40, 3); }},
+      {"grid3d:80", [] { return grid(80, 3); }},
+      {"random:5000", [] { return random_columns(5000, 20); }},
+      {"random:40000", [] { return random_columns(40000, 20); }},
+      {"random:300000", [] { return random_columns(300000, 20); }},
+      {"power:3000", [] { return power_law(3000); }},
+      {"power:20000", [] { return power_law(20000); }},
+      {"power:100000", [] { return power_law(100000); }}};
+  constexpr const char* kVectorCases[] = {"csrmv/general/", "csrmv/transposed/", "csrmv/symmetric/",
+                                          "csrmv/triangle/"};
+  constexpr const char* kMatrixCases[] = {"csradd/", "csrmultcsr/"};
+  for (const auto& [name, make] : patterns) {
+    const auto wanted = [&pattern = name](const char* of) {
+      return is_wanted_case(std::string(of) + pattern);
+    };
+    const bool vectors_wanted = std::any_of(std::begin(kVectorCases), std::end(kVectorCases), wanted),
+               matrices_wanted = std::any_of(std::begin(kMatrixCases), std::end(kMatrixCases), wanted);
+    if (!vectors_wanted && !matrices_wanted) continue;
+    const auto matrix = std::make_shared<sparse>(make());
+    if (vectors_wanted) vector_cases(name, matrix);
+    if (matrices_wanted && matrix->nonZeros() < 4000000 && std::string(name) != "power:100000")
+      matrix_cases(name, matrix);
+  }
 }
 
 }  // namespace

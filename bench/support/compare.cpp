@@ -4,7 +4,9 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
+#include <regex>
 #include <vector>
 
 namespace qel::bench {
@@ -13,6 +15,21 @@ namespace {
 std::vector<std::string>& case_order() {
   static std::vector<std::string> order;
   return order;
+}
+
+int& registered_runs() {
+  static int count = 0;
+  return count;
+}
+
+bool reports() {
+  static const bool asked = std::getenv("QEL_BENCH_REPORT") != nullptr;
+  return asked;
+}
+
+void tell(const std::string& text) {
+  fmt::print("{}{}\n", kReportMark, text);
+  std::fflush(stdout);
 }
 
 /// Collects every repetition's time; the console shows progress as it is wont to.
@@ -37,6 +54,21 @@ class ratio_reporter : public benchmark::ConsoleReporter {
                kSubject);
     for (const std::string& name : case_order()) {
       if (cases_.contains(name)) print_case(name, cases_.at(name));
+    }
+  }
+
+  void tell_results() const {
+    for (const std::string& name : case_order()) {
+      if (!cases_.contains(name)) continue;
+      for (const auto& [contender, found] : cases_.at(name).by_contender) {
+        const auto [least, most] = std::minmax_element(found.seconds.begin(), found.seconds.end());
+        std::string rates;
+        for (const auto& [counter, values] : found.rates)
+          rates += fmt::format(",\"{}\":{:.6g}", counter, median(values));
+        tell(
+            fmt::format(R"({{"case":"{}","contender":"{}","seconds":{:.6g},"least":{:.6g},"most":{:.6g}{}}})",
+                        name, contender, median(found.seconds), *least, *most, rates));
+      }
     }
   }
 
@@ -77,6 +109,24 @@ class ratio_reporter : public benchmark::ConsoleReporter {
 
 void remember_case(const std::string& case_name) { case_order().push_back(case_name); }
 
+bool is_wanted_case(const std::string& case_name) {
+  static const char* const text = std::getenv("QEL_BENCH_CASES");
+  static const std::regex wanted(text != nullptr ? text : "", std::regex::ECMAScript | std::regex::optimize);
+  return text == nullptr || std::regex_search(case_name, wanted);
+}
+
+benchmark::internal::Benchmark* add_run(const std::string& case_name, const std::string& contender_name,
+                                        const run_body& body) {
+  if (!is_wanted_case(case_name) || !is_wanted_contender(contender_name)) return nullptr;
+  ++registered_runs();
+  return benchmark::RegisterBenchmark((case_name + '/' + contender_name).c_str(),
+                                      [body](benchmark::State& state) {
+                                        if (reports()) tell("run");
+                                        body(state);
+                                      })
+      ->UseRealTime();
+}
+
 int run_comparison(int argc, char** argv) {
   // Before the caller's flags, so that those win.
   std::vector<std::string> arguments{argv[0], "--benchmark_repetitions=9",
@@ -89,8 +139,9 @@ int run_comparison(int argc, char** argv) {
   benchmark::Initialize(&count, pointers.data());
   if (benchmark::ReportUnrecognizedArguments(count, pointers.data())) return 1;
   ratio_reporter reporter;
+  if (reports()) tell(fmt::format(R"({{"planned_runs":{}}})", registered_runs()));
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.print_table();
+  reports() ? reporter.tell_results() : reporter.print_table();
   benchmark::Shutdown();
   return 0;
 }

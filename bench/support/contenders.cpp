@@ -31,7 +31,7 @@ std::vector<contender> load_all() {
   std::istringstream peers(list != nullptr ? list : kDebianPeers);
   for (std::string peer; std::getline(peers, peer, ':');) {
     const size_t equals = peer.find('=');
-    if (equals == std::string::npos) continue;
+    if (equals == std::string::npos || !is_wanted_contender(peer.substr(0, equals))) continue;
     if (void* handle = load(peer.substr(equals + 1))) {
       all.emplace_back(peer.substr(0, equals), handle);
     } else {
@@ -46,6 +46,16 @@ std::vector<contender> load_all() {
 void set_environment_defaults() {
   setenv("OMP_NUM_THREADS", "1", 0);
   setenv("QEL_NATIVE", "1", 0);
+}
+
+bool is_wanted_contender(const std::string& name) {
+  static const char* const list = std::getenv("QEL_BENCH_ONLY");
+  const std::string library = name.substr(0, name.find('-'));
+  if (list == nullptr || library == kSubject) return true;
+  std::istringstream names(list);
+  for (std::string one; std::getline(names, one, ',');)
+    if (one == library) return true;
+  return false;
 }
 
 void* contender::look_up(const char* symbol) const { return dlsym(handle_, symbol); }

@@ -28,6 +28,10 @@ class contender {
 /// does it first.
 void set_environment_defaults();
 
+/// Whether a contender takes part: QEL always; peers by QEL_BENCH_ONLY, a list of names with commas; unset:
+/// all, empty: none. A name goes up to its first '-', what follows is a manner of using the library.
+bool is_wanted_contender(const std::string& name);
+
 /// Name of the contender that ratios are formed against.
 inline constexpr const char* kSubject = "QEL";
 

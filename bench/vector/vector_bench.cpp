@@ -21,15 +21,16 @@ std::unique_ptr<double, release> numbers(int n) {
   return std::unique_ptr<double, release>(memory);
 }
 
-void add(const std::string& name, double bytes, const std::function<void(benchmark::State&)>& body) {
-  benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+void add(const std::string& case_name, const std::string& contender_name, double bytes,
+         const std::function<void(benchmark::State&)>& body) {
+  add_run(case_name, contender_name, [=](benchmark::State& state) {
     body(state);
     state.counters["byte/s"] = benchmark::Counter(bytes, benchmark::Counter::kIsIterationInvariantRate);
-  })->UseRealTime();
+  });
 }
 
-void add_arithmetic(const std::string& name, vector_fn* function, int n, int arrays) {
-  add(name, 8.0 * n * arrays, [=](benchmark::State& state) {
+void add_arithmetic(const std::string& name, const std::string& who, vector_fn* function, int n, int arrays) {
+  add(name, who, 8.0 * n * arrays, [=](benchmark::State& state) {
     const auto a = numbers(n), b = numbers(n), r = numbers(n);
     for (auto _ : state) {
       function(n, a.get(), b.get(), r.get());
@@ -38,8 +39,9 @@ void add_arithmetic(const std::string& name, vector_fn* function, int n, int arr
   });
 }
 
-void add_fill(const std::string& name, int n, const std::function<void(int, double*)>& fill) {
-  add(name, 8.0 * n, [=](benchmark::State& state) {
+void add_fill(const std::string& name, const std::string& who, int n,
+              const std::function<void(int, double*)>& fill) {
+  add(name, who, 8.0 * n, [=](benchmark::State& state) {
     const auto r = numbers(n);
     for (auto _ : state) {
       fill(n, r.get());
@@ -61,15 +63,15 @@ void register_all() {
     const std::string size = "/n:" + std::to_string(n);
     for (const auto& routine : routines) {
       remember_case(routine.symbol + size);
-      add_arithmetic(routine.symbol + size + "/" + kSubject, subject.find<vector_fn>(routine.symbol), n, 3);
-      add_arithmetic(routine.symbol + size + "/plain", routine.plain, n, 3);
-      add_arithmetic(routine.symbol + size + "/copy", plain_copy, n, 2);
+      add_arithmetic(routine.symbol + size, kSubject, subject.find<vector_fn>(routine.symbol), n, 3);
+      add_arithmetic(routine.symbol + size, "plain", routine.plain, n, 3);
+      add_arithmetic(routine.symbol + size, "copy", plain_copy, n, 2);
     }
     remember_case("uniform" + size);
-    add_fill("uniform" + size + "/" + kSubject, n,
+    add_fill("uniform" + size, kSubject, n,
              [uniform](int length, double* r) { uniform(0, stream, length, r, 0, 1); });
-    add_fill("uniform" + size + "/standard", n, standard_uniform);
-    add_fill("uniform" + size + "/constant", n, constant_fill);
+    add_fill("uniform" + size, "standard", n, standard_uniform);
+    add_fill("uniform" + size, "constant", n, constant_fill);
   }
 }
 

@@ -46,7 +46,8 @@ void declare(CLI::App& command, solver_question& q) {
   command.add_option("--steps", q.steps, "iparm(8), refinement steps")->capture_default_str();
   command.add_option("--hybrid", q.hybrid, "iparm(4), iteration with earlier factors")->capture_default_str();
   command.add_option("--longest-row", q.longest_row, "Entries of the longest row; without a file");
-  command.add_option("--max-core", q.max_core, "Megabytes from which on the factors go into files; with a file")
+  command
+      .add_option("--max-core", q.max_core, "Megabytes from which on the factors go into files; with a file")
       ->check(CLI::PositiveNumber);
   command.add_flag("--out-of-core", q.out_of_core, "Factors in files; with a file");
   command.add_flag("--single", q.single, "iparm(28): factors in single precision");
@@ -113,12 +114,13 @@ report explain_sizes(const solver_question& q, const asked_machine& machine, int
   out["panel_width"] = supernodes.width;
   out["supernodes_are_merged"] = supernodes.merge;
   out["schedule"] = threads > 1 ? "subtrees side by side" : "ascending";
-  out["pivoting"] = about.definite()                         ? "none"
+  out["pivoting"] = about.definite()                          ? "none"
                     : about.indefinite() && iparm(p_pivoting) ? "2 by 2 inside a supernode"
                                                               : "inside a supernode";
-  out["perturbed_below"] = iparm(p_perturbation) == 0 ? report("none") : report(fmt::format("1e-{}", iparm(p_perturbation)));
+  out["perturbed_below"] =
+      iparm(p_perturbation) == 0 ? report("none") : report(fmt::format("1e-{}", iparm(p_perturbation)));
   out["refinement"] = wants_refinement(iparm(p_steps), 0) ? "asked for" : "if pivots are perturbed";
-  out["iteration"] = !hybrid.wanted()             ? "none"
+  out["iteration"] = !hybrid.wanted()               ? "none"
                      : hybrid.conjugate_gradients() ? "CG with earlier factors"
                                                     : "CGS with earlier factors";
   if (hybrid.wanted()) out["tolerance_of_iteration"] = hybrid.tolerance;
@@ -196,7 +198,8 @@ report answer(const solver_question& q, const asked_machine& machine) {
   if (file.rows != file.cols) throw file_error(name + ": the matrix is not square");
   const int type = types_to_try(file, q.type, name).front();
   const sparse_matrix a = sparse_form(file, type, name);
-  report out = explain_sizes(q, machine, type, a.n, static_cast<int64_t>(a.ja.size()), parameters_of(q, type));
+  report out =
+      explain_sizes(q, machine, type, a.n, static_cast<int64_t>(a.ja.size()), parameters_of(q, type));
   add_analysis(out, q, type, a, parameters_of(q, type));
   return out;
 }

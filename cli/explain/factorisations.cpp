@@ -78,13 +78,20 @@ report explain_geqrf(const factor_question& q, const asked_machine& machine) {
   const lapack::qr_facts facts{q.capital(), q.m, q.n, q.tuning_processor(machine)};
   const lapack::qr_plan plan = lapack::plan_qr(facts);
   // Its threads are those of the products of an update.
-  return {{"level", facts.processor.level}, {"block", plan.block}, {"reason", plan.reason},
+  return {{"level", facts.processor.level},
+          {"block", plan.block},
+          {"reason", plan.reason},
           {"threads", "those of the matrix products between the panels"}};
 }
 
 report explain_ormqr(const factor_question& q, const asked_machine& machine) {
-  const lapack::q_product_facts facts{q.capital(), q.side == "L", q.m, q.n, q.k,
-                                      machine.threads_or_own(kDomainAll), q.tuning_processor(machine)};
+  const lapack::q_product_facts facts{q.capital(),
+                                      q.side == "L",
+                                      q.m,
+                                      q.n,
+                                      q.k,
+                                      machine.threads_or_own(kDomainAll),
+                                      q.tuning_processor(machine)};
   const lapack::q_product_plan plan = lapack::plan_q_product(facts);
   report out = start_of(facts.processor.level, facts.threads);
   out["block"] = plan.block;
@@ -94,7 +101,12 @@ report explain_ormqr(const factor_question& q, const asked_machine& machine) {
 }
 
 report explain_gbtrf(const factor_question& q, const asked_machine& machine) {
-  const lapack::band_lu_facts facts{q.capital(), q.m, q.n, q.below, q.above, machine.threads_or_own(kDomainAll),
+  const lapack::band_lu_facts facts{q.capital(),
+                                    q.m,
+                                    q.n,
+                                    q.below,
+                                    q.above,
+                                    machine.threads_or_own(kDomainAll),
                                     q.tuning_processor(machine)};
   const lapack::band_lu_plan plan = lapack::plan_band_lu(facts);
   report out = start_of(facts.processor.level, facts.threads);

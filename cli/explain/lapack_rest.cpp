@@ -22,7 +22,9 @@ struct solve_question : dense_question {
   core_int n = 0, nrhs = 0, below = 0, above = 0;
 };
 void declare_solve(CLI::App& command, solve_question& q) {
-  command.add_option("ROUTINE", q.routine, "Without its type: gttrs, pttrs, gbtrs, pbtrs, pptrs, sptrs, hptrs or tptrs")
+  command
+      .add_option("ROUTINE", q.routine,
+                  "Without its type: gttrs, pttrs, gbtrs, pbtrs, pptrs, sptrs, hptrs or tptrs")
       ->required()
       ->check(CLI::IsMember({"gttrs", "pttrs", "gbtrs", "pbtrs", "pptrs", "sptrs", "hptrs", "tptrs"}));
   add_size(command, "N", q.n, "Order");
@@ -99,7 +101,8 @@ void add_lapack_rest(explain_menu& menu) {
                            explain_solve);
   menu.add<vectors_question>(kFamily, "spevx", "eigenvectors of a packed symmetric matrix", declare_vectors,
                              explain_vectors);
-  menu.add<block_question>(kFamily, "block", "block sizes of a routine by its name", declare_block, explain_block);
+  menu.add<block_question>(kFamily, "block", "block sizes of a routine by its name", declare_block,
+                           explain_block);
 }
 
 }  // namespace qel::cli

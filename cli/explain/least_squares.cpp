@@ -30,21 +30,22 @@ report answer(const fit_question& q, const asked_machine& machine) {
   const lapack::cholesky_plan factor =
       lapack::plan_cholesky({'D', false, q.n, threads, real.tuning_processor(machine)});
   const bool triangle = nls::forms_one_triangle(machine.level_or_own());
-  return {{"level", machine.level_or_own()},
-          {"threads_allowed", threads},
-          {"step", q.bounded ? "secular iteration in the scaled space, cut at the bounds" : "secular iteration"},
-          {"normal_matrix", triangle ? "one triangle, by syrk" : "whole, by gemm"},
-          {"threads_of_its_factor", factor.threads},
-          {"reason_of_factor_threads", factor.reason},
-          {"threads_of_column_norms", nls::threads_for_norms(q.m, q.n, threads)},
-          {"residuals_of_a_numerical_jacobian", 2 * core_int{q.n}}};
+  return {
+      {"level", machine.level_or_own()},
+      {"threads_allowed", threads},
+      {"step", q.bounded ? "secular iteration in the scaled space, cut at the bounds" : "secular iteration"},
+      {"normal_matrix", triangle ? "one triangle, by syrk" : "whole, by gemm"},
+      {"threads_of_its_factor", factor.threads},
+      {"reason_of_factor_threads", factor.reason},
+      {"threads_of_column_norms", nls::threads_for_norms(q.m, q.n, threads)},
+      {"residuals_of_a_numerical_jacobian", 2 * core_int{q.n}}};
 }
 
 }  // namespace
 
 void add_least_squares(explain_menu& menu) {
-  menu.add<fit_question>("Least squares", "trnlsp", "an iteration of a nonlinear least-squares solve", declare,
-                         answer);
+  menu.add<fit_question>("Least squares", "trnlsp", "an iteration of a nonlinear least-squares solve",
+                         declare, answer);
 }
 
 }  // namespace qel::cli

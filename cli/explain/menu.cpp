@@ -85,7 +85,9 @@ void explain_menu::print_subjects() const {
     fmt::print("{}\n", list.dump(2));
     return;
   }
-  fmt::print("qel explain SUBJECT SIZES [--threads T] [--level L] [--json]; qel explain SUBJECT --help tells more\n");
+  fmt::print(
+      "qel explain SUBJECT SIZES [--threads T] [--level L] [--json]; qel explain SUBJECT --help tells "
+      "more\n");
   std::string family;
   for (const subject& one : subjects_) {
     if (family != one.family) fmt::print("\n{}\n", family = one.family);
@@ -100,7 +102,8 @@ int explain_menu::run() const {
     if (json_) {
       fmt::print("{}\n", out.dump(2));
     } else {
-      for (const auto& [key, value] : out.items()) fmt::print("{:<34} {}\n", with_blanks(key), as_text(value));
+      for (const auto& [key, value] : out.items())
+        fmt::print("{:<34} {}\n", with_blanks(key), as_text(value));
     }
     return kDone;
   }
@@ -122,7 +125,8 @@ void take_level(int level) {
   if (level < 0) return;
   if (level < kFirstNativeLevel) {
     setenv("QEL_DEBUG_CPU_TYPE", std::to_string(level).c_str(), 1);
-    if (type_of_level(level) <= 5) setenv("QEL_DEBUG_VECTOR_TYPE", std::to_string(type_of_level(level)).c_str(), 1);
+    if (type_of_level(level) <= 5)
+      setenv("QEL_DEBUG_VECTOR_TYPE", std::to_string(type_of_level(level)).c_str(), 1);
   } else {
     unsetenv("QEL_DEBUG_CPU_TYPE");
     unsetenv("QEL_DEBUG_VECTOR_TYPE");

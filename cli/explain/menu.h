@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // qel explain: what the library would do with an operation of given sizes, and why. The answers come from the
-// functions by which the drivers decide; only the facts can be replaced. Each subject declares its own options
-// and answers with a record, which the menu prints.
+// functions by which the drivers decide; only the facts can be replaced. Each subject declares its own
+// options and answers with a record, which the menu prints.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -41,9 +41,10 @@ class explain_menu {
            void (*declare)(CLI::App& command, Options& options),
            report (*answer)(const Options& options, const asked_machine& machine)) {
     const auto options = std::make_shared<Options>();
-    declare(add_command(family, name, about,
-                        [options, answer](const asked_machine& machine) { return answer(*options, machine); }),
-            *options);
+    declare(
+        add_command(family, name, about,
+                    [options, answer](const asked_machine& machine) { return answer(*options, machine); }),
+        *options);
   }
 
  private:

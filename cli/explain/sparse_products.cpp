@@ -26,7 +26,8 @@ void declare_vector(CLI::App& command, vector_question& q) {
       ->check(CLI::IsMember({"G", "S", "H", "T", "A", "D"}))
       ->capture_default_str();
   command.add_flag("--transposed", q.transposed, "A^T x");
-  command.add_option("--far-share", q.far_share, "Entries far off the diagonal, 0 to 1")->capture_default_str();
+  command.add_option("--far-share", q.far_share, "Entries far off the diagonal, 0 to 1")
+      ->capture_default_str();
   command.add_option("--second-cache", q.second_cache, "Bytes, instead of this processor's");
 }
 
@@ -50,7 +51,9 @@ report explain_vector(const vector_question& q, const asked_machine& machine) {
                                     "own rows at once, far ones in blocks"};
   report out = {{"level", level},
                 {"threads_allowed", facts.threads},
-                {"kernels", level >= kFirstNativeLevel ? "AVX2" : level == 4 ? "AVX" : "generic"},
+                {"kernels", level >= kFirstNativeLevel ? "AVX2"
+                            : level == 4               ? "AVX"
+                                                       : "generic"},
                 {"scheme", kNames[static_cast<int>(plan.scheme)]},
                 {"reason", plan.reason},
                 {"threads", plan.threads}};

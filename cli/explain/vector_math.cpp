@@ -23,7 +23,8 @@ struct vector_question {
 
 void declare_length(CLI::App& command, vector_question& q) {
   add_size(command, "N", q.n, "Elements");
-  command.add_option("--type", q.type, "Processor type 0 to 7, instead of the level's")->check(CLI::Range(0, 7));
+  command.add_option("--type", q.type, "Processor type 0 to 7, instead of the level's")
+      ->check(CLI::Range(0, 7));
 }
 void declare_operation(CLI::App& command, vector_question& q) {
   command.add_option("OPERATION", q.operation, "div, mul or sub")
@@ -75,9 +76,8 @@ report explain_operation(const vector_question& q, const asked_machine& machine)
 
 report explain_uniform(const vector_question& q, const asked_machine& machine) {
   const int type = type_of(q, machine);
-  const bool past_caches =
-      q.n >= kLongFill &&
-      stores_past_caches({type, 1.0 * sizeof(double) * q.n, largest_native_cache(), false, nullptr});
+  const bool past_caches = q.n >= kLongFill && stores_past_caches({type, 1.0 * sizeof(double) * q.n,
+                                                                   largest_native_cache(), false, nullptr});
   return {{"processor_type", type},
           {"generator", "R250"},
           {"threads", 1},

@@ -14,8 +14,8 @@ struct command_result {
   std::string output;
 };
 
-inline command_result run(const std::string& arguments) {
-  const std::string line = std::string(QEL_COMMAND " ") + arguments + " 2>&1";
+inline command_result run_program(const std::string& program, const std::string& arguments) {
+  const std::string line = program + ' ' + arguments + " 2>&1";
   FILE* pipe = popen(line.c_str(), "r");
   command_result result{-1, {}};
   char buffer[4096];
@@ -24,6 +24,8 @@ inline command_result run(const std::string& arguments) {
   if (WIFEXITED(status)) result.exit_code = WEXITSTATUS(status);
   return result;
 }
+
+inline command_result run(const std::string& arguments) { return run_program(QEL_COMMAND, arguments); }
 
 inline bool contains(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
