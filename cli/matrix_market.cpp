@@ -37,8 +37,14 @@ class line_reader {
     line_.clear();
     char buffer[4096];
     while (gzgets(file_.get(), buffer, sizeof buffer) != nullptr) {
-      line_ += buffer;
-      if (line_.back() == '\n') break;
+      const size_t length = std::strlen(buffer);
+      line_.append(buffer, length);
+      if (length > 0 && buffer[length - 1] == '\n') break;
+      if (length + 1 < sizeof buffer) {
+        if (gzeof(file_.get())) break;
+        ++number_;
+        fail("a zero byte, which no text has");
+      }
       if (line_.size() > kLongestLine) {
         ++number_;
         fail("line is too long");

@@ -140,11 +140,13 @@ number_array read_npy(const std::string& path) {
   result.is_complex = type->is_complex;
   const size_t element = type->bytes * (type->is_complex ? 2 : 1),
                there = (bytes.size() - begin - length) / element;
+  // A shape without lengths is one number; a length of 0 may come after more than there is.
   size_t count = 1;
-  for (const int n : result.shape) {
-    count *= static_cast<size_t>(n);
-    if (count > there) throw file_error(path + ": holds fewer elements than its shape");
-  }
+  const bool empty = std::find(result.shape.begin(), result.shape.end(), 0) != result.shape.end();
+  for (const int n : result.shape)
+    if (count <= there) count *= static_cast<size_t>(n);
+  if (empty) count = 0;
+  if (count > there) throw file_error(path + ": holds fewer elements than its shape");
   const bool swap = type_name[0] == '>';
   const char* p = bytes.data() + begin + length;
   result.values.resize(count);

@@ -106,7 +106,7 @@ void solve(qel::fuzz::input& in, const csr& m, bool sound) {
   const int type = in.one_of({11, 1, 2, -2}), one = 1;
   if (type % 2 == 0) {
     // Only the upper triangle: else the check must find it out.
-    for (int i = 0; i < m.rows; ++i) sound = sound && m.ia[i] < m.ia[i + 1] && m.ja[m.ia[i] - 1] == i + 1;
+    for (int i = 0; i < m.rows; ++i) sound = sound && m.ia[i] < m.ia[i + 1] && m.ja[m.ia[i] - 1] > i;
   }
   for (int i = 0; i < m.rows; ++i) sound = sound && m.ia[i] < m.ia[i + 1];
   pardisoinit(pt, &type, iparm);
@@ -147,7 +147,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if ((shape & 16) != 0) {
     for (int i = 0; i < m.rows; ++i)
       if (m.ia[i] <= m.ia[i + 1] && m.ia[i] >= base && m.ia[i + 1] - base <= stored)
-        std::sort(m.ja.begin() + m.ia[i] - base, m.ja.begin() + m.ia[i + 1] - base);
+        std::sort(m.ja.begin() + (m.ia[i] - base), m.ja.begin() + (m.ia[i + 1] - base));
   }
   for (int k = 0; k < stored; ++k) m.a.push_back(in.in_range(-4, 4));
   if ((shape & 32) != 0) given_base = in.integer();
@@ -166,7 +166,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (given_base == 1) compare_matrices(in, m, sorted);
   }
   // The solver doesn't know the length of ja.
-  if (m.rows == m.columns && m.rows > 0 && m.ia.back() - 1 == stored && stored > 0)
-    solve(in, m, usable && sorted && given_base == 1);
+  if (m.rows == m.columns && m.rows > 0 && given_base == 1 && m.ia.back() == stored + 1 && stored > 0)
+    solve(in, m, usable && sorted);
   return 0;
 }

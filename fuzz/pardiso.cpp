@@ -80,17 +80,25 @@ class session {
     promise((error >= -11 && error <= 0) || (phase == -2 && error == 16) || (phase == -3 && error == 300000),
             "a code that is documented");
     promise(error != -1 || msglvl_ != 0, "-1 is told where something is printed");
-    if (pt_[0] != nullptr && (stage == 1 || !live)) single_ = single;
+    if (pt_[0] != nullptr && (phase / 10 == 1 || !live)) single_ = single;
+    // With a diagonal matrix, and after it, the handle is not asked.
+    const bool factors = error == 0 && m.n > 0 && iparm_[11] != -1 &&
+                         (phase == 12 || phase == 13 || phase == 22 || phase == 23);
+    if (factors || stage == 1 || pt_[0] == nullptr || error != 0) {
+      factored_ = factors ? m : small_matrix{};
+      factored_complex_ = complex_numbers();
+    }
     if (pt_[0] == nullptr)
       promise(std::all_of(pt_, pt_ + 64, [](void* p) { return p == nullptr; }), "all or none");
   }
   void report() {
-    const small_matrix& m = matrix();
-    const bool single = single_;
+    // The matrix has to be the one that was factored.
+    const small_matrix& m = factored_;
+    if (m.n == 0) return;
     const int columns = in_.in_range(0, 2);
-    number_block a(in_, m.ja.size(), complex_numbers(), single),
-        b(in_, static_cast<size_t>(m.n * columns), complex_numbers(), single),
-        x(in_, static_cast<size_t>(m.n * columns), complex_numbers(), single);
+    number_block a(in_, m.ja.size(), factored_complex_, single_),
+        b(in_, static_cast<size_t>(m.n * columns), factored_complex_, single_),
+        x(in_, static_cast<size_t>(m.n * columns), factored_complex_, single_);
     double errors[2] = {};
     qel_pardiso_quality quality;
     const int verdict = qel_pardiso_report(pt_, in_.integer(), a.data(), m.ia.data(), m.ja.data(), columns,
@@ -99,12 +107,12 @@ class session {
   }
 
   input& in_;
-  small_matrix general_[2], upper_[2];
+  small_matrix general_[2], upper_[2], factored_{};
   void* pt_[64] = {};
   int iparm_[64] = {};
   int maxfct_ = 1, mnum_ = 1, mtype_ = 11, msglvl_ = 0, chosen_ = 0;
   const int one_ = 1;
-  bool single_ = false;
+  bool single_ = false, factored_complex_ = false;
 };
 
 }  // namespace

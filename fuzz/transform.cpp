@@ -169,9 +169,10 @@ class transform {
     };
     for (int d = 0; d < dimension; ++d) add(d == dimension - 1 ? last : lengths[d], strides[d + 1]);
     add(integer(DFTI_NUMBER_OF_TRANSFORMS), distance);
-    const int64_t offset = offsets[0];
-    result.low = (result.low + offset) * unit;
-    result.high = (result.high + offset + 1) * unit;
+    // In place an offset of real data counts reals on both sides.
+    const int64_t offset = int64_t{offsets[0]} * (real && in_place ? 1 : unit);
+    result.low = result.low * unit + offset;
+    result.high = (result.high + 1) * unit + offset;
     return result;
   }
 

@@ -6,9 +6,9 @@ foreach(type s d c z)
   foreach(routine getrf getrf2 getri getrs lauum potrf potrf2 potrs trtri)
     list(APPEND qel_lapack_left_out ${type}${routine}.o)
   endforeach()
-  foreach(routine gbtrf geqrf gttrs lasr pttrs pptrs sptrs gbtrs pbtrs stein tptrs)
+  foreach(routine gbtrf gebal geqrf gttrs hseqr lasr pttrs pptrs sptrf sptrs gbtrs pbtrs stein tptrs)
     list(APPEND qel_lapack_kept ${type}${routine})
   endforeach()
 endforeach()
-list(APPEND qel_lapack_kept chptrs zhptrs sormqr dormqr cunmqr zunmqr
+list(APPEND qel_lapack_kept chptrf zhptrf chptrs zhptrs sormqr dormqr cunmqr zunmqr
      sopmtr dopmtr cupmtr zupmtr)

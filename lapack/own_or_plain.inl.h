@@ -2,10 +2,15 @@
 // Routines that go their own way or, for queries, bad arguments and want of memory, the reference's, under
 // LAPACK's names and with the integers that the including file defines: QEL_INT, QEL_OWN(routine) for what is
 // defined here, QEL_PLAIN(routine) for the reference's.
+#include <cstring>
+#include <initializer_list>
+#include <limits>
+
 #include "blas/letters.h"
 #include "blas/plain/scratch.h"
 #include "lapack/factor/elements.h"
 #include "lapack/factor/gbtrf.h"
+#include "lapack/fitness.h"
 #include "lapack/orthogonal/qr.h"
 #include "lapack/spectral/rotations.h"
 #include "lapack/spectral/slices.h"
@@ -182,3 +187,5 @@ QEL_VECTORS(qel::complex8, float, c, upmtr, 'C')
 QEL_VECTORS(qel::complex16, double, z, upmtr, 'C')
 
 }  // extern "C"
+
+#include "lapack/guarded.inl.h"

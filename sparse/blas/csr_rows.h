@@ -39,7 +39,7 @@ void sort_row(int* columns, T* values, core_int count) {
 template <class T>
 void sort_rows(core_int rows, T* values, int* ja, const int* ia) {
   for (core_int i = 0; i < rows; ++i)
-    sort_row(ja + ia[i] - 1, values + ia[i] - 1, core_int{ia[i + 1]} - ia[i]);
+    sort_row(ja + (ia[i] - 1), values + (ia[i] - 1), core_int{ia[i + 1]} - ia[i]);
 }
 
 /// The transpose, its rows sorted by column, conjugated if wanted; entries of one place keep their order.

@@ -47,6 +47,7 @@ TEST(Npy, ReadsOrdersAndTypes) {
       {npy(dictionary("<f8", "True", "(2, 3)"), six), {1, 3, 5, 2, 4, 6}},
       {npy(dictionary("<c16", "False", "(3,)"), six), {{1, 2}, {3, 4}, {5, 6}}},
       {npy(dictionary("<f8", "False", "()"), six), {1}},
+      {npy(dictionary("<f8", "True", "(3, 0)"), ""), {}},
       {npy(dictionary(">i2", "False", "(2,)"), std::string("\x01\x02\xff\xff", 4)), {258, -1}},
       {npy(dictionary("|b1", "False", "(2,)"), std::string("\x01\x00", 2)), {1, 0}},
       {npy(dictionary(">f4", "False", "(1,)"), std::string("\x3f\xc0\x00\x00", 4)), {1.5}},
@@ -61,6 +62,7 @@ TEST(Npy, RefusesWhatIsBroken) {
   const std::string bad[] = {
       "\x93NUMPY",
       npy(dictionary("<f8", "False", "(2,)"), "12345678"),
+      npy(dictionary("<f8", "False", "()"), "1234567"),
       npy(dictionary("<f8", "False", "(2147483647, 2147483647, 2147483647)"), ""),
       npy(dictionary("<f8", "False", "(-1,)"), "12345678"),
       npy(dictionary("<f8", "False", "(99999999999,)"), "12345678"),

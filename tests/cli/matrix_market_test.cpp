@@ -126,6 +126,8 @@ TEST(MatrixMarket, NamesTheLineOfWhatIsWrong) {
       {"%%MatrixMarket matrix coordinate complex hermitian\n1 1 1\n1 1 1 2\n",
        ":3: a hermitian matrix has a real diagonal"},
       {"\x1f\x8b\x08", ":1: "},
+      {std::string("\0\n", 2) + real, ":1: a zero byte"},
+      {real + std::string("1 1\0 1\n1 1 1\n", 13), ":2: a zero byte"},
   };
   for (const auto& c : cases) {
     const test::temporary_file file(c.text);

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What belongs to the caller stays as it was, whatever entry runs and with however many threads: settings of
-// OpenMP, processor affinity, control bits of the floating-point units, signal mask, locale. The caller's
-// settings are unusual ones, so that a return to defaults would show.
+// What belongs to the caller stays as it was, whatever entry or class runs and with however many threads:
+// settings of OpenMP, processor affinity, control bits of the floating-point units, signals and their
+// handlers, limit of the stack, file mask, locale. The caller's settings are unusual ones, so that a return
+// to defaults would show.
 #include <gtest/gtest.h>
 #include <immintrin.h>
 #include <omp.h>
 #include <sched.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <clocale>
 #include <csignal>
@@ -16,17 +19,21 @@
 #include <vector>
 
 #include "qel/qel.h"
-#include "tests/whole/entry_families.h"
+#include "tests/support/entry_table.h"
+#include "tests/support/stateful_calls.h"
 
 namespace qel::test {
 namespace {
 
 struct caller_state {
-  int threads, dynamic, levels, schedule, chunk;
+  int threads, dynamic, levels, limit, device, schedule, chunk;
   unsigned sse_control;
   uint16_t x87_control;
   cpu_set_t affinity;
   sigset_t signals;
+  std::vector<void*> handlers;
+  rlimit stack;
+  mode_t mask;
   std::string locale;
 };
 caller_state state_now() {
@@ -34,6 +41,8 @@ caller_state state_now() {
   now.threads = omp_get_max_threads();
   now.dynamic = omp_get_dynamic();
   now.levels = omp_get_max_active_levels();
+  now.limit = omp_get_thread_limit();
+  now.device = omp_get_default_device();
   omp_sched_t kind{};
   omp_get_schedule(&kind, &now.chunk);
   now.schedule = static_cast<int>(kind);
@@ -42,6 +51,13 @@ caller_state state_now() {
   asm volatile("fnstcw %0" : "=m"(now.x87_control));
   sched_getaffinity(0, sizeof now.affinity, &now.affinity);
   sigprocmask(SIG_SETMASK, nullptr, &now.signals);
+  for (int number = 1; number < 32; ++number) {
+    struct sigaction action {};
+    sigaction(number, nullptr, &action);
+    now.handlers.push_back(reinterpret_cast<void*>(action.sa_handler));
+  }
+  getrlimit(RLIMIT_STACK, &now.stack);
+  umask(now.mask = umask(0));
   now.locale = std::setlocale(LC_ALL, nullptr);
   return now;
 }
@@ -50,12 +66,17 @@ void expect_same(const caller_state& before, const char* what) {
   EXPECT_EQ(after.threads, before.threads) << what;
   EXPECT_EQ(after.dynamic, before.dynamic) << what;
   EXPECT_EQ(after.levels, before.levels) << what;
+  EXPECT_EQ(after.limit, before.limit) << what;
+  EXPECT_EQ(after.device, before.device) << what;
   EXPECT_EQ(after.schedule, before.schedule) << what;
   EXPECT_EQ(after.chunk, before.chunk) << what;
   EXPECT_EQ(after.sse_control, before.sse_control) << what;
   EXPECT_EQ(after.x87_control, before.x87_control) << what;
   EXPECT_TRUE(CPU_EQUAL(&after.affinity, &before.affinity)) << what;
   EXPECT_EQ(std::memcmp(&after.signals, &before.signals, sizeof after.signals), 0) << what;
+  EXPECT_EQ(after.handlers, before.handlers) << what;
+  EXPECT_EQ(after.stack.rlim_cur, before.stack.rlim_cur) << what;
+  EXPECT_EQ(after.mask, before.mask) << what;
   EXPECT_EQ(after.locale, before.locale) << what;
 }
 
@@ -79,7 +100,7 @@ void run_with_threads() {
   dpptrs("L", &n, &nrhs, c.data(), b.data(), &n, &info);
 }
 
-TEST(caller_state, survives_every_family_of_entries) {
+TEST(caller_state, survives_every_entry_and_class) {
   setenv("QEL_DYNAMIC", "FALSE", 1);  // three threads, whatever the machine has
   qel_set_num_threads(3);
   omp_set_num_threads(5);
@@ -94,9 +115,16 @@ TEST(caller_state, survives_every_family_of_entries) {
   for (const unsigned control : {0u, 0x8040u, 0x6000u}) {  // plain; tiny numbers are zero; rounding to zero
     _mm_setcsr(usual | control);
     const caller_state before = state_now();
-    for (const entry_family& family : entry_families()) {
-      family.run(1);
-      expect_same(before, family.name);
+    for (const entry_row& row : entry_rows()) {
+      for (const char* letter = row.letters; *letter != '\0'; ++letter) {
+        entry_call(row, *letter, 40).make();
+        expect_same(before, row.name);
+      }
+    }
+    for (const life_row& row : life_rows()) {
+      life one(40);
+      row.run(one);
+      expect_same(before, row.name);
     }
     run_with_threads();
     expect_same(before, "regions");

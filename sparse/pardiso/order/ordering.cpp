@@ -144,8 +144,9 @@ bool place_held_back(const pairing& paired, ordering& order, int n, int* part_of
 bool take_users(const int* user_perm, int n, ordering& result) {
   for (int i = 0; i < n; ++i) result.inverse[i] = -1;
   for (int k = 0; k < n; ++k) {
+    if (user_perm[k] < 1 || user_perm[k] > n) return false;
     const int old = user_perm[k] - 1;
-    if (old < 0 || old >= n || result.inverse[old] >= 0) return false;
+    if (result.inverse[old] >= 0) return false;
     result.perm[k] = old;
     result.inverse[old] = k;
   }
