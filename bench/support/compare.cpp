@@ -45,6 +45,7 @@ class ratio_reporter : public benchmark::ConsoleReporter {
       const size_t cut = name.rfind('/');
       samples& one = cases_[name.substr(0, cut)].by_contender[name.substr(cut + 1)];
       one.seconds.push_back(run.GetAdjustedRealTime() * 1e-9);
+      one.iterations = run.iterations;
       for (const auto& [counter, value] : run.counters) one.rates[counter].push_back(value);
     }
   }
@@ -61,6 +62,7 @@ class ratio_reporter : public benchmark::ConsoleReporter {
     for (const std::string& name : case_order()) {
       if (!cases_.contains(name)) continue;
       for (const auto& [contender, found] : cases_.at(name).by_contender) {
+        if (found.disturbed()) continue;
         const auto [least, most] = std::minmax_element(found.seconds.begin(), found.seconds.end());
         std::string rates;
         for (const auto& [counter, values] : found.rates)
@@ -73,19 +75,26 @@ class ratio_reporter : public benchmark::ConsoleReporter {
   }
 
  private:
-  struct samples {
-    std::vector<double> seconds;
-    std::map<std::string, std::vector<double>> rates;
-  };
-  struct one_case {
-    std::map<std::string, samples> by_contender;
-  };
-
   static double median(std::vector<double> values) {
     const auto middle = values.begin() + static_cast<long>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
     return *middle;
   }
+
+  struct samples {
+    std::vector<double> seconds;
+    std::map<std::string, std::vector<double>> rates;
+    benchmark::IterationCount iterations = 0;
+
+    /// The one call by which the number of iterations was found stood still for much longer than a call
+    /// takes, so that every repetition is a single cold call.
+    bool disturbed() const {
+      return iterations == 1 && median(seconds) < 0.1 * *std::max_element(seconds.begin(), seconds.end());
+    }
+  };
+  struct one_case {
+    std::map<std::string, samples> by_contender;
+  };
 
   static void print_case(const std::string& name, const one_case& found) {
     const auto subject = found.by_contender.find(kSubject);

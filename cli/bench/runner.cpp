@@ -54,7 +54,7 @@ run_settings settings_of(bool quick, int threads) {
   settings.threads = threads;
   if (quick) {
     settings.repetitions = 5;
-    settings.least_seconds = 0.005;
+    settings.least_seconds = 0.01;
   }
   return settings;
 }

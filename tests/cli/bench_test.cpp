@@ -114,7 +114,7 @@ TEST(Bench, RefusesWhatThereIsNot) {
                {"--peers Nobody", "there is no peer 'Nobody'"},
                {"--peers OpenBLAS,", "there is no peer ''"},
                {"--threads 0", "--threads"},
-               {"--html /nowhere/page.html", "can't be written"},
+               {"--from " QEL_BENCH_RESULTS " --html /nowhere/page.html", "can't be written"},
                {"--from /nowhere.json", "can't be read"},
                {"--from /proc/self/status", "no file of qel bench"}};
   for (const auto& c : cases) {
