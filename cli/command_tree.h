@@ -38,7 +38,7 @@ std::vector<const command_entry*> all_commands(const command_entry& top);
 /// A completion script; shell: "bash", "zsh", "fish".
 std::string completion_script(const command_entry& top, const std::string& shell);
 
-/// The manual page (section 1, roff) of the program, or of one of its commands with all below it.
+/// The manual page, as roff, of the program, or of one of its commands with all below it.
 std::string manual_page(const command_entry& command, const command_entry& top);
 
 /// Adds --completion SHELL, and a hidden --manual FOLDER that writes all pages and scripts there. Call it

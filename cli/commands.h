@@ -85,4 +85,16 @@ struct selftest_options {
 /// Whether this machine computes what it should. kFailed if it does not.
 int run_selftest(const selftest_options& options);
 
+// bench/bench.cpp
+struct bench_options {
+  std::vector<std::string> families;  ///< empty: all
+  std::string peers = "auto";         ///< auto, none, or names with commas
+  std::string html, json, markdown;   ///< files to write; empty: none
+  std::vector<std::string> from;      ///< files of --json to show again; empty: run the benchmarks
+  int threads = 1;
+  bool quick = false, list = false;
+};
+/// Runs the benchmarks beside the installed peers. kFailed if a family could not be run whole.
+int run_bench(const bench_options& options);
+
 }  // namespace qel::cli

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/commands.h"
+#include "cli/process_facts.h"
 #include "cli/variables.h"
 #include "service/cpu_facts.h"
 #include "service/serv.h"
@@ -133,26 +134,28 @@ void print_text(const processor_facts& processor, const std::vector<variable_sta
   }
 }
 
+nlohmann::ordered_json as_json(const processor_facts& processor) {
+  return {{"version", QEL_VERSION},
+          {"build", {{"compiler", QEL_COMPILER}, {"type", QEL_BUILD_TYPE}}},
+          {"processor",
+           {{"vendor", processor.vendor},
+            {"model", processor.model},
+            {"features", processor.features},
+            {"level", processor.level},
+            {"level_reason", processor.reason},
+            {"type", processor.type},
+            {"cache_bytes", processor.caches},
+            {"logical_processors", processor.counts.logical},
+            {"cores", processor.counts.cores},
+            {"affinity", processor.process_mask},
+            {"on_line", processor.system_mask},
+            {"restricted", processor.counts.restricted}}}};
+}
+
 void print_json(const processor_facts& processor, const std::vector<variable_state>& variables) {
-  nlohmann::ordered_json report = {
-      {"version", QEL_VERSION},
-      {"build", {{"compiler", QEL_COMPILER}, {"type", QEL_BUILD_TYPE}}},
-      {"processor",
-       {{"vendor", processor.vendor},
-        {"model", processor.model},
-        {"features", processor.features},
-        {"level", processor.level},
-        {"level_reason", processor.reason},
-        {"type", processor.type},
-        {"cache_bytes", processor.caches},
-        {"logical_processors", processor.counts.logical},
-        {"cores", processor.counts.cores},
-        {"affinity", processor.process_mask},
-        {"on_line", processor.system_mask},
-        {"restricted", processor.counts.restricted}}},
-      {"threads", nlohmann::ordered_json::object()},
-      {"environment", nlohmann::ordered_json::array()},
-  };
+  nlohmann::ordered_json report = as_json(processor);
+  report["threads"] = nlohmann::ordered_json::object();
+  report["environment"] = nlohmann::ordered_json::array();
   for (size_t domain = 0; domain < kDomainNames.size(); ++domain) {
     report["threads"][kDomainNames[domain]] = {{"count", processor.threads[domain].threads},
                                                {"reason", processor.threads[domain].reason}};
@@ -169,6 +172,8 @@ void print_json(const processor_facts& processor, const std::vector<variable_sta
 }
 
 }  // namespace
+
+nlohmann::ordered_json process_facts() { return as_json(look_at_processor()); }
 
 int run_info(const info_options& options) {
   if (options.variables) {

@@ -108,6 +108,25 @@ int run(int argc, char** argv) {
                                 "Draw the spectrum into this SVG file (needs gnuplot)");
   transform_command->add_flag("--json", transform.json, "Print JSON");
 
+  bench_options bench;
+  CLI::App* bench_command =
+      app.add_subcommand("bench", "How fast this machine is with it, beside other libraries");
+  bench_command->footer(
+      "Example: qel bench --quick --html report.html\n"
+      "Exit codes: 0 done, 1 a family could not be run, 2 bad input.");
+  bench_command->add_option("--family", bench.families, "Only this family; several may be given");
+  bench_command->add_option("--peers", bench.peers, "auto, none, or names with commas")
+      ->capture_default_str();
+  bench_command->add_option("--threads", bench.threads, "Threads of every library")
+      ->check(CLI::PositiveNumber)
+      ->capture_default_str();
+  bench_command->add_flag("--quick", bench.quick, "Few cases, under a minute in all");
+  bench_command->add_option("--html", bench.html, "Write a page with plots and tables");
+  bench_command->add_option("--json", bench.json, "Write all numbers");
+  bench_command->add_option("--markdown", bench.markdown, "Write tables in Markdown");
+  bench_command->add_option("--from", bench.from, "Show files of --json again instead of running anything");
+  bench_command->add_flag("--list", bench.list, "Families and their peers");
+
   selftest_options selftest;
   CLI::App* selftest_command = app.add_subcommand(
       "selftest", "Whether this machine computes what it should, on every processor level");
@@ -131,6 +150,7 @@ int run(int argc, char** argv) {
   if (*fit_command) return run_fit(fit);
   if (*transform_command) return run_fft(transform);
   if (*check_command) return run_check(check);
+  if (*bench_command) return run_bench(bench);
   if (*selftest_command) return run_selftest(selftest);
   return explain.chosen() ? explain.run() : run_solve(solve);
 }

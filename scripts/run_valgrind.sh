@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 build=${1:-build}
 command -v valgrind > /dev/null || { echo "valgrind is not installed" >&2; exit 77; }
 tests="service/service_memory_test entry/entry_blas_test entry/entry_lapack_test sparse/sparse_dss_test
-       fft/fft_descriptor_test fft/fft_no_memory_test conv/conv_task_test nls/nls_protocol_test vector/vector_random_test
+       fft/fft_descriptor_test fft/fft_line_plan_test conv/conv_task_test nls/nls_protocol_test vector/vector_random_test
        facade/facade_vectors_test facade/facade_sparse_solvers_test"
 failed=""
 for test in $tests; do

@@ -108,7 +108,7 @@ void register_case(int nx, int ny) {
   for (int mode : {0, 1}) create(&data->task[mode], mode, nx, ny, nx + ny - 1, data->x.data(), 1);
   remember_case(name);
   add(name, kSubject, [=] { execute(data->task[0], data->y.data(), 1, data->w.data(), 1); });
-  add(name, "sums", [=] { execute(data->task[1], data->y.data(), 1, data->w.data(), 1); });
+  add(name, "QEL-sums", [=] { execute(data->task[1], data->y.data(), 1, data->w.data(), 1); });
   add(name, "loop", [=] { plain_loop(data->x.data(), nx, data->y.data(), ny, data->w.data()); });
   for (const contender& peer : contenders()) {
     if (peer.name() != "FFTW") continue;

@@ -171,7 +171,7 @@ cost solve_ceres(const least_squares& p, std::vector<double> x, int max_iteratio
 }  // namespace
 
 std::vector<solver> solvers() {
-  std::vector<solver> all = {{kSubject, solve_qel<false>}, {"QEL modern", solve_qel<true>}};
+  std::vector<solver> all = {{kSubject, solve_qel<false>}, {"QEL-modern", solve_qel<true>}};
 #ifdef QEL_BENCH_CMINPACK
   all.push_back({"cminpack", solve_cminpack});
 #endif
