@@ -80,10 +80,11 @@ class session {
     promise((error >= -11 && error <= 0) || (phase == -2 && error == 16) || (phase == -3 && error == 300000),
             "a code that is documented");
     promise(error != -1 || msglvl_ != 0, "-1 is told where something is printed");
-    if (pt_[0] != nullptr && (phase / 10 == 1 || !live)) single_ = single;
     // With a diagonal matrix, and after it, the handle is not asked.
-    const bool factors = error == 0 && m.n > 0 && iparm_[11] != -1 &&
-                         (phase == 12 || phase == 13 || phase == 22 || phase == 23);
+    const bool asked = iparm_[11] != -1;
+    if (asked && pt_[0] != nullptr && (phase / 10 == 1 || !live)) single_ = single;
+    const bool factors =
+        error == 0 && m.n > 0 && asked && (phase == 12 || phase == 13 || phase == 22 || phase == 23);
     if (factors || stage == 1 || pt_[0] == nullptr || error != 0) {
       factored_ = factors ? m : small_matrix{};
       factored_complex_ = complex_numbers();

@@ -17,18 +17,39 @@ void gebal_or(core_int n, const T* a, core_int lda, QEL_INT* ilo, QEL_INT* ihi, 
   *info = 0;
 }
 
-/// values: one or two arrays of eigenvalues, in reals.
-template <class T, class Plain>
+/// The last row, from 1, of the lowest block between zeros below the diagonal that is not finite; ilo - 1 if
+/// there is none.
+template <class T>
+core_int last_unfit_row(core_int ilo, core_int ihi, const T* h, core_int ldh) {
+  for (core_int last = ihi; last >= ilo;) {
+    core_int first = last;
+    while (first > ilo && element(h + first - 1 + (first - 2) * ldh) != T{}) --first;
+    const core_int rows = last - first + 1;
+    const T* const block = h + first - 1 + (first - 1) * ldh;
+    if (fitness_of(rows, rows, block, ldh, true) == fitness::not_finite) return last;
+    last = first - 1;
+  }
+  return ilo - 1;
+}
+
+/// values: one or two arrays of eigenvalues, in reals. call_plain_from(ilo): from another row on.
+template <class T, class Plain, class PlainFrom>
 void hseqr_or(core_int n, core_int ilo, core_int ihi, T* h, core_int ldh, core_int lwork,
-              std::initializer_list<T*> values, QEL_INT* info, const Plain& call_plain) {
+              std::initializer_list<T*> values, QEL_INT* info, const Plain& call_plain,
+              const PlainFrom& call_plain_from) {
   using R = real_of<T>;
   const bool good = n > 0 && 1 <= ilo && ilo <= ihi && ihi <= n && ldh >= n && lwork >= n;
   const fitness found = good ? fitness_of(n, n, h, ldh, true) : fitness::fit;
   if (found == fitness::fit) return call_plain();
   if (found == fitness::not_finite) {
+    // What lies below the lowest block that is not finite has eigenvalues all the same.
+    const core_int unfit = last_unfit_row(ilo, ihi, h, ldh);
+    *info = 0;
+    if (unfit < ihi) call_plain_from(static_cast<QEL_INT>(unfit + 1));
     for (T* w : values)
-      for (core_int i = ilo - 1; i < ihi; ++i) set(w + i, from_real<T>(std::numeric_limits<R>::quiet_NaN()));
-    *info = static_cast<QEL_INT>(ihi);  // none was found
+      for (core_int i = ilo - 1; i < unfit; ++i)
+        set(w + i, from_real<T>(std::numeric_limits<R>::quiet_NaN()));
+    if (*info == 0 && unfit >= ilo) *info = static_cast<QEL_INT>(unfit);
     return;
   }
   scale_hessenberg(n, h, ldh, kCalming<T>);
@@ -89,19 +110,24 @@ QEL_PACKED_FACTORS(qel::complex16, zsptrf, zsytf2)
 QEL_PACKED_FACTORS(qel::complex8, chptrf, chetf2)
 QEL_PACKED_FACTORS(qel::complex16, zhptrf, zhetf2)
 
-#define QEL_GUARDED_ITERATIONS(T, R, s, eigenvalue_parameters, eigenvalues)                             \
-  QEL_OWN_OR_PLAIN(s##gebal,                                                                            \
-                   (QEL_LETTER job, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * ilo, QEL_INT * ihi,      \
-                    R * scale, QEL_INT * info, size_t length),                                          \
-                   (job, n, a, lda, ilo, ihi, scale, info, length),                                     \
-                   gebal_or(*n, a, *lda, ilo, ihi, scale, info, plain))                                 \
-  QEL_OWN_OR_PLAIN(s##hseqr,                                                                            \
-                   (QEL_LETTER job, QEL_LETTER compz, QEL_SIZE n, QEL_SIZE ilo, QEL_SIZE ihi, T * h,    \
-                    QEL_SIZE ldh, QEL_ITSELF eigenvalue_parameters, T * z, QEL_SIZE ldz, T * work,      \
-                    QEL_SIZE lwork, QEL_INT * info, size_t length1, size_t length2),                    \
-                   (job, compz, n, ilo, ihi, h, ldh, QEL_ITSELF eigenvalues, z, ldz, work, lwork, info, \
-                    length1, length2),                                                                  \
-                   hseqr_or(*n, *ilo, *ihi, h, *ldh, *lwork, {QEL_ITSELF eigenvalues}, info, plain))
+#define QEL_GUARDED_ITERATIONS(T, R, s, eigenvalue_parameters, eigenvalues)                                \
+  QEL_OWN_OR_PLAIN(s##gebal,                                                                               \
+                   (QEL_LETTER job, QEL_SIZE n, T * a, QEL_SIZE lda, QEL_INT * ilo, QEL_INT * ihi,         \
+                    R * scale, QEL_INT * info, size_t length),                                             \
+                   (job, n, a, lda, ilo, ihi, scale, info, length),                                        \
+                   gebal_or(*n, a, *lda, ilo, ihi, scale, info, plain))                                    \
+  QEL_OWN_OR_PLAIN(                                                                                        \
+      s##hseqr,                                                                                            \
+      (QEL_LETTER job, QEL_LETTER compz, QEL_SIZE n, QEL_SIZE ilo, QEL_SIZE ihi, T * h, QEL_SIZE ldh,      \
+       QEL_ITSELF eigenvalue_parameters, T * z, QEL_SIZE ldz, T * work, QEL_SIZE lwork, QEL_INT * info,    \
+       size_t length1, size_t length2),                                                                    \
+      (job, compz, n, ilo, ihi, h, ldh, QEL_ITSELF eigenvalues, z, ldz, work, lwork, info, length1,        \
+       length2),                                                                                           \
+      hseqr_or(*n, *ilo, *ihi, h, *ldh, *lwork, {QEL_ITSELF eigenvalues}, info, plain, [=](QEL_INT from) { \
+        QEL_PLAIN(s##hseqr)                                                                                \
+        (job, compz, n, &from, ihi, h, ldh, QEL_ITSELF eigenvalues, z, ldz, work, lwork, info, length1,    \
+         length2);                                                                                         \
+      }))
 #define QEL_ITSELF(...) __VA_ARGS__
 QEL_GUARDED_ITERATIONS(float, float, s, (float* wr, float* wi), (wr, wi))
 QEL_GUARDED_ITERATIONS(double, double, d, (double* wr, double* wi), (wr, wi))
