@@ -16,9 +16,9 @@ foreach(component ${CPACK_COMPONENTS_ALL})
           COMPONENT ${component} EXCLUDE_FROM_ALL)
 endforeach()
 
-# Benchmarks that run on every x86-64 processor and link no other numeric library; others stay in the build.
+# Benchmarks that run on every x86-64 processor and link no other numeric library.
 set(qel_bench_pages "")
-foreach(name blas level1 level2 level3 lapack fft facade entry service)
+foreach(name machine blas level1 level2 level3 lapack fft facade entry service)
   if(TARGET qel_bench_${name})
     install(TARGETS qel_bench_${name} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
     set(page ${CMAKE_BINARY_DIR}/packaging/qel-bench-${name}.1)
