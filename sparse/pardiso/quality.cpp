@@ -52,7 +52,7 @@ struct inverse {
     solve_options options;
     options.transposed = transposed;
     options.threads = threads;
-    substitute(a, analysed, made, options, 1, x, x, work);
+    substitute(analysed, made, options, 1, x, x, work);
   }
   void conjugate(T* x) const {
     std::transform(x, x + a.n, x, [](T value) { return conj(value); });

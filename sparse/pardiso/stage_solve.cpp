@@ -27,7 +27,7 @@ struct substitution {
   solve_options options;
   int nrhs;
   T* work;
-  void operator()(const T* b, T* x) const { substitute(a, analysed, made, options, nrhs, b, x, work); }
+  void operator()(const T* b, T* x) const { substitute(analysed, made, options, nrhs, b, x, work); }
 };
 
 template <class T>

@@ -119,10 +119,9 @@ struct factored {
   void factor(const sparse_system<T>& s) {
     if (status.ok()) status = pardiso::factorise(s.view(), analysed, options, account, f);
   }
-  std::vector<T> solve(const sparse_system<T>& s, const std::vector<T>& b, int nrhs,
-                       const pardiso::solve_options& how = {}) const {
+  std::vector<T> solve(const std::vector<T>& b, int nrhs, const pardiso::solve_options& how = {}) const {
     std::vector<T> x(b.size()), work(b.size());
-    pardiso::substitute(s.view(), analysed, f, how, nrhs, b.data(), x.data(), work.data());
+    pardiso::substitute(analysed, f, how, nrhs, b.data(), x.data(), work.data());
     return x;
   }
 };

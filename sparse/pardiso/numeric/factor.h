@@ -31,6 +31,7 @@ class panel_store;
 /// the L of an unsymmetric type, whose U stands on and above the diagonal.
 template <class T>
 struct factors {
+  matrix_type type{};  ///< what they were made as: a later call may name another one
   block<T> lnz, unz;
   panel_store<T>* store = nullptr;  ///< where the panels are if not in lnz and unz; belongs to the caller
   block<int> pivot;                 ///< symmetric indefinite: interchanges and 2-by-2 pivots of the blocks
@@ -68,7 +69,7 @@ struct solve_options {
 /// x := A^-1 b (or a part of it) for nrhs columns of n, leading dimension n; b and x may be the same.
 /// work: n * nrhs elements. Only a store can fail.
 template <class T>
-stage_status substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
-                        const solve_options& options, int nrhs, const T* b, T* x, T* work);
+stage_status substitute(const analysis& analysed, const factors<T>& f, const solve_options& options, int nrhs,
+                        const T* b, T* x, T* work);
 
 }  // namespace qel::pardiso

@@ -186,6 +186,7 @@ stage_status factorise_into(const csr_view<T>& a, const analysis& analysed, cons
                             panel_store<T>& store, memory_account& account, factors<T>& result) {
   const structure& form = analysed.form;
   const bool lu = a.type.unsymmetric();
+  result.type = a.type;
   const auto room = [&](block<int>& list, bool wanted) {
     return !wanted || list.size() == form.n || list.allocate(account, form.n, block_loc_int2 - 6);
   };

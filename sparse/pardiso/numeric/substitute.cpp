@@ -268,19 +268,19 @@ bool substitute_from(matrix_type type, const analysis& analysed, const factors<T
 }
 
 template <class T>
-stage_status substitute(const csr_view<T>& shape, const analysis& analysed, const factors<T>& f,
-                        const solve_options& options, int nrhs, const T* b, T* x, T* work) {
+stage_status substitute(const analysis& analysed, const factors<T>& f, const solve_options& options, int nrhs,
+                        const T* b, T* x, T* work) {
   panels_in_core<T> in_core(analysed.form, f.lnz.get(), f.unz.get());
   panel_store<T>& store = f.store != nullptr ? *f.store : in_core;
-  const bool done = substitute_from(shape.type, analysed, f, store, options, nrhs, b, x, work);
+  const bool done = substitute_from(f.type, analysed, f, store, options, nrhs, b, x, work);
   return done ? stage_status{} : store.failure();
 }
 
-#define QEL_INSTANTIATE(T)                                                                        \
-  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&, \
-                                const solve_options&, int, const T*, T*, T*);                     \
-  template stage_status substitute(const csr_view<T>&, const analysis&, const factors<T>&,        \
-                                   const solve_options&, int, const T*, T*, T*);
+#define QEL_INSTANTIATE(T)                                                                                  \
+  template bool substitute_from(matrix_type, const analysis&, const factors<T>&, panel_store<T>&,           \
+                                const solve_options&, int, const T*, T*, T*);                               \
+  template stage_status substitute(const analysis&, const factors<T>&, const solve_options&, int, const T*, \
+                                   T*, T*);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)
 QEL_INSTANTIATE(complex8)
