@@ -13,7 +13,7 @@ export OMPI_MCA_mpi_yield_when_idle=1 OMP_NUM_THREADS=1    # the processes share
 passed() { grep -c PASSED "$1" || true; }
 failed() { grep -cE 'FAILED|ABORT|[1-9][0-9]* tests completed and failed' "$1" || true; }
 run() {  # PROCESSES PROGRAM REPORT WITH
-  $4 timeout 60 mpirun.openmpi --oversubscribe -n "$1" "$programs/$2" > "$3" 2>&1 || echo "exit code $? FAILED" >> "$3"
+  $4 timeout 300 mpirun.openmpi --oversubscribe -n "$1" "$programs/$2" > "$3" 2>&1 || echo "exit code $? FAILED" >> "$3"
 }
 cp /usr/share/scalapack/*.dat .
 status=0 checks=0 count=0
