@@ -194,6 +194,14 @@ TEST_F(StoreFiles, SetsKeepApartAndDeleteTheirOwn) {
   EXPECT_EQ(delete_ooc_files(other), PARDISO_OOC_DELETE_FILE_ERROR);
 }
 
+// The first file goes first: what is left of a set belongs to an owner who still deletes.
+TEST_F(StoreFiles, SetsThatAreBeingDeletedAreNotTaken) {
+  for (const char* const left : {"0.lnz", "1.sle"}) std::ofstream(prefix_ + left) << "x";
+  ASSERT_EQ(start_ooc_files(set_), PARDISO_OOC_NO_ERROR);
+  EXPECT_EQ(set_.number, 2);
+  EXPECT_EQ(files(), 3U);
+}
+
 TEST_F(StoreFiles, PlacesThatCannotBeWritten) {
   std::ofstream(folder_ + "/file") << "x";
   for (const std::string& prefix :

@@ -51,12 +51,14 @@ int64_t write_file(int descriptor, const void* from, int64_t bytes) {
 
 bool close_file(int descriptor) { return ::close(descriptor) == 0; }
 bool remove_file(const char* path) { return ::remove(path) == 0; }
+bool file_exists(const char* path) { return ::access(path, F_OK) == 0; }
 
 std::atomic<const file_calls*> current{&kSystemFiles};
 
 }  // namespace
 
-const file_calls kSystemFiles = {open_file, seek_file, read_file, write_file, close_file, remove_file};
+const file_calls kSystemFiles = {open_file,  seek_file,   read_file,  write_file,
+                                 close_file, remove_file, file_exists};
 
 const file_calls& current_file_calls() { return *current.load(std::memory_order_acquire); }
 void replace_file_calls(const file_calls* calls) {

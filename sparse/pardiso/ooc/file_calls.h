@@ -22,6 +22,7 @@ struct file_calls {
   int64_t (*write)(int descriptor, const void* from, int64_t bytes);
   bool (*close)(int descriptor);
   bool (*remove)(const char* path);
+  bool (*exists)(const char* path);
 };
 
 /// Unbuffered, so that a full disk shows in the write that meets it.

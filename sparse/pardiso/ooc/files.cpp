@@ -18,6 +18,10 @@ constexpr const char* kExtensions[kOocKinds + 1] = {"",     ".ind", ".lnz", ".un
 /// A prefix, ten digits, an extension.
 constexpr size_t kNameSize = kStoreTextLength + 16;
 constexpr int kHighestNumber = 999999;
+/// The order in which a set's files are deleted.
+constexpr int kDeletionOrder[kOocKinds] = {ooc_index,      ooc_lnz,       ooc_jalf,         ooc_luperm,
+                                           ooc_jauf,       ooc_u_perm,    ooc_unz,          ooc_luperm_row,
+                                           ooc_u_perm_row, ooc_subgraphs, ooc_subgraph_rows};
 /// A position that is no position.
 constexpr int64_t kEndOfFile = EOF;
 
@@ -106,6 +110,23 @@ bool ooc_file_name(const ooc_file_set& set, int kind, char* name, size_t size) {
   return length >= 0 && static_cast<size_t>(length) < size;
 }
 
+namespace {
+
+/// Whether a set whose first file is new has others, asked for in the order in which they are deleted: its
+/// former owner is still at it then, and would delete the new owner's.
+bool has_remains(const ooc_file_set& set) {
+  char name[kNameSize];
+  for (const int kind : kDeletionOrder) {
+    if (kind != ooc_index && ooc_file_name(set, kind, name, sizeof name) &&
+        current_file_calls().exists(name)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
 pardiso_ooc_code start_ooc_files(ooc_file_set& set) {
   memset(set.made, 0, sizeof set.made);
   char name[kNameSize];
@@ -113,11 +134,15 @@ pardiso_ooc_code start_ooc_files(ooc_file_set& set) {
     if (!ooc_file_name(set, ooc_index, name, sizeof name)) break;
     errno = 0;
     const int descriptor = current_file_calls().open(name, open_mode::create_new);
-    if (descriptor >= 0) {
-      set.made[ooc_index] = true;
-      return current_file_calls().close(descriptor) ? PARDISO_OOC_NO_ERROR : PARDISO_OOC_CLOSE_FILE_ERROR;
+    if (descriptor < 0 && errno != EEXIST) break;
+    if (descriptor < 0) continue;
+    const bool closed = current_file_calls().close(descriptor);
+    if (has_remains(set)) {
+      current_file_calls().remove(name);
+      continue;
     }
-    if (errno != EEXIST) break;
+    set.made[ooc_index] = true;
+    return closed ? PARDISO_OOC_NO_ERROR : PARDISO_OOC_CLOSE_FILE_ERROR;
   }
   set.number = -1;
   return PARDISO_OOC_OPEN_FILE_ERROR;
@@ -158,12 +183,9 @@ pardiso_ooc_code pardiso_write_ooc_file(ooc_file& file, int64_t element_size, in
 }
 
 pardiso_ooc_code delete_ooc_files(ooc_file_set& set) {
-  constexpr int kOrder[kOocKinds] = {ooc_index,      ooc_lnz,       ooc_jalf,         ooc_luperm,
-                                     ooc_jauf,       ooc_u_perm,    ooc_unz,          ooc_luperm_row,
-                                     ooc_u_perm_row, ooc_subgraphs, ooc_subgraph_rows};
   pardiso_ooc_code first = PARDISO_OOC_NO_ERROR;
   char name[kNameSize];
-  for (const int kind : kOrder) {
+  for (const int kind : kDeletionOrder) {
     if (set.number < 0 || !set.made[kind]) continue;
     const bool deleted = ooc_file_name(set, kind, name, sizeof name) && current_file_calls().remove(name);
     if (!deleted && first == PARDISO_OOC_NO_ERROR) first = PARDISO_OOC_DELETE_FILE_ERROR;

@@ -68,8 +68,8 @@ bool has_kind(const ooc_file_set& set, int kind);
 /// The name of a kind's file: prefix, number, extension. False if it doesn't fit.
 bool ooc_file_name(const ooc_file_set& set, int kind, char* name, size_t size);
 
-/// Takes the lowest number whose files nobody has yet, other handles and processes included, by making its
-/// first file.
+/// Takes the lowest number whose files nobody has, other handles and processes included, by making its first
+/// file.
 pardiso_ooc_code start_ooc_files(ooc_file_set& set);
 /// mode: "w+b" makes the file or empties it, "r+b" takes it as it is.
 pardiso_ooc_code open_ooc_file(ooc_file_set& set, int kind, const char* mode, ooc_file& file);
