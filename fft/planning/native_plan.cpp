@@ -16,6 +16,12 @@ constexpr core_int kLongestPrimeLine = kLargestDirect;  ///< primes beyond are f
 constexpr core_int kLongestInTwoSteps = 256;
 constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestOddLine = 1 << 25;
+constexpr int kLargestPassRadix = 13;
+// Costs of an element, in passes of radix 2.
+constexpr double kGenericCost = 0.6;  ///< times the radix
+constexpr double kMoveCost = 1;
+constexpr double kFarMoveCost = 12;  ///< in an order of its own, beyond the second-level cache
+constexpr core_int kCachedPoints = 1 << 15;
 
 void add(autosort_plan& plan, int radix, int times = 1) {
   for (; times > 0; --times) plan.radices[plan.count++] = radix;
@@ -25,6 +31,13 @@ int take_out(core_int& left, int divisor) {
   int times = 0;
   for (; left % divisor == 0; left /= divisor) ++times;
   return times;
+}
+
+bool is_prime(core_int n) {
+  for (core_int divisor = 2; divisor * divisor <= n; ++divisor) {
+    if (n % divisor == 0) return false;
+  }
+  return n > 1;
 }
 
 /// Two factors of length, as near to each other as can be, the larger one a multiple of 8 if it can; rows 1:
@@ -119,6 +132,47 @@ core_int good_length(core_int n) {
   return best;
 }
 
+double native_cost(core_int length) {
+  const autosort_plan passes = plan_autosort(length);
+  if (passes.count == 0) return -1;
+  double cost = 0;
+  for (int i = 0; i < passes.count; ++i) {
+    const int radix = passes.radices[i];
+    if (radix > kLargestPassRadix) {
+      cost += kGenericCost * radix;
+    } else {
+      cost += 1 + std::log2(radix);
+    }
+  }
+  return (cost + (length > kLongestLine ? 2 * kMoveCost : 0)) * static_cast<double>(length);
+}
+
+core_int primitive_root(core_int prime) {
+  const auto power = [prime](core_int base, core_int exponent) {
+    core_int result = 1;
+    for (; exponent > 0; exponent /= 2, base = base * base % prime) {
+      if (exponent % 2 == 1) result = result * base % prime;
+    }
+    return result;
+  };
+  for (core_int root = 2;; ++root) {
+    bool primitive = true;
+    core_int left = prime - 1;
+    for (core_int divisor = 2; left > 1 && primitive; ++divisor) {
+      if (divisor * divisor > left) divisor = left;
+      if (take_out(left, static_cast<int>(divisor)) > 0) primitive = power(root, (prime - 1) / divisor) != 1;
+    }
+    if (primitive) return root;
+  }
+}
+
+bool prefers_rader(core_int prime, core_int padded) {
+  const double cyclic = native_cost(prime - 1), chirp = native_cost(padded);
+  if (cyclic < 0) return false;
+  const double move = prime > kCachedPoints ? kFarMoveCost : kMoveCost;
+  return cyclic + move * static_cast<double>(prime) < chirp + 1.5 * kMoveCost * static_cast<double>(padded);
+}
+
 native_plan plan_native_line(core_int length) {
   const autosort_plan passes = plan_autosort(length);
   const bool prime = passes.count == 0 || passes.radices[0] == length || passes.radices[1] == length;
@@ -129,7 +183,10 @@ native_plan plan_native_line(core_int length) {
     return {native_method::kAutosort, 0, 0, 0};
   }
   if (length >= kLongestOddLine) return {native_method::kRefused, 0, 0, 0};
-  return {native_method::kBluestein, 0, 0, good_length(2 * length - 1)};
+  const core_int padded = good_length(2 * length - 1);
+  const native_method method =
+      is_prime(length) && prefers_rader(length, padded) ? native_method::kRader : native_method::kBluestein;
+  return {method, 0, 0, method == native_method::kRader ? 0 : padded};
 }
 
 }  // namespace qel::fft

@@ -93,12 +93,14 @@ int build_bluestein(dft_spec<R>& spec) {
   if (const int result = dft_spec_create(&spec.inner, padded, kUnscaled)) return result;
   spec.workspace_bytes += spec.inner->workspace_bytes + 64;
   spec.chirp = make_table<C>(n);
-  spec.chirp_spectrum = make_table<C>(padded);
-  if (spec.chirp == nullptr || spec.chirp_spectrum == nullptr) return kSpecNoMemory;
-  C* spectrum = spec.chirp_spectrum.get();
+  spec.factor_spectrum = make_table<C>(padded);
+  if (spec.chirp == nullptr || spec.factor_spectrum == nullptr) return kSpecNoMemory;
+  C* spectrum = spec.factor_spectrum.get();
   std::fill_n(spectrum, padded, C{});
+  const auto roots = make_root_table(2 * n);
+  if (roots == nullptr) return kSpecNoMemory;
   for (core_int k = 0, square = 0; k < n; ++k) {
-    const complex16 w = unit_root(square, 2 * n);
+    const complex16 w = roots[static_cast<size_t>(square)];
     spec.chirp[static_cast<size_t>(k)] = narrowed<C>(w);
     const C conjugate = narrowed<C>({w.real, -w.imag});
     spectrum[k] = conjugate;
@@ -108,6 +110,28 @@ int build_bluestein(dft_spec<R>& spec) {
   }
   if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
   level_kernels<R>().scale(spectrum, padded, static_cast<R>(1.0 / static_cast<double>(padded)));
+  return 0;
+}
+
+/// A prime's transform as a cyclic convolution of x[g^k] with w^(g^-k), g a primitive root (Rader, Proc. IEEE
+/// 56, 1968); the spectrum of the latter is kept.
+template <class R>
+int build_rader(dft_spec<R>& spec) {
+  using C = complex_of<R>;
+  const core_int n = spec.length, count = n - 1, root = primitive_root(n);
+  if (const int result = dft_spec_create(&spec.inner, count, kUnscaled)) return result;
+  spec.workspace_bytes += spec.inner->workspace_bytes + 64;
+  spec.powers = make_table<int>(count);
+  spec.factor_spectrum = make_table<C>(count);
+  const auto roots = make_root_table(n);
+  if (spec.powers == nullptr || spec.factor_spectrum == nullptr || roots == nullptr) return kSpecNoMemory;
+  C* const spectrum = spec.factor_spectrum.get();
+  for (core_int k = 0, power = 1; k < count; ++k, power = power * root % n) {
+    spec.powers[static_cast<size_t>(k)] = static_cast<int>(power);
+    spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power)]);
+  }
+  if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
+  level_kernels<R>().scale(spectrum, count, static_cast<R>(1.0 / static_cast<double>(count)));
   return 0;
 }
 
@@ -143,6 +167,8 @@ int build(dft_spec<R>& spec) {
       return build_direct(spec);
     case line_method::kBluestein:
       return build_bluestein(spec);
+    case line_method::kRader:
+      return build_rader(spec);
     case line_method::kAutosort:
       return build_autosort(spec);
     case line_method::kLong:
