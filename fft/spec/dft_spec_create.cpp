@@ -113,6 +113,25 @@ int build_bluestein(dft_spec<R>& spec) {
   return 0;
 }
 
+/// What is known of the spectrum of w^(g^-k), of n - 1 elements, takes half of its errors away: its absolute
+/// value is sqrt(n), but 1 for the first element; half of its sequence is the conjugate of the other half, so
+/// its elements k and n - 1 - k are conjugates if k is even, and negative conjugates if it is odd. Divided by
+/// n - 1 for the inverse.
+template <class C>
+void polish_gauss_sums(C* spectrum, core_int n) {
+  const core_int count = n - 1;
+  const double factor = 1.0 / static_cast<double>(count), root = std::sqrt(static_cast<double>(n)) * factor;
+  using R = decltype(C::real);
+  spectrum[0] = {static_cast<R>(-factor), R{0}};
+  for (core_int k = 1; 2 * k <= count; ++k) {
+    const double sign = k % 2 == 0 ? 1 : -1;
+    const C a = spectrum[k], b = spectrum[count - k];
+    const double re = a.real + sign * b.real, im = a.imag - sign * b.imag, size = root / std::hypot(re, im);
+    spectrum[k] = narrowed<C>({re * size, im * size});
+    spectrum[count - k] = narrowed<C>({sign * re * size, -sign * im * size});
+  }
+}
+
 /// A prime's transform as a cyclic convolution of x[g^k] with w^(g^-k), g a primitive root (Rader, Proc. IEEE
 /// 56, 1968); the spectrum of the latter is kept.
 template <class R>
@@ -131,7 +150,7 @@ int build_rader(dft_spec<R>& spec) {
     spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power)]);
   }
   if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
-  level_kernels<R>().scale(spectrum, count, static_cast<R>(1.0 / static_cast<double>(count)));
+  polish_gauss_sums(spectrum, n);
   return 0;
 }
 
