@@ -24,9 +24,14 @@ using F = float;
 using Z = DoubleComplex;
 using C = FloatComplex;
 
+/// An address is there; g++ has none to compare with in constants where it checks for undefined behaviour.
+template <class Address>
+constexpr bool is_there(Address) {
+  return true;
+}
 /// True if the member has exactly this type.
-#define MEMBER(Class, name, Result, ...) static_cast<Result (Class::*)(__VA_ARGS__)>(&Class::name) != nullptr
-#define STATIC(Class, name, Result, ...) static_cast<Result (*)(__VA_ARGS__)>(&Class::name) != nullptr
+#define MEMBER(Class, name, Result, ...) is_there(static_cast<Result (Class::*)(__VA_ARGS__)>(&Class::name))
+#define STATIC(Class, name, Result, ...) is_there(static_cast<Result (*)(__VA_ARGS__)>(&Class::name))
 
 // What parameters repeat: a vector (block and stride), a matrix (block and two strides), arrays.
 #define VEC const DataBlock<T>&, int
