@@ -68,6 +68,8 @@ int vsl_cc_create(vsl_cc_task** task, const cc_kind& kind, int mode, const int* 
 /// Sets parameter 3 mode, 4, 5 start, 6 decimation, 9 internal precision.
 int vsl_cc_set(vsl_cc_task* task, int parameter, const int* value);
 int vsl_cc_delete(vsl_cc_task** task);
+/// Frees the plan of a task, if it has one; kOk or what the release noted.
+int drop_plan(vsl_cc_task& task);
 
 /// Computes z from the task, x (the task's own unless the entry brings one) and y. Strides have dims values
 /// or are null for dense data, whose first dimension is the fastest. Pointers are to the lowest address:
