@@ -26,10 +26,12 @@ bool takes_sums(core_int longer, core_int shorter) {
 constexpr core_int kShortestTransform = 64, kLongestTransform = core_int{1} << 26;
 
 // Costs on native types, in real products of sums in blocks; precisions are alike in them.
-constexpr double kOfSingleSum = 32;   // a product of an output by itself
-constexpr double kOfTransform = 2.6;  // for each real and each doubling of the length
-constexpr double kOfPiece = 1500;     // calls, copies
-constexpr double kOfReal = 4;         // of a piece: products of spectra, copies
+constexpr double kOfSingleSum = 32;      // a product of an output by itself
+constexpr double kOfTransform = 2.7;     // for each real and each doubling of the length
+constexpr double kOfLong = 1.3;          // times as much for lines that leave the nearest caches
+constexpr double kOfReal = 1;            // of a piece: copies
+constexpr double kOfPiece = 1500;        // calls
+constexpr core_int kLongestNear = 8192;  // complex numbers
 
 /// Products of the outputs below t.
 double products_below(const native_conv_facts& f, core_int t) {
@@ -41,9 +43,11 @@ double products_below(const native_conv_facts& f, core_int t) {
          static_cast<double>(tail) * static_cast<double>(f.shorter) - rising(tail);
 }
 
-double cost_of_pieces(core_int length, core_int pieces) {
+/// By real transforms; complex ones cost twice as much.
+double cost_of_pieces(core_int length, core_int pieces, bool complex_numbers) {
   const auto n = static_cast<double>(length);
-  const double transform = kOfTransform * n * std::log2(n);
+  const bool is_long = (complex_numbers ? length : length / 2) > kLongestNear;
+  const double transform = kOfTransform * n * std::log2(n) * (is_long ? kOfLong : 1);
   return static_cast<double>(2 * pieces + 1) * transform +
          static_cast<double>(pieces) * (kOfReal * n + kOfPiece);
 }
@@ -69,7 +73,7 @@ native_conv_plan best_pieces(const native_conv_facts& f, double& cost) {
     const core_int step = length >= of_one ? outputs : length - f.shorter + 1;
     if (step < 1) continue;
     const core_int pieces = (outputs + step - 1) / step;
-    const double found = cost_of_pieces(length, pieces);
+    const double found = cost_of_pieces(length, pieces, f.complex_numbers);
     if (found < cost) {
       cost = found;
       best.length = length, best.step = step, best.pieces = pieces;
@@ -96,6 +100,8 @@ conv_plan plan_conv(core_int longer, core_int shorter) {
 }
 
 native_conv_plan plan_native_conv(const native_conv_facts& f) {
+  const bool sums = f.only_sums || takes_sums(f.longer, f.shorter);
+  if (sums && f.decimation == 1) return {native_conv_method::kSums, 0, 0, 0, "short, or asked for"};
   const double together = products_below(f, f.last()) - products_below(f, f.first);
   const double alone = kOfSingleSum * static_cast<double>(f.count) * static_cast<double>(f.shorter);
   native_conv_plan best{native_conv_method::kSums, 0, 0, 0, "short, or asked for"};
@@ -104,7 +110,7 @@ native_conv_plan plan_native_conv(const native_conv_facts& f) {
     best = {native_conv_method::kSingleSums, 0, 0, 0, "few outputs are wanted"};
     cost = alone;
   }
-  if (f.only_sums || takes_sums(f.longer, f.shorter)) return best;
+  if (sums) return best;
   if (f.complex_numbers) cost *= 2;
   double of_pieces;
   const native_conv_plan pieces = best_pieces(f, of_pieces);

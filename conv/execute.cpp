@@ -20,6 +20,7 @@ template <class T, class R>
 class dense_line {
  public:
   static constexpr int kParts = is_complex<T> ? 2 : 1;
+  using element = element_of<T, R>;
   dense_line(const T* from, core_int n, core_int stride, bool reversed)
       : numbers_(lies_dense(stride, reversed) ? 1 : kParts * n), data_(numbers_.get()), n_(n) {
     if constexpr (std::is_same_v<T, R>) {
@@ -31,9 +32,9 @@ class dense_line {
   }
   bool there() const { return numbers_.get() != nullptr; }
   const R* part(int which) const { return data_ + which * n_; }
-  auto operator[](core_int i) const {
+  element operator[](core_int i) const {
     if constexpr (kParts == 2) {
-      return complex_of_part{data_[i], data_[n_ + i]};
+      return {data_[i], data_[n_ + i]};
     } else {
       return data_[i];
     }
@@ -43,7 +44,6 @@ class dense_line {
   static constexpr bool lies_dense(core_int stride, bool reversed) {
     return std::is_same_v<T, R> && stride == 1 && !reversed;
   }
-  using complex_of_part = std::conditional_t<std::is_same_v<R, float>, complex8, complex16>;
   scratch<R> numbers_;
   const R* data_;
   core_int n_;
@@ -70,7 +70,10 @@ int execute_line(const execution& e) {
   const dense_line<T, R> y(static_cast<const T*>(e.y), a.ny, a.sy, false);
   if (!x.there() || !y.there()) return kAllocationFailure;
   if (e.direct && a.decimation > 1) {
-    single_sums(x, y, a, start, z);
+    const scratch<typename dense_line<T, R>::element> w(a.nz);
+    if (w.get() == nullptr) return kAllocationFailure;
+    single_sums(x, y, a, start, w.get());
+    for (core_int r = 0; r < a.nz; ++r) z[place_of(r, a.nz, a.sz)] = converted<T>(w.get()[r]);
     return kOk;
   }
   // Where only sums are wanted they begin at the first output.
@@ -157,7 +160,9 @@ int vsl_cc_execute(vsl_cc_task* task, const void* x, const int* xstride, const v
   if (task == nullptr) return kNullPointer;
   if (task->status != kOk) return task->status;
   task->committed = 1;
-  execution e{task->job, task->dims, task->mode == kDirectMode, x, y, z, {}};
+  execution e;
+  e.job = task->job, e.dims = task->dims, e.direct = task->mode == kDirectMode;
+  e.x = x, e.y = y, e.z = z;
   fill_axes(*task, xstride, ystride, zstride, e.axes);
   return task->status = execute_any(*task, e);
 }

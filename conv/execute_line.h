@@ -29,15 +29,15 @@ inline int check_line(const execution& e) {
   return check_axis(e.job, a);
 }
 
-/// Each output of a task by itself, from w[start] on: a plain sum of products, nothing else.
-template <class X, class Y, class T>
-void single_sums(const X& x, const Y& y, const cc_axis& a, core_int start, T* z) {
+/// Each output of a task by itself, from that at start on: a plain sum of products, nothing else.
+template <class X, class Y, class E>
+void single_sums(const X& x, const Y& y, const cc_axis& a, core_int start, E* w) {
   for (core_int r = 0; r < a.nz; ++r) {
     const core_int t = start + r * a.decimation;
-    auto sum = decltype(x[0] * y[0]){};
+    E sum{};
     for (core_int i = std::max<core_int>(t - a.ny + 1, 0); i <= std::min(t, a.nx - 1); ++i)
       sum = sum + x[i] * y[t - i];
-    z[place_of(r, a.nz, a.sz)] = converted<T>(sum);
+    w[r] = sum;
   }
 }
 

@@ -11,10 +11,6 @@
 namespace qel::conv {
 namespace {
 
-template <class T, class R>
-using element_of =
-    std::conditional_t<!is_complex<T>, R, std::conditional_t<std::is_same_v<R, float>, complex8, complex16>>;
-
 /// Memory for a call; none until it is asked for.
 template <class E>
 class own_numbers {
@@ -112,7 +108,12 @@ int execute_native(const execution& e, vsl_cc_task& task) {
   const sequence<T, E> x(from_x, a.nx, a.sx, correlates), y(from_y, a.ny, a.sy, false);
   if (x.data() == nullptr || y.data() == nullptr) return kAllocationFailure;
   const dense_pair<E> c = make_pair(x.data(), a.nx, y.data(), a.ny);
-  const native_conv_facts facts{c.long_count, c.short_count, start, a.nz, a.decimation, is_complex<E>,
+  const native_conv_facts facts{c.long_count,
+                                c.short_count,
+                                start,
+                                a.nz,
+                                a.decimation,
+                                is_complex<E>,
                                 e.direct || !fft::filter_spec<E>::there()};
   const kept_pieces<E>* kept = find_kept<E>(task, facts);
   const native_conv_plan plan = kept != nullptr ? kept->plan : plan_native_conv(facts);
@@ -132,12 +133,9 @@ int execute_native(const execution& e, vsl_cc_task& task) {
     case native_conv_method::kSums:
       native_sums(c.shorter, c.short_count, c.longer, c.long_count, start, facts.last(), w);
       break;
-    case native_conv_method::kSingleSums: {
-      cc_axis dense = a;
-      dense.sz = 1;
-      single_sums(x.data(), y.data(), dense, start, w);
+    case native_conv_method::kSingleSums:
+      single_sums(x.data(), y.data(), a, start, w);
       break;
-    }
     case native_conv_method::kPieces:
       if (kept == nullptr) kept = keep<E>(task, facts, plan);
       if (kept == nullptr || run_pieces(c, *kept, w) != 0) return kKernelFailure;

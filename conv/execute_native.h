@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Executions in one dimension on native processor types: elements stay whole, only outputs that the task wants
-// are computed, data that lie well are not copied, and the transform of a task is kept in it.
+// Executions in one dimension on native processor types: elements stay whole, only outputs that the task
+// wants are computed, data that lie well are not copied, and the transform of a task is kept in it.
 #pragma once
 
 #include "conv/execute_line.h"

@@ -36,6 +36,11 @@ void set_part(T& value, int part, real_of<T> number) {
   }
 }
 
+/// Elements of T in the precision R.
+template <class T, class R>
+using element_of =
+    std::conditional_t<!is_complex<T>, R, std::conditional_t<std::is_same_v<R, float>, complex8, complex16>>;
+
 /// The value in another precision.
 template <class To, class T>
 To converted(const T& value) {

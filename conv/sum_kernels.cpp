@@ -8,11 +8,18 @@ namespace qel::conv {
 namespace {
 
 // Each processor type has either kind.
-#define QEL_ACCUMULATE(letter)                                                              \
-  {{t0_ex::accumulate_##letter, t1_e7::accumulate_##letter, t2_u8::accumulate_##letter,     \
-    t3_y8::accumulate_##letter, t4_h8::accumulate_##letter, t5_e9::accumulate_##letter, nullptr, nullptr}}
-#define QEL_SUMS(letter) \
-  {{nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, t6_n6::sums_##letter, t7_n7::sums_##letter}}
+#define QEL_ACCUMULATE(letter)                                                                         \
+  {                                                                                                    \
+    {                                                                                                  \
+      t0_ex::accumulate_##letter, t1_e7::accumulate_##letter, t2_u8::accumulate_##letter,              \
+          t3_y8::accumulate_##letter, t4_h8::accumulate_##letter, t5_e9::accumulate_##letter, nullptr, \
+          nullptr                                                                                      \
+    }                                                                                                  \
+  }
+#define QEL_SUMS(letter)                                                                                 \
+  {                                                                                                      \
+    { nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, t6_n6::sums_##letter, t7_n7::sums_##letter } \
+  }
 constexpr type_row<accumulate_kernel<float>> kAccumulateS = QEL_ACCUMULATE(s);
 constexpr type_row<accumulate_kernel<double>> kAccumulateD = QEL_ACCUMULATE(d);
 constexpr type_row<sums_kernel<float>> kSumsS = QEL_SUMS(s);
@@ -30,11 +37,11 @@ constinit bind_slot<sums_kernel<complex16>> sums_slot_z{nullptr};
 
 }  // namespace
 
-#define QEL_CALL(name, E, slot, row)                                                                      \
-  template <>                                                                                             \
-  void name(const E* taps, core_int tap_count, const E* data, core_int data_count, core_int first,        \
-            core_int last, E* w) {                                                                        \
-    call_bound<slot, row>(taps, tap_count, data, data_count, first, last, w);                             \
+#define QEL_CALL(name, E, slot, row)                                                               \
+  template <>                                                                                      \
+  void name(const E* taps, core_int tap_count, const E* data, core_int data_count, core_int first, \
+            core_int last, E* w) {                                                                 \
+    call_bound<slot, row>(taps, tap_count, data, data_count, first, last, w);                      \
   }
 QEL_CALL(accumulate, float, accumulate_slot_s, kAccumulateS)
 QEL_CALL(accumulate, double, accumulate_slot_d, kAccumulateD)

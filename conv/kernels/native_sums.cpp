@@ -34,9 +34,7 @@ struct doubles {
   }
   QEL_INLINE reg swapped(reg a) { return _mm512_maskz_permute_pd(0xFF, a, 0x55); }
   QEL_INLINE reg minus_plus(reg a, reg b) { return _mm512_fmaddsub_pd(a, all(1), b); }
-  QEL_INLINE mask lanes(int64_t from, int64_t to) {
-    return static_cast<mask>((1U << to) - (1U << from));
-  }
+  QEL_INLINE mask lanes(int64_t from, int64_t to) { return static_cast<mask>((1U << to) - (1U << from)); }
 };
 struct floats {
   using real = float;
@@ -53,9 +51,7 @@ struct floats {
   }
   QEL_INLINE reg swapped(reg a) { return _mm512_maskz_permute_ps(0xFFFF, a, 0xB1); }
   QEL_INLINE reg minus_plus(reg a, reg b) { return _mm512_fmaddsub_ps(a, all(1), b); }
-  QEL_INLINE mask lanes(int64_t from, int64_t to) {
-    return static_cast<mask>((1U << to) - (1U << from));
-  }
+  QEL_INLINE mask lanes(int64_t from, int64_t to) { return static_cast<mask>((1U << to) - (1U << from)); }
 };
 #else
 constexpr int kRegisters = 16;
@@ -147,9 +143,7 @@ struct complexes {
     s.by_imag = V::plus_some(s.by_imag, m, a.imag, parts(p));
   }
   QEL_INLINE void store(C* p, sum s) { V::store(reinterpret_cast<real*>(p), joined(s)); }
-  QEL_INLINE void store_some(C* p, mask m, sum s) {
-    V::store_some(reinterpret_cast<real*>(p), m, joined(s));
-  }
+  QEL_INLINE void store_some(C* p, mask m, sum s) { V::store_some(reinterpret_cast<real*>(p), m, joined(s)); }
 
  private:
   QEL_INLINE const real* parts(const C* p) { return reinterpret_cast<const real*>(p); }
@@ -170,8 +164,9 @@ struct run {
 
 /// count times kTaps taps, a register's width apart, that meet data at every output.
 template <class S, int kOutputs, int kTaps>
-[[gnu::always_inline]] inline void whole_taps(const typename S::element* taps, const typename S::element* data,
-                                              int64_t count, typename S::sum* sums) {
+[[gnu::always_inline]] inline void whole_taps(const typename S::element* taps,
+                                              const typename S::element* data, int64_t count,
+                                              typename S::sum* sums) {
   if constexpr (kTaps > 0) {
 #pragma GCC unroll 1
     for (int64_t j = 0; j < count; ++j, ++taps, --data) {
@@ -294,10 +289,10 @@ void sums(const run<S>& c, int64_t first, int64_t last, typename S::element* w) 
 
 }  // namespace
 
-#define QEL_NATIVE_SUMS(letter, S, E)                                                                  \
+#define QEL_NATIVE_SUMS(letter, S, E)                                                                       \
   void sums_##letter(const E* taps, core_int tap_count, const E* data, core_int data_count, core_int first, \
-                     core_int last, E* w) {                                                            \
-    sums<S>(run<S>{taps, tap_count, data, data_count}, first, last, w);                                \
+                     core_int last, E* w) {                                                                 \
+    sums<S>(run<S>{taps, tap_count, data, data_count}, first, last, w);                                     \
   }
 using complex_floats = complexes<floats, complex8>;
 using complex_doubles = complexes<doubles, complex16>;

@@ -25,8 +25,8 @@ class filter_spec {
   core_int work_bytes() const;
   /// factors = the spectrum of the taps, padded to the length, over the length. 0 or a spec_result.
   int make_factors(const E* taps, E* factors, void* work) const;
-  /// output = the cyclic convolution of input and taps; input may lie anywhere, middle aligned is faster. 0 or
-  /// a spec_result.
+  /// output = the cyclic convolution of input and taps; input may lie anywhere, middle aligned is faster. 0
+  /// or a spec_result.
   int run(const E* input, const E* factors, E* middle, E* output, void* work) const;
 
  private:
