@@ -27,10 +27,12 @@ constexpr core_int kShortestTransform = 64, kLongestTransform = core_int{1} << 2
 
 // Costs on native types, in real products of sums in blocks; precisions are alike in them.
 constexpr double kOfSingleSum = 32;      // a product of an output by itself
-constexpr double kOfTransform = 2.7;     // for each real and each doubling of the length
+constexpr double kOfTransform = 3;       // for each real and each doubling of the length
+constexpr double kOfOddPart = 1.08;      // times as much for other lengths than powers of two
 constexpr double kOfLong = 1.3;          // times as much for lines that leave the nearest caches
 constexpr double kOfReal = 1;            // of a piece: copies
 constexpr double kOfPiece = 1500;        // calls
+constexpr double kOfCall = 8000;         // memory, the spectrum of the taps
 constexpr core_int kLongestNear = 8192;  // complex numbers
 
 /// Products of the outputs below t.
@@ -47,9 +49,11 @@ double products_below(const native_conv_facts& f, core_int t) {
 double cost_of_pieces(core_int length, core_int pieces, bool complex_numbers) {
   const auto n = static_cast<double>(length);
   const bool is_long = (complex_numbers ? length : length / 2) > kLongestNear;
-  const double transform = kOfTransform * n * std::log2(n) * (is_long ? kOfLong : 1);
+  const bool has_odd_part = !std::has_single_bit(static_cast<uint64_t>(length));
+  const double transform =
+      kOfTransform * n * std::log2(n) * (is_long ? kOfLong : 1) * (has_odd_part ? kOfOddPart : 1);
   return static_cast<double>(2 * pieces + 1) * transform +
-         static_cast<double>(pieces) * (kOfReal * n + kOfPiece);
+         static_cast<double>(pieces) * (kOfReal * n + kOfPiece) + kOfCall;
 }
 
 /// The length that a single piece of all outputs takes.

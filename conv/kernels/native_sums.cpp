@@ -175,7 +175,9 @@ template <class S, int kOutputs, int kTaps>
       for (int k = 0; k < kTaps; ++k) tap[k] = S::broadcast(taps + k * S::kLanes);
 #pragma GCC unroll 16
       for (int q = 1 - kTaps; q < kOutputs; ++q) {
-        const auto numbers = S::load(data + q * S::kLanes);
+        auto numbers = S::load(data + q * S::kLanes);
+        // In a register: the compiler would load them again for each product.
+        asm("" : "+v"(numbers));
 #pragma GCC unroll 4
         for (int k = 0; k < kTaps; ++k)
           if (q + k >= 0 && q + k < kOutputs) S::add(sums[q + k], tap[k], numbers);
