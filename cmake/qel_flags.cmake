@@ -28,6 +28,12 @@ endif()
 if(QEL_SANITIZE)
   add_compile_options(-fsanitize=${QEL_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${QEL_SANITIZE})
+  # Lines for reports are enough. Checks become calls in functions with many: the compiler takes minutes over
+  # unrolled kernels otherwise.
+  add_compile_options(-g1)
+  if(QEL_SANITIZE MATCHES address AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:SHELL:--param asan-instrumentation-with-call-threshold=200>")
+  endif()
 endif()
 if(QEL_COVERAGE)
   add_compile_options(--coverage -O0)

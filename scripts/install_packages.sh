@@ -9,7 +9,7 @@ for purpose in "$@"; do
                      libsndfile1-dev libmetis-dev" ;;
     test) packages="$packages libgtest-dev libblas-test liblapack-test libblas3 liblapack3 qemu-user
                     python3 clang-format git gnuplot-nox pkg-config dpkg-dev zsh fish mandoc doxygen chromium" ;;
-    bench) packages="$packages libbenchmark-dev libopenblas0-openmp libblis4-openmp libfftw3-double3
+    bench) packages="$packages libbenchmark-dev libfftw3-dev libopenblas0-openmp libblis4-openmp libfftw3-double3
                      libfftw3-single3 libeigen3-dev libcminpack-dev libgsl-dev libceres-dev
                      libsuitesparse-dev libmumps-seq-dev libsuperlu-dev" ;;
     clients) packages="$packages python3-numpy python3-scipy python3-pytest python3-hypothesis octave

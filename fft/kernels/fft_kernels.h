@@ -20,8 +20,8 @@ inline constexpr int kRegisterLengths = 64;
 inline constexpr int kHeldLengths[] = {8, 12, 16, 20, 24, 28, 32, 36, 40, 48, 56, 60, 64};
 
 /// Radices of passes that sort as they go; the first one only changes the layout.
-inline constexpr int kAutosortRadices[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 13};
-inline constexpr int kAutosortCount = 11;
+inline constexpr int kAutosortRadices[] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13};
+inline constexpr int kAutosortCount = 13;
 
 /// Columns of a long line that are transformed together: two cache lines of each row.
 template <class R>

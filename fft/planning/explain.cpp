@@ -43,7 +43,12 @@ void add_line(text& out, const dft_spec<R>& spec) {
       out.add("direct sums");
       break;
     case line_method::kBluestein:
-      out.add("convolution (Bluestein) of %d points", plan.padded);
+    case line_method::kRader:
+      if (plan.method == line_method::kRader) {
+        out.add("cyclic convolution (Rader) of %d points", spec.length - 1);
+      } else {
+        out.add("convolution (Bluestein) of %d points", plan.padded);
+      }
       if (spec.inner != nullptr) {
         out.add(": ");
         add_line(out, *spec.inner);

@@ -74,6 +74,10 @@ line_plan native_line(core_int length) {
       plan.method = line_method::kBluestein;
       plan.workspace_bytes = plan.padded * 16 + 32;
       break;
+    case native_method::kRader:
+      plan.method = line_method::kRader;
+      plan.workspace_bytes = static_cast<int>(length) * 16 + 32;
+      break;
     case native_method::kRefused:
       plan.method = line_method::kRefused;
       break;

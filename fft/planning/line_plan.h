@@ -11,7 +11,8 @@ enum class line_method : int {
   kPowerOfTwo,
   kMixed,      ///< passes over a table of factors
   kDirect,     ///< a sum over folded terms for each pair of outputs
-  kBluestein,  ///< a convolution
+  kBluestein,  ///< a convolution with a chirp
+  kRader,      ///< native: prime; a cyclic convolution in the order of the powers of a root
   kAutosort,   ///< native: passes that sort as they go
   kLong,       ///< native: rows times columns
   kRefused,    ///< too long

@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 #include "fft/kernels/fft_kernels.h"
 #include "fft/planning/line_plan.h"
@@ -15,7 +16,14 @@ namespace {
 constexpr core_int kLongestPrimeLine = kLargestDirect;  ///< primes beyond are faster as convolutions
 constexpr core_int kLongestInTwoSteps = 256;
 constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
+constexpr core_int kLongestAutosort = 1 << 27;
 constexpr core_int kLongestOddLine = 1 << 25;
+constexpr int kLargestPassRadix = 13;
+// Costs of an element, in passes of radix 2.
+constexpr double kGenericCost = 0.6;  ///< times the radix
+constexpr double kMoveCost = 1;
+constexpr double kFarMoveCost = 12;  ///< in an order of its own, beyond the second-level cache
+constexpr core_int kCachedPoints = 1 << 15;
 
 void add(autosort_plan& plan, int radix, int times = 1) {
   for (; times > 0; --times) plan.radices[plan.count++] = radix;
@@ -25,6 +33,74 @@ int take_out(core_int& left, int divisor) {
   int times = 0;
   for (; left % divisor == 0; left /= divisor) ++times;
   return times;
+}
+
+/// Radices without factors above 5, by what a pass costs an element; what it costs more as the first one,
+/// which has one element at a time and turns registers round: best with a power of two, whose multiples fill
+/// registers from then on.
+struct smooth_radix {
+  int radix, twos, threes, fives;
+  double cost, first;
+};
+constexpr smooth_radix kSmooth[] = {{9, 0, 2, 0, 3.1, 3}, {3, 0, 1, 0, 1.9, 3},   {5, 0, 0, 1, 2.5, 3},
+                                    {6, 1, 1, 0, 2.5, 3}, {10, 1, 0, 1, 3.1, 3},  {12, 2, 1, 0, 3.3, 1.5},
+                                    {2, 1, 0, 0, 1.5, 3}, {4, 2, 0, 0, 2.0, 0.5}, {8, 3, 0, 0, 2.6, 0}};
+constexpr int kSmoothRadices = static_cast<int>(std::size(kSmooth));
+
+/// The cheapest product of powers of 2, 3 and 5: the first radix, and how often each other one comes.
+struct smooth_product {
+  int first;  ///< 1: there is none
+  int counts[kSmoothRadices];
+};
+smooth_product cheapest_product(int twos, int threes, int fives) {
+  constexpr int kMost = 512;  // of all products to kLongestAutosort
+  constexpr double kNever = std::numeric_limits<double>::infinity();
+  double cost[kMost];
+  signed char last[kMost];
+  const auto at = [&](int a, int b, int c) { return (a * (threes + 1) + b) * (fives + 1) + c; };
+  const auto goes = [](const smooth_radix& r, int a, int b, int c) {
+    return r.twos <= a && r.threes <= b && r.fives <= c;
+  };
+  for (int a = 0; a <= twos; ++a) {
+    for (int b = 0; b <= threes; ++b) {
+      for (int c = 0; c <= fives; ++c) {
+        const int here = at(a, b, c);
+        cost[here] = here == 0 ? 0 : kNever;
+        for (int i = 0; i < kSmoothRadices; ++i) {
+          const smooth_radix& r = kSmooth[i];
+          if (!goes(r, a, b, c)) continue;
+          const double sum = r.cost + cost[at(a - r.twos, b - r.threes, c - r.fives)];
+          if (sum >= cost[here]) continue;
+          cost[here] = sum;
+          last[here] = static_cast<signed char>(i);
+        }
+      }
+    }
+  }
+  smooth_product product{1, {}};
+  double least = kNever;
+  int a = twos, b = threes, c = fives;
+  for (const smooth_radix& r : kSmooth) {
+    if (!goes(r, twos, threes, fives)) continue;
+    const double sum = r.cost + r.first + cost[at(twos - r.twos, threes - r.threes, fives - r.fives)];
+    if (sum >= least) continue;
+    least = sum;
+    product.first = r.radix;
+    a = twos - r.twos, b = threes - r.threes, c = fives - r.fives;
+  }
+  while (a + b + c > 0) {
+    const int i = last[at(a, b, c)];
+    ++product.counts[i];
+    a -= kSmooth[i].twos, b -= kSmooth[i].threes, c -= kSmooth[i].fives;
+  }
+  return product;
+}
+
+bool is_prime(core_int n) {
+  for (core_int divisor = 2; divisor * divisor <= n; ++divisor) {
+    if (n % divisor == 0) return false;
+  }
+  return n > 1;
 }
 
 /// Two factors of length, as near to each other as can be, the larger one a multiple of 8 if it can; rows 1:
@@ -49,45 +125,21 @@ bool has_autosort_pass(int radix) {
 
 autosort_plan plan_autosort(core_int length) {
   autosort_plan plan{};
+  if (length > kLongestAutosort) return plan;
   core_int left = length;
-  const int twos = take_out(left, 2), threes = take_out(left, 3);
-  // The first pass has one element at a time and turns registers round: best with radix 8 or 4.
-  int eights = twos / 3, fours = 0, single_two = 0;
-  if (twos % 3 == 2) fours = 1;
-  if (twos % 3 == 1) {
-    if (eights > 0) {
-      --eights;
-      fours = 2;
-    } else {
-      single_two = 1;
-    }
-  }
-  const bool six = single_two == 1 && threes % 2 == 1;
-  if (eights > 0) {
-    add(plan, 8);
-  } else if (fours > 0) {
-    add(plan, 4);
-  }
-  add(plan, 9, threes / 2);
-  if (six) {
-    add(plan, 6);
-  } else {
-    add(plan, 3, threes % 2);
-    add(plan, 2, single_two);
-  }
+  const int twos = take_out(left, 2), threes = take_out(left, 3), fives = take_out(left, 5);
   bool generic = false;
-  for (int divisor = 5; left > 1; divisor += 2) {
+  autosort_plan rest{};
+  for (int divisor = 7; left > 1; divisor += 2) {
     if (divisor > kLargestDirect) return {};
     const int times = take_out(left, divisor);
     if (times > 0 && !has_autosort_pass(divisor)) generic = true;
-    add(plan, divisor, times);
+    add(rest, divisor, times);
   }
-  if (eights > 0) {
-    add(plan, 4, fours);
-    add(plan, 8, eights - 1);
-  } else {
-    add(plan, 4, fours - (fours > 0 ? 1 : 0));
-  }
+  const smooth_product smooth = cheapest_product(twos, threes, fives);
+  if (smooth.first > 1) add(plan, smooth.first);
+  for (int i = 0; i < rest.count; ++i) add(plan, rest.radices[i]);
+  for (int i = 0; i < kSmoothRadices; ++i) add(plan, kSmooth[i].radix, smooth.counts[i]);
   if (generic && !has_autosort_pass(plan.radices[0])) {
     std::copy_backward(plan.radices, plan.radices + plan.count, plan.radices + plan.count + 1);
     plan.radices[0] = 1;
@@ -119,6 +171,47 @@ core_int good_length(core_int n) {
   return best;
 }
 
+double native_cost(core_int length) {
+  const autosort_plan passes = plan_autosort(length);
+  if (passes.count == 0) return -1;
+  double cost = 0;
+  for (int i = 0; i < passes.count; ++i) {
+    const int radix = passes.radices[i];
+    if (radix > kLargestPassRadix) {
+      cost += kGenericCost * radix;
+    } else {
+      cost += 1 + std::log2(radix);
+    }
+  }
+  return (cost + (length > kLongestLine ? 2 * kMoveCost : 0)) * static_cast<double>(length);
+}
+
+core_int primitive_root(core_int prime) {
+  const auto power = [prime](core_int base, core_int exponent) {
+    core_int result = 1;
+    for (; exponent > 0; exponent /= 2, base = base * base % prime) {
+      if (exponent % 2 == 1) result = result * base % prime;
+    }
+    return result;
+  };
+  for (core_int root = 2;; ++root) {
+    bool primitive = true;
+    core_int left = prime - 1;
+    for (core_int divisor = 2; left > 1 && primitive; ++divisor) {
+      if (divisor * divisor > left) divisor = left;
+      if (take_out(left, static_cast<int>(divisor)) > 0) primitive = power(root, (prime - 1) / divisor) != 1;
+    }
+    if (primitive) return root;
+  }
+}
+
+bool prefers_rader(core_int prime, core_int padded) {
+  const double cyclic = native_cost(prime - 1), chirp = native_cost(padded);
+  if (cyclic < 0) return false;
+  const double move = prime > kCachedPoints ? kFarMoveCost : kMoveCost;
+  return cyclic + move * static_cast<double>(prime) < chirp + 1.5 * kMoveCost * static_cast<double>(padded);
+}
+
 native_plan plan_native_line(core_int length) {
   const autosort_plan passes = plan_autosort(length);
   const bool prime = passes.count == 0 || passes.radices[0] == length || passes.radices[1] == length;
@@ -129,7 +222,10 @@ native_plan plan_native_line(core_int length) {
     return {native_method::kAutosort, 0, 0, 0};
   }
   if (length >= kLongestOddLine) return {native_method::kRefused, 0, 0, 0};
-  return {native_method::kBluestein, 0, 0, good_length(2 * length - 1)};
+  const core_int padded = good_length(2 * length - 1);
+  const native_method method =
+      is_prime(length) && prefers_rader(length, padded) ? native_method::kRader : native_method::kBluestein;
+  return {method, 0, 0, method == native_method::kRader ? 0 : padded};
 }
 
 }  // namespace qel::fft

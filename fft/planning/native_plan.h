@@ -31,6 +31,7 @@ enum class native_method : int {
   kAutosort,  ///< passes over the whole line
   kLong,      ///< rows times columns
   kBluestein,
+  kRader,
   kRefused,
 };
 struct native_plan {
@@ -40,6 +41,14 @@ struct native_plan {
 };
 /// The plan of a length above 16.
 native_plan plan_native_line(core_int length);
+
+/// What a line costs, in passes of radix 2 over one element; below zero if it is no product of small primes.
+double native_cost(core_int length);
+/// Whether a prime line is better transformed as a cyclic convolution of prime - 1 points than as one with a
+/// chirp of `padded` points.
+bool prefers_rader(core_int prime, core_int padded);
+/// The smallest number whose powers modulo an odd prime are all of 1 .. prime - 1.
+core_int primitive_root(core_int prime);
 
 /// The shortest length of at least n whose transform is fast.
 core_int good_length(core_int n);

@@ -54,11 +54,12 @@ bool autosort_spec<R>::make(core_int n) {
   const pass& first = passes[0];
   line_twiddles = make_table<R>(std::max<core_int>(1, 2 * (first.radix - 1) * first.m));
   if (line_twiddles == nullptr) return false;
-  for (core_int j = 0; j < first.m; ++j) {
-    for (core_int k = 1; k < first.radix; ++k) {
+  R* next = line_twiddles.get();
+  for (core_int k = 1; k < first.radix; ++k, next += 2 * first.m) {
+    for (core_int j = 0; j < first.m; ++j) {
       const C w = first.twiddles[static_cast<size_t>(j * (first.radix - 1) + k - 1)];
-      line_twiddles[static_cast<size_t>(2 * (k - 1) * first.m + j)] = w.real;
-      line_twiddles[static_cast<size_t>((2 * (k - 1) + 1) * first.m + j)] = w.imag;
+      next[j] = w.real;
+      next[first.m + j] = w.imag;
     }
   }
   return true;

@@ -58,9 +58,11 @@ struct dft_spec {
   int workspace_bytes;
   line_plan plan;
   table<C> odd_table;
-  table<C> chirp, chirp_spectrum;
+  table<C> chirp;
+  table<C> factor_spectrum;    ///< what the data are convolved with
+  table<int> powers;           ///< of kRader: root^k modulo length, k < length - 1
   pow2_spec<R>* pow2;          ///< of a power of two
-  dft_spec<R>* inner;          ///< of the padded chirp
+  dft_spec<R>* inner;          ///< of the convolution
   autosort_spec<R>* autosort;  ///< of kAutosort
   long_spec<R>* long_line;     ///< of kLong
   factor_row factors[32];

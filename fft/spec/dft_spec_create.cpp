@@ -93,12 +93,14 @@ int build_bluestein(dft_spec<R>& spec) {
   if (const int result = dft_spec_create(&spec.inner, padded, kUnscaled)) return result;
   spec.workspace_bytes += spec.inner->workspace_bytes + 64;
   spec.chirp = make_table<C>(n);
-  spec.chirp_spectrum = make_table<C>(padded);
-  if (spec.chirp == nullptr || spec.chirp_spectrum == nullptr) return kSpecNoMemory;
-  C* spectrum = spec.chirp_spectrum.get();
+  spec.factor_spectrum = make_table<C>(padded);
+  if (spec.chirp == nullptr || spec.factor_spectrum == nullptr) return kSpecNoMemory;
+  C* spectrum = spec.factor_spectrum.get();
   std::fill_n(spectrum, padded, C{});
+  const auto roots = make_root_table(2 * n);
+  if (roots == nullptr) return kSpecNoMemory;
   for (core_int k = 0, square = 0; k < n; ++k) {
-    const complex16 w = unit_root(square, 2 * n);
+    const complex16 w = roots[static_cast<size_t>(square)];
     spec.chirp[static_cast<size_t>(k)] = narrowed<C>(w);
     const C conjugate = narrowed<C>({w.real, -w.imag});
     spectrum[k] = conjugate;
@@ -108,6 +110,47 @@ int build_bluestein(dft_spec<R>& spec) {
   }
   if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
   level_kernels<R>().scale(spectrum, padded, static_cast<R>(1.0 / static_cast<double>(padded)));
+  return 0;
+}
+
+/// What is known of the spectrum of w^(g^-k), of n - 1 elements, takes half of its errors away: its absolute
+/// value is sqrt(n), but 1 for the first element; half of its sequence is the conjugate of the other half, so
+/// its elements k and n - 1 - k are conjugates if k is even, and negative conjugates if it is odd. Divided by
+/// n - 1 for the inverse.
+template <class C>
+void polish_gauss_sums(C* spectrum, core_int n) {
+  const core_int count = n - 1;
+  const double factor = 1.0 / static_cast<double>(count), root = std::sqrt(static_cast<double>(n)) * factor;
+  using R = decltype(C::real);
+  spectrum[0] = {static_cast<R>(-factor), R{0}};
+  for (core_int k = 1; 2 * k <= count; ++k) {
+    const double sign = k % 2 == 0 ? 1 : -1;
+    const C a = spectrum[k], b = spectrum[count - k];
+    const double re = a.real + sign * b.real, im = a.imag - sign * b.imag, size = root / std::hypot(re, im);
+    spectrum[k] = narrowed<C>({re * size, im * size});
+    spectrum[count - k] = narrowed<C>({sign * re * size, -sign * im * size});
+  }
+}
+
+/// A prime's transform as a cyclic convolution of x[g^k] with w^(g^-k), g a primitive root (Rader, Proc. IEEE
+/// 56, 1968); the spectrum of the latter is kept.
+template <class R>
+int build_rader(dft_spec<R>& spec) {
+  using C = complex_of<R>;
+  const core_int n = spec.length, count = n - 1, root = primitive_root(n);
+  if (const int result = dft_spec_create(&spec.inner, count, kUnscaled)) return result;
+  spec.workspace_bytes += spec.inner->workspace_bytes + 64;
+  spec.powers = make_table<int>(count);
+  spec.factor_spectrum = make_table<C>(count);
+  const auto roots = make_root_table(n);
+  if (spec.powers == nullptr || spec.factor_spectrum == nullptr || roots == nullptr) return kSpecNoMemory;
+  C* const spectrum = spec.factor_spectrum.get();
+  for (core_int k = 0, power = 1; k < count; ++k, power = power * root % n) {
+    spec.powers[static_cast<size_t>(k)] = static_cast<int>(power);
+    spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power)]);
+  }
+  if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
+  polish_gauss_sums(spectrum, n);
   return 0;
 }
 
@@ -143,6 +186,8 @@ int build(dft_spec<R>& spec) {
       return build_direct(spec);
     case line_method::kBluestein:
       return build_bluestein(spec);
+    case line_method::kRader:
+      return build_rader(spec);
     case line_method::kAutosort:
       return build_autosort(spec);
     case line_method::kLong:

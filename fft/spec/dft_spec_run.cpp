@@ -136,10 +136,33 @@ void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_
   kernels.multiply[kForward](input, spec.chirp.get(), work, n);
   std::fill_n(work + n, padded - n, C{});
   dft_spec_run<R>(work, work, spec.inner, inner, kForward);
-  kernels.multiply[kForward](work, spec.chirp_spectrum.get(), work, padded);
+  kernels.multiply[kForward](work, spec.factor_spectrum.get(), work, padded);
   dft_spec_run<R>(work, work, spec.inner, inner, kBackward);
   kernels.multiply[kForward](work, spec.chirp.get(), output, n);
   if (way == kBackward) std::reverse(output + 1, output + n);
+}
+
+template <class R>
+void run_rader(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec,
+               complex_of<R>* work, direction way) {
+  using C = complex_of<R>;
+  const core_int count = spec.length - 1, half = count / 2;
+  const int* const powers = spec.powers.get();
+  C* const inner = work + (count + 7) / 8 * 8;
+  const C first = input[0];
+  for (core_int k = 0; k < count; ++k) work[k] = input[powers[k]];
+  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
+  const C sum = {first.real + work[0].real, first.imag + work[0].imag};
+  level_kernels<R>().multiply[kForward](work, spec.factor_spectrum.get(), work, count);
+  // The first element is a term of all results but the first.
+  work[0] = {work[0].real + first.real, work[0].imag + first.imag};
+  // Forward once more: that turns the order of the results round, and with it the powers.
+  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
+  output[0] = sum;
+  // The backward transform is the forward one of -k, and -1 is the power at half of the way.
+  const core_int shift = way == kForward ? 0 : half;
+  for (core_int k = 0; k < count - shift; ++k) output[powers[k + shift]] = work[k];
+  for (core_int k = count - shift; k < count; ++k) output[powers[k + shift - count]] = work[k];
 }
 
 template <class R>
@@ -182,6 +205,9 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
     }
     case line_method::kBluestein:
       run_bluestein(input, output, spec, work, way);
+      break;
+    case line_method::kRader:
+      run_rader(input, output, spec, work, way);
       break;
     default:
       break;

@@ -58,8 +58,9 @@ TYPED_TEST(Line, EveryShortLength) {
 }
 
 TYPED_TEST(Line, LongerOfEachMethod) {
-  for (const std::size_t n : {625, 1000, 1001, 1331, 1920, 2017, 2187, 3000, 4097, 5005, 10000, 13 * 13 * 13,
-                              22650, 30030, 37 * 1024, 149 * 128}) {
+  for (const std::size_t n :
+       {509,  521,  625,  641,  1000,  1001,         1009,  1331,  1920,      2017,
+        2187, 3000, 4097, 5005, 10000, 13 * 13 * 13, 22650, 30030, 37 * 1024, 149 * 128}) {
     this->check(n);
   }
 }
@@ -69,7 +70,7 @@ TYPED_TEST(Line, PowersOfTwo) {
 }
 
 TYPED_TEST(Line, ScaledForms) {
-  for (const std::size_t n : {1, 7, 16, 32, 60, 64, 127, 151, 1024}) {
+  for (const std::size_t n : {1, 7, 16, 32, 60, 64, 127, 151, 167, 1024}) {
     for (const int flag : {kForwardByN, kBackwardByN, kBothByRoot}) this->check(n, flag);
   }
 }

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include <vector>
 
 #include "fft/planning/driver_rules.h"
@@ -121,15 +123,28 @@ TEST(NativePlan, MethodsByLength) {
     core_int length;
     native_method method;
     core_int rows, padded;
-  } cases[] = {{64, kAutosort, 0, 0},        {37, kAutosort, 0, 0},       {149, kAutosort, 0, 0},
-               {151, kBluestein, 0, 320},    {1009, kBluestein, 0, 2048}, {8192, kAutosort, 0, 0},
-               {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},   {302, kBluestein, 0, 640}};
+  } cases[] = {{64, kAutosort, 0, 0},     {37, kAutosort, 0, 0},        {149, kAutosort, 0, 0},
+               {151, kRader, 0, 0},       {1009, kRader, 0, 0},         {65537, kRader, 0, 0},
+               {167, kBluestein, 0, 384}, {1019, kBluestein, 0, 2048},  {22201, kLong, 149, 0},
+               {8192, kAutosort, 0, 0},   {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
+               {302, kBluestein, 0, 640}};
   for (const auto& c : cases) {
     const native_plan plan = plan_native_line(c.length);
     EXPECT_EQ(plan.method, c.method) << c.length;
     EXPECT_EQ(plan.rows, c.rows) << c.length;
     EXPECT_EQ(plan.padded, c.padded) << c.length;
   }
+}
+
+TEST(NativePlan, PrimitiveRoots) {
+  for (const core_int prime : {3, 5, 7, 41, 151, 257, 1009, 2017}) {
+    std::set<core_int> powers;
+    const core_int root = primitive_root(prime);
+    for (core_int k = 1, power = root; k < prime; ++k, power = power * root % prime) powers.insert(power);
+    EXPECT_EQ(powers.size(), static_cast<size_t>(prime - 1)) << prime;
+  }
+  EXPECT_EQ(primitive_root(191), 19);
+  EXPECT_EQ(primitive_root(786433), 10);
 }
 
 TEST(NativePlan, WholeLines) {

@@ -13,7 +13,8 @@ namespace qel::QEL_LEVEL {
 #define QEL_RADICES(name, ...)                                                                        \
   {name<__VA_ARGS__, 1>, name<__VA_ARGS__, 2>, name<__VA_ARGS__, 3>, name<__VA_ARGS__, 4>,             \
    name<__VA_ARGS__, 5>, name<__VA_ARGS__, 6>, name<__VA_ARGS__, 7>, name<__VA_ARGS__, 8>,             \
-   name<__VA_ARGS__, 9>, name<__VA_ARGS__, 11>, name<__VA_ARGS__, 13>}
+   name<__VA_ARGS__, 9>, name<__VA_ARGS__, 10>, name<__VA_ARGS__, 11>, name<__VA_ARGS__, 12>,           \
+   name<__VA_ARGS__, 13>}
 #define QEL_LENGTHS(name, b)                                                                            \
   {nullptr, name<R, b, 1>, name<R, b, 2>, name<R, b, 3>, name<R, b, 4>, name<R, b, 5>, name<R, b, 6>,   \
    name<R, b, 7>, name<R, b, 8>, name<R, b, 9>, name<R, b, 10>, name<R, b, 11>, name<R, b, 12>,         \
