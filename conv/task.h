@@ -52,8 +52,8 @@ struct vsl_cc_task {
   const void* x;                            ///< the fixed x; the caller's
   int start_values[kMaxDims], decimation_values[kMaxDims];
   int xshape_values[kMaxDims], yshape_values[kMaxDims], zshape_values[kMaxDims], xstride_values[kMaxDims];
-  int committed;  ///< 1 from the first execution to the next edit
-  void* plan_data;
+  int committed;    ///< 1 from the first execution to the next edit
+  void* plan_data;  ///< what a native execution keeps for the next one
   int (*plan_release)(void*);
 };
 
