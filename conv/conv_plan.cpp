@@ -117,7 +117,8 @@ native_conv_plan plan_native_conv(const native_conv_facts& f) {
   if (sums) return best;
   if (f.complex_numbers) cost *= 2;
   double of_pieces;
-  const native_conv_plan pieces = best_pieces(f, of_pieces);
+  native_conv_plan pieces = best_pieces(f, of_pieces);
+  best.weighed = pieces.weighed = true;
   if (of_pieces < cost) return pieces;
   best.reason = best.method == native_conv_method::kSums ? "cheaper than transforms" : best.reason;
   return best;

@@ -46,6 +46,7 @@ struct native_conv_plan {
   core_int step = 0;
   core_int pieces = 0;
   const char* reason = "";
+  bool weighed = false;  ///< costs of transforms were compared: the plan is worth keeping
 };
 
 /// longer >= shorter >= 1; the outputs exist. Sums wherever plan_conv has them, elsewhere what costs less.

@@ -66,29 +66,29 @@ class sequence {
 };
 
 template <class E>
-int release_pieces(void* kept) {
-  static_cast<kept_pieces<E>*>(kept)->~kept_pieces();
+int release_plan(void* kept) {
+  static_cast<kept_plan<E>*>(kept)->~kept_plan();
   return kOk;
 }
 
 /// What an earlier execution with the same facts left in the task, or null.
 template <class E>
-const kept_pieces<E>* find_kept(const vsl_cc_task& task, const native_conv_facts& facts) {
-  if (task.plan_release != release_pieces<E>) return nullptr;
-  const auto* kept = static_cast<const kept_pieces<E>*>(task.plan_data);
+const kept_plan<E>* find_kept(const vsl_cc_task& task, const native_conv_facts& facts) {
+  if (task.plan_release != release_plan<E>) return nullptr;
+  const auto* kept = static_cast<const kept_plan<E>*>(task.plan_data);
   return kept->facts == facts ? kept : nullptr;
 }
 
-/// Keeps the pieces in the task in place of others; null if memory is out.
+/// Keeps the plan in the task in place of another, with its transform if it has one; null if memory is out.
 template <class E>
-const kept_pieces<E>* keep(vsl_cc_task& task, const native_conv_facts& facts, const native_conv_plan& plan) {
+const kept_plan<E>* keep(vsl_cc_task& task, const native_conv_facts& facts, const native_conv_plan& plan) {
   drop_plan(task);
-  void* memory = serv_malloc(sizeof(kept_pieces<E>), 0);
+  void* memory = serv_malloc(sizeof(kept_plan<E>), 0);
   if (memory == nullptr) return nullptr;
-  auto* made = new (memory) kept_pieces<E>{facts, plan, {}};
+  auto* made = new (memory) kept_plan<E>{facts, plan, {}};
   task.plan_data = made;
-  task.plan_release = release_pieces<E>;
-  if (made->filter.make(plan.length)) return made;
+  task.plan_release = release_plan<E>;
+  if (plan.method != native_conv_method::kPieces || made->filter.make(plan.length)) return made;
   drop_plan(task);
   return nullptr;
 }
@@ -115,8 +115,9 @@ int execute_native(const execution& e, vsl_cc_task& task) {
                                 a.decimation,
                                 is_complex<E>,
                                 e.direct || !fft::filter_spec<E>::there()};
-  const kept_pieces<E>* kept = find_kept<E>(task, facts);
+  const kept_plan<E>* kept = find_kept<E>(task, facts);
   const native_conv_plan plan = kept != nullptr ? kept->plan : plan_native_conv(facts);
+  if (kept == nullptr && plan.weighed) kept = keep<E>(task, facts, plan);
 
   own_numbers<E> own;
   E* w = nullptr;
@@ -137,7 +138,6 @@ int execute_native(const execution& e, vsl_cc_task& task) {
       single_sums(x.data(), y.data(), a, start, w);
       break;
     case native_conv_method::kPieces:
-      if (kept == nullptr) kept = keep<E>(task, facts, plan);
       if (kept == nullptr || run_pieces(c, *kept, w) != 0) return kKernelFailure;
       break;
   }

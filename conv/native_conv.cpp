@@ -19,7 +19,7 @@ void padded(const E* from, core_int count, core_int length, E* to) {
 }  // namespace
 
 template <class E>
-int run_pieces(const dense_pair<E>& c, const kept_pieces<E>& kept, E* w) {
+int run_pieces(const dense_pair<E>& c, const kept_plan<E>& kept, E* w) {
   const fft::filter_spec<E>& filter = kept.filter;
   const core_int length = filter.length(), first = kept.facts.first;
   const plain::scratch<E> lines(3 * length + filter.work_bytes() / core_int{sizeof(E)} + 1);
@@ -50,7 +50,7 @@ int run_pieces(const dense_pair<E>& c, const kept_pieces<E>& kept, E* w) {
 template <class E>
 int native_full(const E* a, core_int na, const E* b, core_int nb, E* w) {
   const dense_pair<E> c = make_pair(a, na, b, nb);
-  kept_pieces<E> kept{{c.long_count, c.short_count, 0, na + nb - 1, 1, is_complex<E>, false}, {}, {}};
+  kept_plan<E> kept{{c.long_count, c.short_count, 0, na + nb - 1, 1, is_complex<E>, false}, {}, {}};
   kept.facts.only_sums = !fft::filter_spec<E>::there();
   kept.plan = plan_native_conv(kept.facts);
   if (kept.plan.method != native_conv_method::kPieces) {
@@ -61,7 +61,7 @@ int native_full(const E* a, core_int na, const E* b, core_int nb, E* w) {
   return run_pieces(c, kept, w);
 }
 
-#define QEL_INSTANTIATE(E) template int run_pieces(const dense_pair<E>&, const kept_pieces<E>&, E*)
+#define QEL_INSTANTIATE(E) template int run_pieces(const dense_pair<E>&, const kept_plan<E>&, E*)
 QEL_INSTANTIATE(float);
 QEL_INSTANTIATE(double);
 QEL_INSTANTIATE(complex8);

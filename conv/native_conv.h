@@ -20,9 +20,9 @@ dense_pair<E> make_pair(const E* a, core_int na, const E* b, core_int nb) {
   return na >= nb ? dense_pair<E>{a, na, b, nb} : dense_pair<E>{b, nb, a, na};
 }
 
-/// A plan of pieces and its transform, for any number of calls with these facts.
+/// A plan and the transform of its pieces, for any number of calls with these facts.
 template <class E>
-struct kept_pieces {
+struct kept_plan {
   native_conv_facts facts;
   native_conv_plan plan;
   fft::filter_spec<E> filter;
@@ -31,7 +31,7 @@ struct kept_pieces {
 /// w[t - first] for all t from the first to the last output of the pieces; w must not overlap the operands. 0
 /// or a conv_result.
 template <class E>
-int run_pieces(const dense_pair<E>& c, const kept_pieces<E>& kept, E* w);
+int run_pieces(const dense_pair<E>& c, const kept_plan<E>& kept, E* w);
 
 /// conv_full.
 template <class E>
