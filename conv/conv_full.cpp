@@ -6,37 +6,14 @@
 
 #include "blas/plain/scratch.h"
 #include "conv/conv_plan.h"
-#include "conv/kernels/conv_kernels.h"
+#include "conv/native_conv.h"
+#include "conv/sum_kernels.h"
 #include "fft/spec/real_spec.h"
-#include "service/dispatch.h"
 
 namespace qel::conv {
 namespace {
 
 using plain::scratch;
-
-#define QEL_CONV_ROW(letter)                                                                  \
-  {                                                                                           \
-    {                                                                                         \
-      t0_ex::accumulate_##letter, t1_e7::accumulate_##letter, t2_u8::accumulate_##letter,     \
-          t3_y8::accumulate_##letter, t4_h8::accumulate_##letter, t5_e9::accumulate_##letter, \
-          t6_n6::accumulate_##letter, t7_n7::accumulate_##letter                              \
-    }                                                                                         \
-  }
-constexpr type_row<accumulate_kernel<float>> kAccumulateS = QEL_CONV_ROW(s);
-constexpr type_row<accumulate_kernel<double>> kAccumulateD = QEL_CONV_ROW(d);
-#undef QEL_CONV_ROW
-constinit bind_slot<accumulate_kernel<float>> slot_s{nullptr};
-constinit bind_slot<accumulate_kernel<double>> slot_d{nullptr};
-
-void accumulate(const float* taps, core_int tap_count, const float* data, core_int data_count, core_int first,
-                core_int last, float* w) {
-  call_bound<slot_s, kAccumulateS>(taps, tap_count, data, data_count, first, last, w);
-}
-void accumulate(const double* taps, core_int tap_count, const double* data, core_int data_count,
-                core_int first, core_int last, double* w) {
-  call_bound<slot_d, kAccumulateD>(taps, tap_count, data, data_count, first, last, w);
-}
 
 /// The sequences in their roles.
 template <class R>
@@ -153,6 +130,7 @@ template <class R>
 int conv_full(const R* a, core_int na, const R* b, core_int nb, R* w) {
   if (a == nullptr || b == nullptr || w == nullptr) return kConvNull;
   if (na < 1 || nb < 1) return kConvBadLength;
+  if (has_native_sums()) return native_full(a, na, b, nb, w);
   const operands<R> c = na >= nb ? operands<R>{a, na, b, nb} : operands<R>{b, nb, a, na};
   const conv_plan plan = plan_conv(c.long_count, c.short_count);
   switch (plan.method) {
@@ -175,6 +153,7 @@ void conv_range(const R* a, core_int na, const R* b, core_int nb, core_int first
     std::swap(a, b);
     std::swap(na, nb);
   }
+  if (has_native_sums()) return native_sums(b, nb, a, na, first, last, w);
   std::fill_n(w, last - first, R{});
   accumulate(b, nb, a, na, first, last, w);
 }

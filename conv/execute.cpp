@@ -5,33 +5,14 @@
 
 #include "blas/plain/scratch.h"
 #include "conv/conv_full.h"
-#include "conv/execute_ranks.h"
-#include "conv/lines.h"
-#include "conv/task.h"
+#include "conv/execute_line.h"
+#include "conv/execute_native.h"
+#include "conv/sum_kernels.h"
 
 namespace qel::conv {
 namespace {
 
 using plain::scratch;
-
-struct execution {
-  int job, dims;
-  bool direct;
-  const void *x, *y;
-  void* z;
-  cc_axis axes[kMaxDims];
-};
-
-/// The tests of one dimension, in the order in which the arguments stand.
-int check_line(const execution& e) {
-  const cc_axis& a = e.axes[0];
-  if (e.x == nullptr) return kNullX;
-  if (a.nx < 1) return kBadXShape;
-  if (e.y == nullptr) return kNullY;
-  if (a.ny < 1) return kBadYShape;
-  if (e.z == nullptr) return kNullZ;
-  return check_axis(e.job, a);
-}
 
 /// A line in its sums' precision: for each part (real, imaginary) n numbers. Data that lie like that are not
 /// copied.
@@ -39,6 +20,7 @@ template <class T, class R>
 class dense_line {
  public:
   static constexpr int kParts = is_complex<T> ? 2 : 1;
+  using element = element_of<T, R>;
   dense_line(const T* from, core_int n, core_int stride, bool reversed)
       : numbers_(lies_dense(stride, reversed) ? 1 : kParts * n), data_(numbers_.get()), n_(n) {
     if constexpr (std::is_same_v<T, R>) {
@@ -50,6 +32,13 @@ class dense_line {
   }
   bool there() const { return numbers_.get() != nullptr; }
   const R* part(int which) const { return data_ + which * n_; }
+  element operator[](core_int i) const {
+    if constexpr (kParts == 2) {
+      return {data_[i], data_[n_ + i]};
+    } else {
+      return data_[i];
+    }
+  }
 
  private:
   static constexpr bool lies_dense(core_int stride, bool reversed) {
@@ -69,30 +58,8 @@ int one_run(bool direct, const R* x, core_int nx, const R* y, core_int ny, core_
   return 0;
 }
 
-/// Single outputs of a decimated task: plain sums of products, nothing else.
-template <class T, class R>
-void decimated(const dense_line<T, R>& x, const dense_line<T, R>& y, const cc_axis& a, core_int start, T* z) {
-  constexpr int kParts = dense_line<T, R>::kParts;
-  for (core_int r = 0; r < a.nz; ++r) {
-    const core_int t = start + r * a.decimation;
-    R sum[2] = {};
-    for (core_int i = std::max<core_int>(t - a.ny + 1, 0); i <= std::min(t, a.nx - 1); ++i) {
-      if constexpr (kParts == 1) {
-        sum[0] += x.part(0)[i] * y.part(0)[t - i];
-      } else {
-        const R xr = x.part(0)[i], xi = x.part(1)[i], yr = y.part(0)[t - i], yi = y.part(1)[t - i];
-        sum[0] += xr * yr - xi * yi;
-        sum[1] += xr * yi + xi * yr;
-      }
-    }
-    T& target = z[place_of(r, a.nz, a.sz)];
-    for (int part = 0; part < kParts; ++part) set_part(target, part, static_cast<real_of<T>>(sum[part]));
-  }
-}
-
 template <class T, class R>
 int execute_line(const execution& e) {
-  if (const int status = check_line(e); status != kOk) return status;
   constexpr int kParts = dense_line<T, R>::kParts;
   const cc_axis& a = e.axes[0];
   // A reversed x makes a convolution of a correlation, whose outputs then count from 0.
@@ -103,7 +70,10 @@ int execute_line(const execution& e) {
   const dense_line<T, R> y(static_cast<const T*>(e.y), a.ny, a.sy, false);
   if (!x.there() || !y.there()) return kAllocationFailure;
   if (e.direct && a.decimation > 1) {
-    decimated(x, y, a, start, z);
+    const scratch<typename dense_line<T, R>::element> w(a.nz);
+    if (w.get() == nullptr) return kAllocationFailure;
+    single_sums(x, y, a, start, w.get());
+    for (core_int r = 0; r < a.nz; ++r) z[place_of(r, a.nz, a.sz)] = converted<T>(w.get()[r]);
     return kOk;
   }
   // Where only sums are wanted they begin at the first output.
@@ -135,8 +105,11 @@ int execute_line(const execution& e) {
 }
 
 template <class T, class R>
-int execute_typed(const execution& e) {
-  if (e.dims == 1) return execute_line<T, R>(e);
+int execute_typed(const execution& e, vsl_cc_task& task) {
+  if (e.dims == 1) {
+    if (const int status = check_line(e); status != kOk) return status;
+    return has_native_sums() ? execute_native<T, R>(e, task) : execute_line<T, R>(e);
+  }
   if (e.x == nullptr) return kNullX;
   if (e.y == nullptr) return kNullY;
   if (e.z == nullptr) return kNullZ;
@@ -168,16 +141,16 @@ void fill_axes(const vsl_cc_task& task, const int* xstride, const int* ystride, 
   }
 }
 
-int execute_any(const vsl_cc_task& task, const execution& e) {
+int execute_any(vsl_cc_task& task, const execution& e) {
   const bool external_double = task.external_precision == kDouble;
   if (external_double && task.internal_precision == kSingle) return kNotImplemented;
   const bool sums_in_double = external_double || task.internal_precision == kDouble;
   if (task.type == kReal) {
-    if (external_double) return execute_typed<double, double>(e);
-    return sums_in_double ? execute_typed<float, double>(e) : execute_typed<float, float>(e);
+    if (external_double) return execute_typed<double, double>(e, task);
+    return sums_in_double ? execute_typed<float, double>(e, task) : execute_typed<float, float>(e, task);
   }
-  if (external_double) return execute_typed<complex16, double>(e);
-  return sums_in_double ? execute_typed<complex8, double>(e) : execute_typed<complex8, float>(e);
+  if (external_double) return execute_typed<complex16, double>(e, task);
+  return sums_in_double ? execute_typed<complex8, double>(e, task) : execute_typed<complex8, float>(e, task);
 }
 
 }  // namespace
@@ -187,7 +160,9 @@ int vsl_cc_execute(vsl_cc_task* task, const void* x, const int* xstride, const v
   if (task == nullptr) return kNullPointer;
   if (task->status != kOk) return task->status;
   task->committed = 1;
-  execution e{task->job, task->dims, task->mode == kDirectMode, x, y, z, {}};
+  execution e;
+  e.job = task->job, e.dims = task->dims, e.direct = task->mode == kDirectMode;
+  e.x = x, e.y = y, e.z = z;
   fill_axes(*task, xstride, ystride, zstride, e.axes);
   return task->status = execute_any(*task, e);
 }

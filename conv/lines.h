@@ -36,6 +36,22 @@ void set_part(T& value, int part, real_of<T> number) {
   }
 }
 
+/// Elements of T in the precision R.
+template <class T, class R>
+using element_of =
+    std::conditional_t<!is_complex<T>, R, std::conditional_t<std::is_same_v<R, float>, complex8, complex16>>;
+
+/// The value in another precision.
+template <class To, class T>
+To converted(const T& value) {
+  if constexpr (is_complex<T>) {
+    using R = real_of<To>;
+    return {static_cast<R>(value.real), static_cast<R>(value.imag)};
+  } else {
+    return static_cast<To>(value);
+  }
+}
+
 /// The n elements into a dense array, from the last to the first if reversed.
 template <class T, class R>
 void gather_part(const T* from, core_int n, core_int stride, bool reversed, int part, R* to) {

@@ -77,14 +77,19 @@ int vsl_cc_set(vsl_cc_task* task, int parameter, const int* value) {
   return task->status;
 }
 
+int drop_plan(vsl_cc_task& task) {
+  if (task.plan_data == nullptr) return kOk;
+  const int released = task.plan_release != nullptr ? task.plan_release(task.plan_data) : kCommitFailure;
+  serv_free(task.plan_data);
+  task.plan_data = nullptr;
+  task.plan_release = nullptr;
+  return released;
+}
+
 int vsl_cc_delete(vsl_cc_task** task) {
   if (task == nullptr) return kNullPointer;
   if (*task == nullptr) return kOk;
-  int released = kOk;
-  if ((*task)->plan_data != nullptr) {
-    released = (*task)->plan_release != nullptr ? (*task)->plan_release((*task)->plan_data) : kCommitFailure;
-    serv_free((*task)->plan_data);
-  }
+  const int released = drop_plan(**task);
   serv_free(*task);
   *task = nullptr;
   return released == kOk ? kOk : kDeleteFailure;

@@ -52,8 +52,8 @@ struct vsl_cc_task {
   const void* x;                            ///< the fixed x; the caller's
   int start_values[kMaxDims], decimation_values[kMaxDims];
   int xshape_values[kMaxDims], yshape_values[kMaxDims], zshape_values[kMaxDims], xstride_values[kMaxDims];
-  int committed;  ///< 1 from the first execution to the next edit
-  void* plan_data;
+  int committed;    ///< 1 from the first execution to the next edit
+  void* plan_data;  ///< what a native execution keeps for the next one
   int (*plan_release)(void*);
 };
 
@@ -68,6 +68,8 @@ int vsl_cc_create(vsl_cc_task** task, const cc_kind& kind, int mode, const int* 
 /// Sets parameter 3 mode, 4, 5 start, 6 decimation, 9 internal precision.
 int vsl_cc_set(vsl_cc_task* task, int parameter, const int* value);
 int vsl_cc_delete(vsl_cc_task** task);
+/// Frees the plan of a task, if it has one; kOk or what the release noted.
+int drop_plan(vsl_cc_task& task);
 
 /// Computes z from the task, x (the task's own unless the entry brings one) and y. Strides have dims values
 /// or are null for dense data, whose first dimension is the fastest. Pointers are to the lowest address:

@@ -5,5 +5,6 @@
 namespace qel {
 
 inline constexpr int kFirstNativeLevel = 5;
+inline constexpr int kFirstNativeType = 6;  ///< the same of processor types
 
 }  // namespace qel

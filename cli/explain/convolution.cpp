@@ -3,6 +3,7 @@
 
 #include "cli/explain/menu.h"
 #include "conv/conv_plan.h"
+#include "service/native_level.h"
 #include "service/serv.h"
 
 namespace qel::cli {
@@ -25,15 +26,32 @@ void declare(CLI::App& command, conv_question& q) {
       ->capture_default_str();
 }
 
+void add_native(const conv_question& q, bool complex_data, report& out) {
+  const conv::native_conv_plan plan = conv::plan_native_conv(
+      {std::max(q.x, q.y), std::min(q.x, q.y), 0, q.x + q.y - 1, 1, complex_data, false});
+  out["method"] = plan.method == conv::native_conv_method::kPieces ? "transforms of pieces" : "sums";
+  out["reason"] = plan.reason;
+  if (plan.method != conv::native_conv_method::kPieces) return;
+  out["transform"] = plan.length;
+  out["pieces"] = plan.pieces;
+  out["outputs_of_a_piece"] = plan.step;
+}
+
 report answer(const conv_question& q, const asked_machine& machine) {
   const bool complex_data = q.type == "c" || q.type == "z";
-  report out = {{"processor_type", machine.level >= 0 ? type_of_level(machine.level) : serv_cpu_type()},
+  const int type = machine.level >= 0 ? type_of_level(machine.level) : serv_cpu_type();
+  const bool native = type >= kFirstNativeType && q.dims == 1;
+  report out = {{"processor_type", type},
                 {"result", q.x + q.y - 1},
                 {"threads", 1},
-                {"runs_of_real_sequences", complex_data ? 4 : 1}};
+                {"runs_of_real_sequences", complex_data && !native ? 4 : 1}};
   if (q.dims > 1 || q.direct) {
     out["method"] = "sums";
     out["reason"] = q.direct ? "the task asks for sums" : "more than one dimension: rows against rows";
+    return out;
+  }
+  if (native) {
+    add_native(q, complex_data, out);
     return out;
   }
   const conv::conv_plan plan = conv::plan_conv(std::max(q.x, q.y), std::min(q.x, q.y));

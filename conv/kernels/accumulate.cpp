@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The accumulation kernel: a block of outputs stays in registers while the taps go by. Taps that meet data
 // for only a part of the block, at both ends of the data, are worked output by output; the order of summation
-// is the same everywhere. Processor types with fused multiply and add use it.
+// is the same everywhere.
 #include <immintrin.h>
 #include <stdint.h>
 
@@ -14,11 +14,7 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
-#if defined(__AVX512F__)
-#define QEL_CONV(operation) _mm512_##operation
-using double_register = __m512d;
-using float_register = __m512;
-#elif defined(__AVX__)
+#ifdef __AVX__
 #define QEL_CONV(operation) _mm256_##operation
 using double_register = __m256d;
 using float_register = __m256;
@@ -35,13 +31,8 @@ struct doubles {
   static reg all(double v) { return QEL_CONV(set1_pd)(v); }
   static reg load(const double* p) { return QEL_CONV(loadu_pd)(p); }
   static void store(double* p, reg v) { QEL_CONV(storeu_pd)(p, v); }
-#ifdef __FMA__
-  static reg plus_product(reg sum, reg a, reg b) { return QEL_CONV(fmadd_pd)(a, b, sum); }
-  static double plus_product(double sum, double a, double b) { return __builtin_fma(a, b, sum); }
-#else
   static reg plus_product(reg sum, reg a, reg b) { return QEL_CONV(add_pd)(sum, QEL_CONV(mul_pd)(a, b)); }
   static double plus_product(double sum, double a, double b) { return sum + a * b; }
-#endif
 };
 struct floats {
   using reg = float_register;
@@ -49,13 +40,8 @@ struct floats {
   static reg all(float v) { return QEL_CONV(set1_ps)(v); }
   static reg load(const float* p) { return QEL_CONV(loadu_ps)(p); }
   static void store(float* p, reg v) { QEL_CONV(storeu_ps)(p, v); }
-#ifdef __FMA__
-  static reg plus_product(reg sum, reg a, reg b) { return QEL_CONV(fmadd_ps)(a, b, sum); }
-  static float plus_product(float sum, float a, float b) { return __builtin_fmaf(a, b, sum); }
-#else
   static reg plus_product(reg sum, reg a, reg b) { return QEL_CONV(add_ps)(sum, QEL_CONV(mul_ps)(a, b)); }
   static float plus_product(float sum, float a, float b) { return sum + a * b; }
-#endif
 };
 #undef QEL_CONV
 

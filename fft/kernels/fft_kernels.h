@@ -61,6 +61,9 @@ struct autosort_kernels {
   line_columns* of_columns[2][kStraightLengths + 1];
   line_rows* of_rows[2][kStraightLengths + 1];
   line_by_sums* by_sums[2];
+  /// The transform of half complex numbers becomes the one of the reals in them, is multiplied by factors and
+  /// goes back to before its end step; half is even, roots those of real_ends.
+  void (*real_filter)(C* data, core_int half, const C* roots, const C* factors);
 };
 
 template <class C, class R>

@@ -134,9 +134,16 @@ int build(real_spec<R>& spec) {
     case real_method::kHalf:
       spec.end_roots = make_table<complex_of<R>>(n / 4 + 1);
       if (spec.end_roots == nullptr) return kSpecNoMemory;
-      for (core_int k = 0; k <= n / 4; ++k) {
+      // The second half of the quarter mirrors the first, bit by bit, and needs no sines and cosines.
+      for (core_int k = 0, computed = n % 4 == 0 ? n / 8 : n / 4; k <= n / 4; ++k) {
+        auto& root = spec.end_roots[static_cast<size_t>(k)];
+        if (k > computed) {
+          const auto mirrored = spec.end_roots[static_cast<size_t>(n / 4 - k)];
+          root = {mirrored.imag, mirrored.real};
+          continue;
+        }
         const complex16 w = unit_root(k, n);
-        spec.end_roots[static_cast<size_t>(k)] = narrowed<complex_of<R>>({w.imag / 2, -w.real / 2});
+        root = narrowed<complex_of<R>>({w.imag / 2, -w.real / 2});
       }
       break;
     case real_method::kWhole:

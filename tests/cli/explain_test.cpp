@@ -133,9 +133,15 @@ TEST(Explain, TellsTheMethodOfAConvolution) {
   const char* const kNames[] = {"sums", "sums in blocks", "one transform", "transforms of pieces"};
   for (const auto& [x, y] : {std::pair{10, 10}, {63, 100000}, {300, 300}, {64, 100000}}) {
     const conv::conv_plan plan = conv::plan_conv(std::max(x, y), std::min(x, y));
-    const json report = answer("conv " + std::to_string(x) + ' ' + std::to_string(y));
+    const std::string lengths = "conv " + std::to_string(x) + ' ' + std::to_string(y);
+    const json report = answer(lengths + " --level 4");
     EXPECT_EQ(report["method"], kNames[static_cast<int>(plan.method)]) << x << ' ' << y;
     EXPECT_EQ(report.value("transform", 0), plan.order == 0 ? 0 : 1 << plan.order) << x << ' ' << y;
+    const json native = answer(lengths + " --level 6");
+    const conv::native_conv_plan own =
+        conv::plan_native_conv({std::max(x, y), std::min(x, y), 0, x + y - 1, 1, false, false});
+    EXPECT_EQ(native.value("transform", core_int{0}), own.length) << x << ' ' << y;
+    EXPECT_EQ(native.value("pieces", core_int{0}), own.pieces) << x << ' ' << y;
   }
   EXPECT_EQ(answer("conv 300 300 --direct")["method"], "sums");
   EXPECT_EQ(answer("conv 300 300 --dims 2 --type z")["runs_of_real_sequences"], 4);

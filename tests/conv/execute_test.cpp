@@ -286,6 +286,93 @@ TEST(ConvolutionPlan, Table) {
   }
 }
 
+TEST(ConvolutionPlan, NativeTable) {
+  constexpr auto kSums = native_conv_method::kSums, kSingle = native_conv_method::kSingleSums,
+                 kPieces = native_conv_method::kPieces;
+  const struct {
+    native_conv_facts facts;
+    native_conv_method method;
+    core_int length, pieces;
+  } rows[] = {
+      // Where results are exact they stay so.
+      {{100000, 63, 0, 100062, 1, false, false}, kSums, 0, 0},
+      {{256, 256, 0, 511, 1, true, false}, kSums, 0, 0},
+      {{100000, 1000, 0, 100999, 1, false, true}, kSums, 0, 0},
+      {{449, 64, 0, 512, 1, false, false}, kSums, 0, 0},
+      {{512, 512, 0, 1023, 1, false, false}, kPieces, 1024, 1},
+      {{4096, 4096, 0, 8191, 1, false, false}, kPieces, 8192, 1},
+      {{4096, 4096, 4095, 1, 1, false, false}, kSums, 0, 0},
+      // Outputs that all taps meet need no more than the data.
+      {{2048, 1024, 1023, 1025, 1, false, false}, kPieces, 2048, 1},
+      {{65536, 4096, 0, 69631, 1, false, false}, kPieces, 16384, 6},
+      {{1000, 50, 0, 2, 1000, false, false}, kSingle, 0, 0},
+      {{1000, 50, 0, 100, 10, false, true}, kSums, 0, 0},
+      {{100000, 5000, 0, 3, 40000, false, false}, kSingle, 0, 0},
+      // No transform is as long as that.
+      {{1 << 30, 1 << 30, 1 << 30, 1 << 29, 1, false, false}, kSums, 0, 0},
+  };
+  for (const auto& row : rows) {
+    const native_conv_facts& f = row.facts;
+    const native_conv_plan plan = plan_native_conv(f);
+    EXPECT_EQ(plan.method, row.method) << f.longer << ' ' << f.shorter;
+    EXPECT_EQ(plan.length, row.length) << f.longer << ' ' << f.shorter;
+    EXPECT_EQ(plan.pieces, row.pieces) << f.longer << ' ' << f.shorter;
+  }
+}
+
+TEST(ConvolutionPlan, PiecesHoldTheirOutputs) {
+  for (const auto& [longer, shorter] : {std::pair{5000L, 200L}, {700L, 699L}, {90000L, 65L}}) {
+    const core_int whole = longer + shorter - 1;
+    for (const core_int first : {0L, 1L, shorter - 1, longer, whole - 2}) {
+      for (const core_int count : {1L, 2L, whole / 2, whole}) {
+        const native_conv_facts f{longer, shorter, first, std::min(count, whole - first), 1, false, false};
+        for (const core_int step : {1L, 64L, whole}) {
+          // A piece of a plan's own, and pieces as short as can be.
+          native_conv_plan plan = plan_native_conv(f);
+          if (plan.method != native_conv_method::kPieces || step < whole) {
+            plan = {native_conv_method::kPieces, step + shorter - 1, step,
+                    (f.last() - first + step - 1) / step, ""};
+          }
+          core_int next = first;
+          for (core_int k = 0; k < plan.pieces; ++k) {
+            const conv_piece p = piece_of(f, plan, k);
+            ASSERT_EQ(p.from, next);
+            next = p.to;
+            // All data that the outputs meet are there, and nothing wraps onto them.
+            ASSERT_LE(p.data_from, std::max<core_int>(0, p.from - shorter + 1));
+            ASSERT_GE(p.data_from + p.data_count, std::min(longer, p.to));
+            ASSERT_LE(p.to - p.data_from, plan.length);
+            ASSERT_LE(p.data_count + shorter - 1 - plan.length, p.from - p.data_from);
+          }
+          ASSERT_EQ(next, f.last());
+        }
+      }
+    }
+  }
+}
+
+TYPED_TEST(Convolution, ATaskTakesOtherDataAndEdits) {
+  using T = TypeParam;
+  constexpr int kX = 900, kY = 300, kZ = 400;
+  const std::vector<T> x = integers<T>(kX, 7);
+  ::vsl_cc_task* task = nullptr;
+  ASSERT_EQ(entries<T>::create[0](&task, 0, kX, kY, kZ, x.data(), 1), 0);
+  for (unsigned round = 0; round < 6; ++round) {
+    const int start = round < 3 ? 0 : 500;
+    vsl_cc_set(reinterpret_cast<conv::vsl_cc_task*>(task), 5, &start);
+    const std::vector<T> y = integers<T>(kY, 8 + round);
+    // The results may take the place of an operand.
+    std::vector<T> z = y;
+    z.resize(kZ);
+    ASSERT_EQ(entries<T>::execute[0](task, round % 2 == 0 ? z.data() : y.data(), 1, z.data(), 1), 0);
+    for (int r = 0; r < kZ; ++r)
+      ASSERT_LE(std::abs(widen(z[static_cast<std::size_t>(r)]) - reference(false, x, y, start + r)),
+                kEps<T> * 1e5)
+          << round << ' ' << r;
+  }
+  EXPECT_EQ(vslConvDeleteTask(&task), 0);
+}
+
 /// A dense array of any rank, first dimension fastest.
 struct array {
   std::vector<int> n;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fft/kernels/shared/autosort.inl.h"
+#include "fft/kernels/shared/filter.inl.h"
 #include "fft/kernels/shared/register_lines.inl.h"
 #include "fft/kernels/shared/whole_lines.inl.h"
 
@@ -49,7 +50,8 @@ constexpr autosort_kernels<C, R> all_autosort() {
           {turn_and_deal<R, false>, turn_and_deal<R, true>},
           {QEL_LENGTHS(line_columns, false), QEL_LENGTHS(line_columns, true)},
           {QEL_LENGTHS(line_rows, false), QEL_LENGTHS(line_rows, true)},
-          {line_by_sums<R, false>, line_by_sums<R, true>}};
+          {line_by_sums<R, false>, line_by_sums<R, true>},
+          real_filter<R>};
   add_registers<C, R, false>(kernels);
   add_registers<C, R, true>(kernels);
   return kernels;
