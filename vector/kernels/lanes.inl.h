@@ -22,6 +22,7 @@ struct doubles {
   static reg sub(reg a, reg b) { return _mm512_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
   static reg div(reg a, reg b) { return _mm512_div_pd(a, b); }
+  static reg mul_add(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
   static reg min(reg a, reg b) { return _mm512_maskz_min_pd(kAll, a, b); }
   static reg max(reg a, reg b) { return _mm512_maskz_max_pd(kAll, a, b); }
   // Zeros of both signs and denormal numbers: those whose exponent field is 0.
@@ -49,6 +50,9 @@ struct doubles {
   static reg sub(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
   static reg div(reg a, reg b) { return _mm256_div_pd(a, b); }
+#ifdef __FMA__
+  static reg mul_add(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
+#endif
   static reg min(reg a, reg b) { return _mm256_min_pd(a, b); }
   static reg max(reg a, reg b) { return _mm256_max_pd(a, b); }
   static flags none() { return _mm256_setzero_pd(); }
