@@ -8,9 +8,9 @@
 #include <atomic>
 #include <cstdint>
 
+#include "service/largest_cache.h"
 #include "service/serv.h"
 #include "service/thread_policy.h"
-#include "vector/vml/caches.h"
 #include "vector/vml/rules.h"
 #include "vector/vml/state.h"
 #include "vector/vml/vector_rows.h"
