@@ -139,11 +139,12 @@ template <csr_part kPart>
 }
 #endif
 /// The sum over the entries that take part; the diagonal's column counts from the base, as columns do.
-template <csr_part kPart, bool kConjugate, class T>
+template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 [[gnu::always_inline]] inline T part_sum(core_int diagonal_column, const T* a, const int* columns,
                                          core_int count, const T* x) {
 #ifdef __AVX2__
-  if constexpr (sizeof(T) == sizeof(double) && kPart != kDiagonal) {
+  // Of a large matrix, x is large, too: elements that are not needed cost more than branches.
+  if constexpr (sizeof(T) == sizeof(double) && kPart != kDiagonal && !kStreams) {
     if (count >= kLongRow) return long_part_sum<kPart>(diagonal_column, a, columns, count, x);
   }
 #endif
@@ -169,7 +170,7 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
       sum = row_sum<kConjugate>(a + start, columns + start, count, based_x);
     } else {
       if constexpr (kPart != kDiagonalUnit)
-        sum = part_sum<kPart, kConjugate>(i + base, a + start, columns + start, count, based_x);
+        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count, based_x);
       if (is_unit(kPart) && i < rows->column_count) sum = plus(sum, x[i]);
     }
     y[i] = overwrites ? times(alpha, sum) : multiple(alpha, sum, y[i]);
