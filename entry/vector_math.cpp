@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Entries of vector math, which test their own arguments, and of its state.
+#include <cstddef>
+
 #include "entry/reports.h"
 #include "entry/shapes.h"
 #include "qel/vml.h"
@@ -10,27 +12,23 @@ namespace {
 
 using operation = void(int n, const double* a, const double* b, double* r);
 
-/// Where a bad argument stands, 0 if there is none; the status that goes with it.
-struct bad_argument {
-  int position, status;
-};
-bad_argument find_bad(int n, const double* a, const double* b, const double* r) {
-  if (n < 0) return {1, VML_STATUS_BADSIZE};
-  if (n == 0) return {0, VML_STATUS_OK};
-  const int position = a == nullptr ? 2 : b == nullptr ? 3 : r == nullptr ? 4 : 0;
-  return {position, position == 0 ? VML_STATUS_OK : VML_STATUS_BADMEM};
+/// Reports the first bad argument by the entry's name in its own case, and leaves the status.
+[[gnu::noinline, gnu::cold]] void refuse(const char* reported, int n, const double* a, const double* b) {
+  qel::entry::report_as_it_stands(reported, n < 0 ? 1 : a == nullptr ? 2 : b == nullptr ? 3 : 4);
+  qel::vml_set_status(n < 0 ? VML_STATUS_BADSIZE : VML_STATUS_BADMEM);
 }
 
-/// What a vector-math entry does: it reports by its name in its own case, and leaves the status.
+/// What a vector-math entry does. The length comes by value, as the trace takes it, so that a plain call ends
+/// in a jump.
 struct vector_shape {
-  static void run(const char*, operation* carry_out, const char* reported, const int* n, const double* a,
-                  const double* b, double* r) {
-    const bad_argument bad = find_bad(*n, a, b, r);
-    if (bad.position != 0) [[unlikely]] {
-      qel::entry::report_as_it_stands(reported, bad.position);
-      return qel::vml_set_status(bad.status);
+  static void run(const char*, operation* carry_out, const char* reported, std::size_t length,
+                  const double* a, const double* b, double* r) {
+    const int n = static_cast<int>(length);
+    if (n == 0) return;
+    if (n < 0 || a == nullptr || b == nullptr || r == nullptr) [[unlikely]] {
+      return refuse(reported, n, a, b);
     }
-    if (*n > 0) carry_out(*n, a, b, r);
+    carry_out(n, a, b, r);
   }
 };
 constexpr qel::entry::entry_call<vector_shape> call_vector;
@@ -39,6 +37,7 @@ struct reported_name {
   const char* text;
   operator const char*() const { return text; }
 };
+constexpr std::size_t length(int n) { return static_cast<std::size_t>(n); }
 constexpr reported_name kDiv{"vdDiv"}, kMul{"vdMul"}, kSub{"vdSub"};
 
 }  // namespace
@@ -46,16 +45,16 @@ constexpr reported_name kDiv{"vdDiv"}, kMul{"vdMul"}, kSub{"vdSub"};
 extern "C" {
 
 void vdDiv(int n, const double* a, const double* b, double* r) {
-  call_vector(__func__, qel::core::vd_div, kDiv, &n, a, b, r);
+  call_vector(__func__, qel::core::vd_div, kDiv, length(n), a, b, r);
 }
 void vddiv(const int* n, const double* a, const double* b, double* r) {
-  call_vector(__func__, qel::core::vd_div, kDiv, n, a, b, r);
+  call_vector(__func__, qel::core::vd_div, kDiv, length(*n), a, b, r);
 }
 void vdMul(int n, const double* a, const double* b, double* r) {
-  call_vector(__func__, qel::core::vd_mul, kMul, &n, a, b, r);
+  call_vector(__func__, qel::core::vd_mul, kMul, length(n), a, b, r);
 }
 void vdSub(int n, const double* a, const double* b, double* r) {
-  call_vector(__func__, qel::core::vd_sub, kSub, &n, a, b, r);
+  call_vector(__func__, qel::core::vd_sub, kSub, length(n), a, b, r);
 }
 
 QEL_API decltype(vddiv) vddiv_ __attribute__((alias("vddiv")));

@@ -168,10 +168,11 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
   });
 }
 
-/// What a caller does for a result of unknown size: count, allocate, fill. Eigen allocates, too.
+/// What a caller does for a result of unknown size: count, allocate, fill. Eigen allocates, too, and like
+/// here sets nothing to zero.
 struct sparse_result {
-  std::vector<int> ic, jc;
-  std::vector<double> c;
+  std::unique_ptr<int[]> ic, jc;
+  std::unique_ptr<double[]> c;
 };
 
 void matrix_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) {
@@ -185,12 +186,13 @@ void matrix_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
   const int n = a->n;
   const auto twice = [n](auto run) {
     sparse_result r;
-    r.ic.resize(static_cast<size_t>(n) + 1);
+    r.ic = std::make_unique_for_overwrite<int[]>(static_cast<size_t>(n) + 1);
     run(1, r);
-    r.jc.resize(static_cast<size_t>(r.ic.back()) - 1);
-    r.c.resize(static_cast<size_t>(r.ic.back()) - 1);
+    const auto entries = static_cast<size_t>(r.ic[n]) - 1;
+    r.jc = std::make_unique_for_overwrite<int[]>(entries);
+    r.c = std::make_unique_for_overwrite<double[]>(entries);
     run(2, r);
-    benchmark::DoNotOptimize(r.c.data());
+    benchmark::DoNotOptimize(r.c.get());
   };
   std::string name = "csradd/" + pattern;
   remember_case(name);
@@ -200,7 +202,7 @@ void matrix_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
       const double beta = 2;
       int info;
       sum("N", &request, &sort, &n, &n, a->a.data(), a->ja.data(), a->ia.data(), &beta, b->a.data(),
-          b->ja.data(), b->ia.data(), r.c.data(), r.jc.data(), r.ic.data(), &nzmax, &info);
+          b->ja.data(), b->ia.data(), r.c.get(), r.jc.get(), r.ic.get(), &nzmax, &info);
     });
   });
   add(name, "Eigen", {}, [=] {
@@ -214,7 +216,7 @@ void matrix_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
       const int sort = 0, nzmax = 0;
       int info;
       product("N", &request, &sort, &n, &n, &n, a->a.data(), a->ja.data(), a->ia.data(), b->a.data(),
-              b->ja.data(), b->ia.data(), r.c.data(), r.jc.data(), r.ic.data(), &nzmax, &info);
+              b->ja.data(), b->ia.data(), r.c.get(), r.jc.get(), r.ic.get(), &nzmax, &info);
     });
   });
   add(name, "Eigen", {}, [=] {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "bench/vector/plain_loops.h"
 
+#include <emmintrin.h>
+
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <random>
 
@@ -26,5 +29,10 @@ void standard_uniform(int n, double* r) {
   for (int i = 0; i < n; ++i) r[i] = uniform(engine);
 }
 void constant_fill(int n, double* r) { std::fill(r, r + n, 0.5); }
+void constant_fill_past_caches(int n, double* r) {
+  for (int i = 0; i < n; ++i)
+    _mm_stream_si64(reinterpret_cast<long long*>(r + i), std::bit_cast<long long>(0.5));
+  _mm_sfence();
+}
 
 }  // namespace qel::bench

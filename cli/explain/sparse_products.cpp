@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Products and sums of CSR matrices.
 #include "cli/explain/menu.h"
+#include "service/largest_cache.h"
 #include "service/native_level.h"
 #include "service/serv.h"
 #include "service/thread_policy.h"
@@ -15,7 +16,7 @@ struct vector_question {
   std::string type = "d", kind = "G";
   bool transposed = false;
   double far_share = 0;
-  core_int second_cache = 0;
+  core_int largest_cache = 0;
 };
 void declare_vector(CLI::App& command, vector_question& q) {
   add_size(command, "ROWS", q.rows, "Rows");
@@ -28,12 +29,10 @@ void declare_vector(CLI::App& command, vector_question& q) {
   command.add_flag("--transposed", q.transposed, "A^T x");
   command.add_option("--far-share", q.far_share, "Entries far off the diagonal, 0 to 1")
       ->capture_default_str();
-  command.add_option("--second-cache", q.second_cache, "Bytes, instead of this processor's");
+  command.add_option("--largest-cache", q.largest_cache, "Bytes, instead of this processor's");
 }
 
 report explain_vector(const vector_question& q, const asked_machine& machine) {
-  int caches[5];
-  serv_native_cache_sizes(caches);
   const int level = machine.level_or_own();
   const core_int element = q.type == "z" ? 16 : 8;
   const sparse::csr_vector_facts facts = {q.kind[0],
@@ -44,7 +43,7 @@ report explain_vector(const vector_question& q, const asked_machine& machine) {
                                           machine.threads_or_own(kDomainAll),
                                           level >= kFirstNativeLevel,
                                           q.entries * (element + core_int{sizeof(int)}),
-                                          q.second_cache > 0 ? q.second_cache : caches[2],
+                                          q.largest_cache > 0 ? q.largest_cache : largest_native_cache(),
                                           q.far_share};
   const sparse::csr_vector_plan plan = sparse::plan_csr_vector(facts);
   constexpr const char* kNames[] = {"serial", "rows for each thread", "a result for each thread",

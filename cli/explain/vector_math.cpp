@@ -5,9 +5,9 @@
 #include <algorithm>
 
 #include "cli/explain/menu.h"
+#include "service/largest_cache.h"
 #include "service/serv.h"
 #include "service/thread_policy.h"
-#include "vector/vml/caches.h"
 #include "vector/vml/rules.h"
 
 namespace qel::cli {

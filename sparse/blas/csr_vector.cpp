@@ -8,6 +8,7 @@
 #include "blas/plain/scratch.h"
 #include "service/complex_arithmetic.h"
 #include "service/dispatch.h"
+#include "service/largest_cache.h"
 #include "sparse/blas/csr.h"
 #include "sparse/blas/csr_vector_plan.h"
 #include "sparse/kernels/csr_kernels.h"
@@ -247,14 +248,18 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
   product.y = y;
   product.result_rows = length;
   choose(product, options.about, options.transposed, options.conjugated);
-  int caches[5];
-  serv_native_cache_sizes(caches);
   const core_int entries = core_int{end[rows - 1]} - begin[0];
   const core_int bytes = entries * static_cast<core_int>(sizeof(T) + sizeof(int));
   const int threads = serv_in_parallel() ? 1 : serv_threads_all();
-  csr_vector_facts facts = {
-      options.about.kind, options.transposed, rows, columns, entries, threads, serv_cpu_level() >= 5, bytes,
-      caches[2]};
+  csr_vector_facts facts = {options.about.kind,
+                            options.transposed,
+                            rows,
+                            columns,
+                            entries,
+                            threads,
+                            serv_cpu_level() >= 5,
+                            bytes,
+                            largest_native_cache()};
   csr_vector_plan plan = plan_csr_vector(facts);
   if (plan.scheme == csr_scheme::kFarRows) {
     facts.far_share = far_share_of(product.matrix, facts.threads);

@@ -20,7 +20,7 @@ struct csr_vector_facts {
   core_int rows, columns, entries;
   int threads;  ///< as the thread policy has it, 1 inside a parallel region
   bool native;
-  core_int bytes = 0, second_cache = 0;  ///< of values and columns; 0: unknown
+  core_int bytes = 0, largest_cache = 0;  ///< of values and columns; 0: unknown
   double far_share =
       0;  ///< native, symmetric: entries that lie a thread's share of the rows off the diagonal
 };

@@ -243,8 +243,8 @@ TEST(CsrVectorPlan, Table) {
     EXPECT_EQ(plan.even_entries, row.even) << line;
     EXPECT_EQ(plan.shared_sum, row.shared) << line;
   }
-  EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 1024}).streams);
-  EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 1024}).streams);
+  EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 2048}).streams);
+  EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 2048}).streams);
 }
 
 TEST(CsrChecks, FirstBadArgument) {

@@ -86,8 +86,14 @@ TEST(RandomStream, LongFillsAreShortOnesInARow) {
 TEST(RandomStream, EveryTypesKernelGivesTheSameBitsAndStaysInside) {
   const int n = 9000;
   const std::vector<uint32_t> words = words_of(42, n);
+  // Ways to make a number: a scaled word, a rounded product, products too large and too small for shortcuts.
+  const struct {
+    double a, scale;
+  } intervals[] = {{0, 1}, {0.1, 0x1.3456789p-33}, {-0.5, 0x1p-32}, {0, 0x1.23p990}, {0, 0x1.9p-1070}};
+  const auto number = [&](const auto& in, int k) { return in.a + words[static_cast<size_t>(k)] * in.scale; };
+  size_t turn = 0;
   for (const int type : test::runnable_types()) {
-    for (const int length : {249, 250, 253, 1001, 1999, 2000, 2007, 2008, 2015, 4001, 8700}) {
+    for (const int length : {5, 100, 249, 250, 253, 1001, 1999, 2000, 2007, 2008, 2015, 4001, 8700}) {
       for (const size_t shift : {0U, 5U, 8U}) {
         r250_register state{};
         std::vector<uint32_t> x = words_of(42, 250);
@@ -96,12 +102,14 @@ TEST(RandomStream, EveryTypesKernelGivesTheSameBitsAndStaysInside) {
         }
         state.q = kR250Lag;
         test::guarded<double> r(static_cast<size_t>(length), shift);
-        kR250Fill.kernel[type](state, length, r.data(), 0, 1, shift == 8);
+        const auto& in = intervals[turn++ % std::size(intervals)];
+        kR250Fill.kernel[type](state, length, r.data(), in.a, in.scale, shift == 8);
         std::vector<double> got(static_cast<size_t>(length));
         std::memcpy(got.data(), r.data(), got.size() * sizeof(double));
         // The register holds outputs 0 to 249, so these are outputs 250 and on.
         for (int k = 0; k < length && k + 250 < n; ++k) {
-          ASSERT_EQ(got[static_cast<size_t>(k)], words[static_cast<size_t>(k) + 250]) << type << ' ' << k;
+          ASSERT_EQ(got[static_cast<size_t>(k)], number(in, k + 250))
+              << type << ' ' << in.scale << ' ' << length << ' ' << k;
         }
       }
     }

@@ -114,5 +114,22 @@ TEST(StoreRule, SendsWhatNoCacheHoldsPastThem) {
   for (const auto& c : cases) EXPECT_EQ(stores_past_caches(c.facts), c.want) << c.facts.type;
 }
 
+TEST(VmlPlan, KeepsResultsInHalfOfTheCache) {
+  // 24 bytes an element.
+  const struct {
+    int n, type;
+    bool divides, past_caches;
+  } cases[] = {{200000, 6, false, false},
+               {200001, 6, false, true},
+               {200001, 7, true, true},
+               {200001, 5, false, false}};
+  for (const auto& c : cases) {
+    const vml_plan plan =
+        plan_vml({c.divides, kDivisionHa, c.n, c.type, 1, true, {2, 2, 1}, 9600000, false, nullptr});
+    EXPECT_EQ(plan.past_caches, c.past_caches) << c.n;
+    EXPECT_EQ(plan.threads, 1);
+  }
+}
+
 }  // namespace
 }  // namespace qel

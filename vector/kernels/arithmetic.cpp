@@ -32,48 +32,71 @@ inline void divide_one(int i, const double* a, const double* b, double* r, doubl
 }
 
 /// A block of kRegs registers; false, with nothing stored, if a divisor has exponent field 0.
-template <int kRegs, bool kStreamed = false>
-[[gnu::always_inline]] inline bool divide_registers(const double* a, const double* b, double* r) {
+template <int kRegs, class Access>
+[[gnu::always_inline]] inline bool divide_registers(Access access, const double* a, const double* b,
+                                                    double* r) {
   doubles::reg quotient[kRegs];
   doubles::flags small = doubles::none();
 #pragma GCC unroll 8
   for (int k = 0; k < kRegs; ++k) {
-    const doubles::reg divisor = doubles::load(b + k * doubles::kCount);
+    const doubles::reg divisor = access.load(b + k * doubles::kCount);
     small = doubles::zero_exponents(divisor, small);
-    quotient[k] = doubles::div(doubles::load(a + k * doubles::kCount), divisor);
+    quotient[k] = doubles::div(access.load(a + k * doubles::kCount), divisor);
   }
   if (doubles::any(small)) [[unlikely]] {
     return false;
   }
 #pragma GCC unroll 8
-  for (int k = 0; k < kRegs; ++k) put<kStreamed>(r + k * doubles::kCount, quotient[k]);
+  for (int k = 0; k < kRegs; ++k) access.store(r + k * doubles::kCount, quotient[k]);
   return true;
 }
 
+/// Quotients from element i on, with small divisors among them.
+template <bool kStreamed>
+[[gnu::noinline, gnu::cold]] void divide_with_care(int i, int n, const double* a, const double* b,
+                                                   double* r) {
+  for (; i + kBlock <= n; i += kBlock) {
+    if (!divide_registers<kRegisters>(whole_register<kStreamed>(), a + i, b + i, r + i))
+      divide_small(i, kBlock, a, b, r);
+  }
+  if (kStreamed) _mm_sfence();
+  if (i < n) divide_small(i, n - i, a, b, r);
+}
+
+/// A block with small divisors ends it: what follows is done with care, so that this way needs no frame.
 template <bool kStreamed>
 [[gnu::always_inline]] inline void divide(int n, const double* a, const double* b, double* r) {
   int i = kStreamed ? elements_ahead_of_line(r, n) : 0;
   if (kStreamed) divide_rest(0, i, a, b, r);
   for (; i + kBlock <= n; i += kBlock) {
-    if (!divide_registers<kRegisters, kStreamed>(a + i, b + i, r + i)) divide_small(i, kBlock, a, b, r);
+    if (!divide_registers<kRegisters>(whole_register<kStreamed>(), a + i, b + i, r + i)) [[unlikely]]
+      return divide_with_care<kStreamed>(i, n, a, b, r);
   }
   if (kStreamed) _mm_sfence();
   for (; i + doubles::kCount <= n; i += doubles::kCount) {
-    if (!divide_registers<1>(a + i, b + i, r + i)) divide_small(i, doubles::kCount, a, b, r);
+    if (!divide_registers<1>(whole_register<false>(), a + i, b + i, r + i)) [[unlikely]]
+      return divide_with_care<false>(i, n, a, b, r);
   }
-  if (i < n) divide_rest(i, n, a, b, r);
+  if (i == n) return;
+#if defined(__AVX512F__)
+  if (!divide_registers<1>(part_of_register{doubles::first(n - i)}, a + i, b + i, r + i)) [[unlikely]]
+    divide_with_care<false>(i, n, a, b, r);
+#else
+  divide_rest(i, n, a, b, r);
+#endif
 }
 
 /// Op works on registers and on single numbers.
-template <int kRegs, bool kStreamed, class Op>
-[[gnu::always_inline]] inline void join_registers(const double* a, const double* b, double* r, Op op) {
+template <int kRegs, class Access, class Op>
+[[gnu::always_inline]] inline void join_registers(Access access, const double* a, const double* b, double* r,
+                                                  Op op) {
   doubles::reg result[kRegs];
 #pragma GCC unroll 8
   for (int k = 0; k < kRegs; ++k) {
-    result[k] = op(doubles::load(a + k * doubles::kCount), doubles::load(b + k * doubles::kCount));
+    result[k] = op(access.load(a + k * doubles::kCount), access.load(b + k * doubles::kCount));
   }
 #pragma GCC unroll 8
-  for (int k = 0; k < kRegs; ++k) put<kStreamed>(r + k * doubles::kCount, result[k]);
+  for (int k = 0; k < kRegs; ++k) access.store(r + k * doubles::kCount, result[k]);
 }
 template <class Op>
 [[gnu::always_inline]] inline void join_rest(int i, int n, const double* a, const double* b, double* r,
@@ -85,10 +108,17 @@ template <bool kStreamed, class Op>
 [[gnu::always_inline]] inline void join(int n, const double* a, const double* b, double* r, Op op) {
   int i = kStreamed ? elements_ahead_of_line(r, n) : 0;
   if (kStreamed) join_rest(0, i, a, b, r, op);
-  for (; i + kBlock <= n; i += kBlock) join_registers<kRegisters, kStreamed>(a + i, b + i, r + i, op);
+  for (; i + kBlock <= n; i += kBlock)
+    join_registers<kRegisters>(whole_register<kStreamed>(), a + i, b + i, r + i, op);
   if (kStreamed) _mm_sfence();
-  for (; i + doubles::kCount <= n; i += doubles::kCount) join_registers<1, false>(a + i, b + i, r + i, op);
+  for (; i + doubles::kCount <= n; i += doubles::kCount)
+    join_registers<1>(whole_register<false>(), a + i, b + i, r + i, op);
+  if (i == n) return;
+#if defined(__AVX512F__)
+  join_registers<1>(part_of_register{doubles::first(n - i)}, a + i, b + i, r + i, op);
+#else
   join_rest(i, n, a, b, r, op);
+#endif
 }
 
 struct times {

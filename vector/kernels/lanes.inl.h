@@ -22,6 +22,7 @@ struct doubles {
   static reg sub(reg a, reg b) { return _mm512_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
   static reg div(reg a, reg b) { return _mm512_div_pd(a, b); }
+  static reg mul_add(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
   static reg min(reg a, reg b) { return _mm512_maskz_min_pd(kAll, a, b); }
   static reg max(reg a, reg b) { return _mm512_maskz_max_pd(kAll, a, b); }
   // Zeros of both signs and denormal numbers: those whose exponent field is 0.
@@ -30,6 +31,11 @@ struct doubles {
     return static_cast<flags>(others | _mm512_fpclass_pd_mask(v, 0x26));
   }
   static bool any(flags f) { return f != 0; }
+  static flags first(int n) { return static_cast<flags>((1u << n) - 1); }
+  static reg load_part(const double* p, flags part, reg others) {
+    return _mm512_mask_loadu_pd(others, part, p);
+  }
+  static void store_part(double* p, flags part, reg v) { _mm512_mask_storeu_pd(p, part, v); }
 };
 #elif defined(__AVX__)
 struct doubles {
@@ -44,6 +50,9 @@ struct doubles {
   static reg sub(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
   static reg div(reg a, reg b) { return _mm256_div_pd(a, b); }
+#ifdef __FMA__
+  static reg mul_add(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
+#endif
   static reg min(reg a, reg b) { return _mm256_min_pd(a, b); }
   static reg max(reg a, reg b) { return _mm256_max_pd(a, b); }
   static flags none() { return _mm256_setzero_pd(); }
@@ -86,6 +95,21 @@ template <bool kStreamed>
     doubles::store(p, v);
   }
 }
+
+// How a register gets to and from memory: as a whole, or the first lanes of it, when ones stand in the
+// others.
+template <bool kStreamed>
+struct whole_register {
+  doubles::reg load(const double* p) const { return doubles::load(p); }
+  void store(double* p, doubles::reg v) const { put<kStreamed>(p, v); }
+};
+#if defined(__AVX512F__)
+struct part_of_register {
+  doubles::flags lanes;
+  doubles::reg load(const double* p) const { return doubles::load_part(p, lanes, doubles::all(1)); }
+  void store(double* p, doubles::reg v) const { doubles::store_part(p, lanes, v); }
+};
+#endif
 
 /// Elements ahead of the first one on a cache line, at most n. p is a multiple of 8.
 inline int elements_ahead_of_line(const double* p, int n) {

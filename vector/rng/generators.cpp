@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "service/largest_cache.h"
 #include "vector/rng/stream.h"
-#include "vector/vml/caches.h"
 #include "vector/vml/rules.h"
 #include "vector/vml/vector_rows.h"
 

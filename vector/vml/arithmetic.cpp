@@ -8,9 +8,9 @@
 #include <atomic>
 #include <cstdint>
 
+#include "service/largest_cache.h"
 #include "service/serv.h"
 #include "service/thread_policy.h"
-#include "vector/vml/caches.h"
 #include "vector/vml/rules.h"
 #include "vector/vml/state.h"
 #include "vector/vml/vector_rows.h"
@@ -48,18 +48,7 @@ vml_topology topology() {
   return {count(0), count(1), count(2)};
 }
 
-constinit std::atomic<int> division_fork_length{0};
-
-int fork_length() {
-  int length = division_fork_length.load(relaxed);
-  if (length == 0) [[unlikely]] {
-    length = vml_fork_length(topology(), kDivisionHa, serv_cpu_type());
-    division_fork_length.store(length, relaxed);
-  }
-  return length;
-}
-
-/// The kernels of division and the row of each one's cost, by accuracy. The slots are filled together.
+/// The kernels of division and the row of each one's cost, by accuracy.
 struct division {
   bind_slot<vml_kernel> slot;
   const type_row<vml_kernel>& kernels;
@@ -67,18 +56,22 @@ struct division {
 };
 constinit division divisions[] = {
     {nullptr, kDivHa, kDivisionHa}, {nullptr, kDivLa, kDivisionLa}, {nullptr, kDivEp, kDivisionEp}};
+constinit std::atomic<int> division_fork_length{0};
 
-const division& division_of(unsigned mode) {
-  if (divisions[0].slot.load(std::memory_order_acquire) == nullptr) [[unlikely]] {
-    for (int i = 2; i >= 0; --i) {  // the first one last: it tells that all are there
-      divisions[i].slot.store(choose_kernel(divisions[i].kernels), std::memory_order_release);
-    }
+/// The first slot, which is filled last, tells that all are filled and the length is known.
+bool division_is_bound() { return divisions[0].slot.load(std::memory_order_acquire) != nullptr; }
+void bind_division() {
+  division_fork_length.store(vml_fork_length(topology(), kDivisionHa, serv_cpu_type()), relaxed);
+  for (int i = 2; i >= 0; --i) {
+    divisions[i].slot.store(choose_kernel(divisions[i].kernels), std::memory_order_release);
   }
+}
+const division& division_of(unsigned mode) {
   const unsigned accuracy = mode & kAccuracyBits;
   return divisions[accuracy == VML_HA ? 0 : accuracy == VML_LA ? 1 : 2];
 }
 
-/// For calls of at least fork_length() elements.
+/// For calls of at least the fork length.
 vml_plan plan_of(bool divides, vml_cost_row row, int n, const double* a, const double* b, const double* r) {
   const int type = serv_cpu_type();
   return plan_vml({divides, row, n, type, serv_threads_for_domain(kDomainVml), serv_threads_dynamic() != 0,
@@ -109,37 +102,47 @@ vml_plan plan_of(bool divides, vml_cost_row row, int n, const double* a, const d
   master.status = shared_status.load(relaxed);
 }
 
+[[gnu::noinline, gnu::cold]] void divide_first(int n, const double* a, const double* b, double* r) {
+  vml_state();
+  if (!division_is_bound()) bind_division();
+  core::vd_div(n, a, b, r);
+}
+
 /// Multiplication and subtraction have no modes; only native types have long ones.
-template <const type_row<vml_kernel>& kStreamed>
-[[gnu::noinline]] void run_long(vml_kernel* plain, int n, const double* a, const double* b, double* r) {
+template <const type_row<vml_kernel>& kRow, const type_row<vml_kernel>& kStreamed>
+[[gnu::noinline]] void run_long(int n, const double* a, const double* b, double* r) {
+  if (serv_cpu_type() < kFirstNativeType) return choose_kernel(kRow)(n, a, b, r);
   const vml_plan plan = plan_of(/*divides=*/false, kDivisionHa, n, a, b, r);
-  vml_kernel* const kernel = plan.past_caches ? choose_kernel(kStreamed) : plain;
+  vml_kernel* const kernel = choose_kernel(plan.past_caches ? kStreamed : kRow);
   if (plan.threads == 1) return kernel(n, a, b, r);
   for_parts(n, plan.threads, [=](int start, int length) {
     if (length > 0) kernel(length, a + start, b + start, r + start);
   });
 }
-template <const type_row<vml_kernel>& kRow, const type_row<vml_kernel>& kStreamed>
+template <auto& kSlot, const type_row<vml_kernel>& kRow, const type_row<vml_kernel>& kStreamed>
 void run(int n, const double* a, const double* b, double* r) {
-  static constinit bind_slot<vml_kernel> slot{nullptr};
-  vml_kernel* kernel = slot.load(relaxed);
-  if (kernel == nullptr) [[unlikely]] {
-    kernel = choose_kernel(kRow);
-    slot.store(kernel, relaxed);
-  }
-  if (n >= kNativeVmlFork && serv_cpu_type() >= kFirstNativeType)
-    return run_long<kStreamed>(kernel, n, a, b, r);
-  kernel(n, a, b, r);
+  if (n >= kNativeVmlFork) return run_long<kRow, kStreamed>(n, a, b, r);
+  call_bound<kSlot, kRow>(n, a, b, r);
 }
+constinit bind_slot<vml_kernel> mul_slot{nullptr}, sub_slot{nullptr};
 
 }  // namespace
 
+// The way of short vectors is a jump into the kernel: nothing is saved on it.
 void core::vd_div(int n, const double* a, const double* b, double* r) {
-  const division& chosen = division_of(vml_get_mode());
-  if (n < fork_length()) return chosen.slot.load(relaxed)(n, a, b, r);
-  divide_on_threads(chosen, n, a, b, r);
+  const vml_record* const state = own_vml_record;
+  if (state == nullptr || !division_is_bound()) [[unlikely]] {
+    return divide_first(n, a, b, r);
+  }
+  const division& chosen = division_of(state->mode);
+  if (n >= division_fork_length.load(relaxed)) return divide_on_threads(chosen, n, a, b, r);
+  chosen.slot.load(relaxed)(n, a, b, r);
 }
-void core::vd_mul(int n, const double* a, const double* b, double* r) { run<kMul, kMulStreamed>(n, a, b, r); }
-void core::vd_sub(int n, const double* a, const double* b, double* r) { run<kSub, kSubStreamed>(n, a, b, r); }
+void core::vd_mul(int n, const double* a, const double* b, double* r) {
+  run<mul_slot, kMul, kMulStreamed>(n, a, b, r);
+}
+void core::vd_sub(int n, const double* a, const double* b, double* r) {
+  run<sub_slot, kSub, kSubStreamed>(n, a, b, r);
+}
 
 }  // namespace qel

@@ -79,7 +79,7 @@ int vml_fork_length(const vml_topology& topology, vml_cost_row row, int type) {
 }
 
 bool stores_past_caches(const store_facts& facts) {
-  return facts.type >= kFirstNativeType && !facts.in_place && facts.bytes > facts.largest_cache &&
+  return facts.type >= kFirstNativeType && !facts.in_place && facts.bytes > facts.room &&
          reinterpret_cast<std::uintptr_t>(facts.result) % 8 == 0;
 }
 
@@ -105,8 +105,8 @@ vml_plan plan_vml(const vml_facts& facts) {
   if (!facts.divides && facts.type < kFirstNativeType) return {1, false, "no threads on this processor type"};
   if (facts.n < vml_fork_length(facts.topology, kDivisionHa, facts.type)) return {1, false, "short vectors"};
   const double bytes = 1.0 * kArrays * sizeof(double) * facts.n;
-  const bool past_caches =
-      stores_past_caches({facts.type, bytes, facts.largest_cache, facts.in_place, facts.result});
+  const int room = static_cast<int>(kVmlShareOfCache * facts.largest_cache);
+  const bool past_caches = stores_past_caches({facts.type, bytes, room, facts.in_place, facts.result});
   if (facts.threads == 1) return {1, past_caches, "one thread in the domain"};
   if (!facts.dynamic) return {facts.threads, past_caches, "no dynamic adjustment: all threads of the domain"};
   const int threads = vml_refined_threads(facts.threads, facts.topology, facts.row, facts.type, facts.n);

@@ -7,38 +7,33 @@
 #include "service/serv.h"
 
 namespace qel {
+
+constinit thread_local vml_record* own_vml_record = nullptr;
+
 namespace {
 
-[[gnu::tls_model("initial-exec")]] constinit thread_local vml_record* own_record = nullptr;
 constinit vml_record shared_record;
 
 /// Releases the record at the thread's end.
 struct record_owner {
   ~record_owner() {
-    serv_aligned_free(own_record == &shared_record ? nullptr : own_record);
-    own_record = nullptr;
+    serv_aligned_free(own_vml_record == &shared_record ? nullptr : own_vml_record);
+    own_vml_record = nullptr;
   }
 };
 
-[[gnu::noinline, gnu::cold]] vml_record& make_record() {
+}  // namespace
+
+[[gnu::noinline, gnu::cold]] vml_record& make_vml_record() {
   if (void* memory = serv_aligned_malloc(sizeof(vml_record), alignof(vml_record))) {
     static thread_local record_owner owner;
     (void)owner;
-    own_record = new (memory) vml_record;
+    own_vml_record = new (memory) vml_record;
   } else {
     serv_message(0, kVmlNoMemoryMessage, 0);
-    own_record = &shared_record;
+    own_vml_record = &shared_record;
   }
-  return *own_record;
-}
-
-}  // namespace
-
-vml_record& vml_state() {
-  if (own_record == nullptr) [[unlikely]] {
-    return make_record();
-  }
-  return *own_record;
+  return *own_vml_record;
 }
 
 unsigned changed_vml_mode(unsigned mode, unsigned request) {
@@ -49,8 +44,6 @@ unsigned changed_vml_mode(unsigned mode, unsigned request) {
   if ((request & kErrorBits) != 0) mode = (mode & ~kErrorBits) | (request & kErrorBits);
   return mode;
 }
-
-unsigned vml_get_mode() { return vml_state().mode; }
 
 unsigned vml_set_mode(unsigned mode) {
   vml_record& state = vml_state();

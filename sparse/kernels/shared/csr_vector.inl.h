@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Products of a CSR matrix and a vector, compiled once per level. Rows of kLongRow entries and more are
 // summed in four accumulators, entry p of the row in number p mod 4, added as (0 + 1) + (2 + 3), then the
-// tail in order; shorter ones in order. Where QEL_CSR_FUSED is defined, multiply and add are one rounding.
+// tail in order; shorter ones in order. Of a mirrored triangle, rows of kLongMirroredRow entries are
+// summed in two. Where QEL_CSR_FUSED is defined, multiply and add are one rounding.
 
 namespace qel::QEL_LEVEL {
 namespace {
@@ -99,47 +100,123 @@ template <bool kConjugate, class T>
   return sum;
 }
 
-template <csr_part kPart, bool kConjugate, class T>
-void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  const T scale = *alpha;
-  const core_int base = rows->base;
-  const T* const based_x = rebased(x, base);
-  const int* const columns = rows->columns;
-  const bool streams = rows->streams;
-  for (core_int i = rows->first; i < rows->last; ++i) {
-    const core_int begin = rows->begin[i] - base, end = rows->end[i] - base;
-    if (streams) ask_ahead(a + begin, columns + begin, end - begin);
-    T sum{};
-    if constexpr (kPart == kWhole) {
-      sum = row_sum<kConjugate>(a + begin, columns + begin, end - begin, based_x);
-    } else {
-      if constexpr (kPart != kDiagonalUnit) {
-        for (core_int p = begin; p < end; ++p)
-          if (takes_part<kPart>(i, columns[p] - base))
-            sum = multiple(stored<kConjugate>(a[p]), based_x[columns[p]], sum);
-      }
-      if (is_unit(kPart) && i < rows->column_count) sum = plus(sum, x[i]);
-    }
-    y[i] = rows->overwrites ? times(scale, sum) : multiple(scale, sum, y[i]);
+#ifdef __AVX2__
+/// A long row of a real triangle without branches: zeros stand for both factors of what takes no part, whose
+/// values are read but not used. Where the triangle cuts a row differs from row to row, which no branch
+/// foresees.
+template <csr_part kPart>
+[[gnu::noinline]] double long_part_sum(core_int diagonal_column, const double* a, const int* columns,
+                                       core_int count, const double* x) {
+  // A comparison has all ones or, for the parts with a diagonal, zeros where an entry takes part.
+  constexpr bool kNegated = kPart == kLower || kPart == kUpper;
+  constexpr bool kGreater = kPart == kLower || kPart == kUpperUnit;
+  const __m128i diagonal = _mm_set1_epi32(static_cast<int>(diagonal_column));
+  const auto compared = [diagonal](__m128i j) {
+    return kGreater ? _mm_cmpgt_epi32(j, diagonal) : _mm_cmpgt_epi32(diagonal, j);
+  };
+  const auto kept = [](__m256d mask, __m256d v) {
+    return kNegated ? _mm256_andnot_pd(mask, v) : _mm256_and_pd(mask, v);
+  };
+  __m256d sums = _mm256_setzero_pd();
+  core_int p = 0;
+  for (; p + 4 <= count; p += 4) {
+    const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
+    const __m256d mask = _mm256_castsi256_pd(_mm256_cvtepi32_epi64(compared(j)));
+    const __m256d factors =
+        _mm256_setr_pd(x[columns[p]], x[columns[p + 1]], x[columns[p + 2]], x[columns[p + 3]]);
+    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)), kept(mask, factors), sums);
   }
+  const __m128d halves = _mm_add_pd(_mm256_castpd256_pd128(sums), _mm256_extractf128_pd(sums, 1));
+  __m128d sum = _mm_add_sd(halves, _mm_unpackhi_pd(halves, halves));
+  for (; p < count; ++p) {
+    const __m128d mask = _mm_castsi128_pd(_mm_cvtepi32_epi64(compared(_mm_cvtsi32_si128(columns[p]))));
+    const auto one = [mask](double v) {
+      return kNegated ? _mm_andnot_pd(mask, _mm_set_sd(v)) : _mm_and_pd(mask, _mm_set_sd(v));
+    };
+    sum = _mm_fmadd_sd(one(a[p]), one(x[columns[p]]), sum);
+  }
+  return _mm_cvtsd_f64(sum);
+}
+#endif
+/// The sum over the entries that take part; the diagonal's column counts from the base, as columns do.
+template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+[[gnu::always_inline]] inline T part_sum(core_int diagonal_column, const T* a, const int* columns,
+                                         core_int count, const T* x) {
+#ifdef __AVX2__
+  // Of a large matrix, x is large, too: elements that are not needed cost more than branches.
+  if constexpr (sizeof(T) == sizeof(double) && kPart != kDiagonal && !kStreams) {
+    if (count >= kLongRow) return long_part_sum<kPart>(diagonal_column, a, columns, count, x);
+  }
+#endif
+  T sum{};
+  for (core_int p = 0; p < count; ++p)
+    if (takes_part<kPart>(diagonal_column, columns[p]))
+      sum = multiple(stored<kConjugate>(a[p]), x[columns[p]], sum);
+  return sum;
 }
 
+template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+[[gnu::noinline]] void gather_rows(const csr_slice* rows, const T* a, T alpha, const T* x, T* y) {
+  const core_int base = rows->base, last = rows->last;
+  const T* const based_x = rebased(x, base);
+  const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
+  const bool overwrites = rows->overwrites;
+  a = rebased(a, base);
+  for (core_int i = rows->first; i < last; ++i) {
+    const core_int start = begin[i], count = end[i] - start;
+    if constexpr (kStreams) ask_ahead(a + start, columns + start, count);
+    T sum{};
+    if constexpr (kPart == kWhole) {
+      sum = row_sum<kConjugate>(a + start, columns + start, count, based_x);
+    } else {
+      if constexpr (kPart != kDiagonalUnit)
+        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count, based_x);
+      if (is_unit(kPart) && i < rows->column_count) sum = plus(sum, x[i]);
+    }
+    y[i] = overwrites ? times(alpha, sum) : multiple(alpha, sum, y[i]);
+  }
+}
+template <csr_part kPart, bool kConjugate, class T>
+void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
+  if (rows->streams) return gather_rows<kPart, kConjugate, true>(rows, a, *alpha, x, y);
+  gather_rows<kPart, kConjugate, false>(rows, a, *alpha, x, y);
+}
+
+template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+[[gnu::noinline]] void scatter_rows(const csr_slice* rows, const T* a, T alpha, const T* x, T* y) {
+  const core_int base = rows->base, rows_end = rows->last, with_diagonal = rows->column_count;
+  T* const based_y = rebased(y, base);
+  const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
+  a = rebased(a, base);
+  for (core_int i = rows->first; i < rows_end; ++i) {
+    const T factor = times(alpha, x[i]);
+    if constexpr (kPart != kDiagonalUnit) {
+      const auto add = [=](core_int p) {
+        const core_int j = columns[p];
+        if (takes_part<kPart>(i + base, j))
+          based_y[j] = multiple(stored<kConjugate>(a[p]), factor, based_y[j]);
+      };
+      core_int p = begin[i];
+      const core_int last = end[i];
+      if constexpr (kStreams) ask_ahead(a + p, columns + p, last - p);
+      // Measured: where matrix and result come from far away, one after the other is no slower.
+      if (!kStreams && last - p >= kLongRow) {
+        for (; p + 4 <= last; p += 4) {
+          add(p);
+          add(p + 1);
+          add(p + 2);
+          add(p + 3);
+        }
+      }
+      for (; p < last; ++p) add(p);
+    }
+    if (is_unit(kPart) && i < with_diagonal) y[i] = plus(y[i], factor);
+  }
+}
 template <csr_part kPart, bool kConjugate, class T>
 void scatter(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  const core_int base = rows->base;
-  T* const based_y = rebased(y, base);
-  const int* const columns = rows->columns;
-  for (core_int i = rows->first; i < rows->last; ++i) {
-    const T factor = times(*alpha, x[i]);
-    if constexpr (kPart != kDiagonalUnit) {
-      for (core_int p = rows->begin[i] - base, end = rows->end[i] - base; p < end; ++p) {
-        const core_int j = columns[p];
-        if (takes_part<kPart>(i, j - base))
-          based_y[j] = multiple(stored<kConjugate>(a[p]), factor, based_y[j]);
-      }
-    }
-    if (is_unit(kPart) && i < rows->column_count) y[i] = plus(y[i], factor);
-  }
+  if (rows->streams) return scatter_rows<kPart, kConjugate, true>(rows, a, *alpha, x, y);
+  scatter_rows<kPart, kConjugate, false>(rows, a, *alpha, x, y);
 }
 
 template <class T>
@@ -164,67 +241,103 @@ template <csr_mirror kMirror, class T>
   return value;
 }
 
-template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, class T>
-void symmetric_rows(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y,
-                    [[maybe_unused]] const far_rows<T>* far) {
+/// What a row of a mirrored triangle works with; everything counts from the base.
+template <class T>
+struct mirrored_row {
+  const int* columns;
+  const T *a, *x;
+  T* y;
+  core_int row;
+  T factor;  ///< alpha x[row]
+};
+
+/// One entry: into the row's sum and into the mirrored row.
+template <csr_mirror kMirror, bool kConjugate, class T>
+[[gnu::always_inline]] inline T add_both(const mirrored_row<T>& r, core_int p, core_int j, T sum) {
+  const T value = stored<kConjugate>(r.a[p]);
+  sum = multiple(value, r.x[j], sum);
+  r.y[j] = multiple(mirror<kMirror>(value), r.factor, r.y[j]);
+  return sum;
+}
+
+/// Entries of a long row four at a time, in two sums, as far as all four lie inside the triangle. Returns how
+/// many. A function of its own, so that short rows have the registers.
+template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
+[[gnu::noinline]] core_int long_row(const mirrored_row<T> r, core_int p, core_int last, T* sum) {
+  const auto inside = [&r](core_int j) -> int { return kIsLower ? j < r.row : j > r.row; };
+  const core_int first = p;
+  T even{}, odd{};
+  for (; p + 4 <= last; p += 4) {
+    const core_int j0 = r.columns[p], j1 = r.columns[p + 1], j2 = r.columns[p + 2], j3 = r.columns[p + 3];
+    if (!(inside(j0) & inside(j1) & inside(j2) & inside(j3))) break;
+    even = add_both<kMirror, kConjugate>(r, p, j0, even);
+    odd = add_both<kMirror, kConjugate>(r, p + 1, j1, odd);
+    even = add_both<kMirror, kConjugate>(r, p + 2, j2, even);
+    odd = add_both<kMirror, kConjugate>(r, p + 3, j3, odd);
+  }
+  *sum = plus(even, odd);
+  return p - first;
+}
+
+/// Of mirrored rows, which are half as long; where lengths differ, leaving two loops costs more than a sum.
+constexpr core_int kLongMirroredRow = 32;
+
+template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool kStreams, class T>
+[[gnu::noinline]] void symmetric_rows(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y,
+                                      [[maybe_unused]] const far_rows<T>* far) {
   constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
-  // Everything below counts from the base.
   const core_int base = rows->base, slice_first = rows->first + base, slice_last = rows->last + base;
-  const int* const columns = rebased(rows->columns, base);
   const int *const begin = rebased(rows->begin, base), *const end = rebased(rows->end, base);
-  const bool overwrites = rows->overwrites, streams = rows->streams;
+  const bool overwrites = rows->overwrites;
   const T scale = *alpha;
-  a = rebased(a, base);
-  x = rebased(x, base);
-  y = rebased(y, base);
+  mirrored_row<T> r{
+      rebased(rows->columns, base), rebased(a, base), rebased(x, base), rebased(y, base), 0, {}};
   // Rows go away from the triangle: each is met before any other one adds to it, so its first value is its
   // own.
   core_int i = kIsLower ? slice_first : slice_last - 1;
   for (core_int left = slice_last - slice_first; left > 0; --left, i += kIsLower ? 1 : -1) {
-    const T factor = times(scale, x[i]);
+    r.row = i;
+    r.factor = times(scale, r.x[i]);
     T sum{};
-    // A number: four of them are combined without branches.
-    const auto inside = [i](core_int j) -> int { return kIsLower ? j < i : j > i; };
-    const auto both = [&](core_int p, core_int j) {
-      const T value = stored<kConjugate>(a[p]);
-      sum = multiple(value, x[j], sum);
-      if constexpr (kFar) {
-        if (kIsLower ? j < slice_first : j >= slice_last) {
-          T& target = far_row(*far, j - base);
-          target = multiple(mirror<kMirror>(value), factor, target);
-          return;
-        }
-      }
-      y[j] = multiple(mirror<kMirror>(value), factor, y[j]);
-    };
     core_int p = begin[i];
     const core_int last = end[i];
-    if (streams) ask_ahead(a + p, columns + p, last - p);
-    for (; last - p >= kLongRow; p += 4) {
-      const core_int j0 = columns[p], j1 = columns[p + 1], j2 = columns[p + 2], j3 = columns[p + 3];
-      if (!(inside(j0) & inside(j1) & inside(j2) & inside(j3))) break;
-      both(p, j0);
-      both(p + 1, j1);
-      both(p + 2, j2);
-      both(p + 3, j3);
-    }
-    for (; p < last; ++p) {
-      const core_int j = columns[p];
-      if (inside(j)) {
-        both(p, j);
-      } else if (j == i && kMirror != kOpposite && !is_unit(kPart)) {
-        sum = multiple(stored<kConjugate>(a[p]), x[j], sum);
+    if constexpr (kStreams) ask_ahead(r.a + p, r.columns + p, last - p);
+    if constexpr (!kFar) {
+      if (last - p >= kLongMirroredRow) [[unlikely]] {
+        T start;
+        p += long_row<kMirror, kIsLower, kConjugate>(r, p, last, &start);
+        sum = start;
       }
     }
-    if (kMirror != kOpposite && is_unit(kPart)) sum = plus(sum, x[i]);
-    y[i] = overwrites ? times(scale, sum) : multiple(scale, sum, y[i]);
+    for (; p < last; ++p) {
+      const core_int j = r.columns[p];
+      if (kIsLower ? j < i : j > i) {
+        if constexpr (kFar) {
+          if (kIsLower ? j < slice_first : j >= slice_last) {
+            const T value = stored<kConjugate>(r.a[p]);
+            T& target = far_row(*far, j - base);
+            sum = multiple(value, r.x[j], sum);
+            target = multiple(mirror<kMirror>(value), r.factor, target);
+            continue;
+          }
+        }
+        sum = add_both<kMirror, kConjugate>(r, p, j, sum);
+      } else if (j == i && kMirror != kOpposite && !is_unit(kPart)) {
+        sum = multiple(stored<kConjugate>(r.a[p]), r.x[j], sum);
+      }
+    }
+    if (kMirror != kOpposite && is_unit(kPart)) sum = plus(sum, r.x[i]);
+    r.y[i] = overwrites ? times(scale, sum) : multiple(scale, sum, r.y[i]);
   }
 }
 
 template <csr_mirror kMirror, csr_part kPart, bool kConjugate, class T>
 void symmetric(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y, const far_rows<T>* far) {
-  if (far != nullptr) return symmetric_rows<kMirror, kPart, kConjugate, true>(rows, a, alpha, x, y, far);
-  symmetric_rows<kMirror, kPart, kConjugate, false>(rows, a, alpha, x, y, far);
+  const auto run = rows->streams ? far != nullptr ? symmetric_rows<kMirror, kPart, kConjugate, true, true, T>
+                                                  : symmetric_rows<kMirror, kPart, kConjugate, false, true, T>
+                   : far != nullptr ? symmetric_rows<kMirror, kPart, kConjugate, true, false, T>
+                                    : symmetric_rows<kMirror, kPart, kConjugate, false, false, T>;
+  run(rows, a, alpha, x, y, far);
 }
 
 // Real tables have the plain kernels in the places of the conjugating ones.
