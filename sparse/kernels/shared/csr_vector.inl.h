@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Products of a CSR matrix and a vector, compiled once per level. Rows of kLongRow entries and more are
 // summed in four accumulators, entry p of the row in number p mod 4, added as (0 + 1) + (2 + 3), then the
-// tail in order; shorter ones in order. Of a mirrored triangle, rows of kLongMirroredRow entries are
-// summed in two. Where QEL_CSR_FUSED is defined, multiply and add are one rounding.
+// tail in order; shorter ones in order. Of a mirrored triangle rows are summed in order. Where QEL_CSR_FUSED
+// is defined, multiply and add are one rounding, and mirrored rows of kLongMirroredRow entries have two sums.
 
 namespace qel::QEL_LEVEL {
 namespace {
@@ -260,13 +260,20 @@ template <csr_mirror kMirror, bool kConjugate, class T>
   return sum;
 }
 
-/// Entries of a long row four at a time, in two sums, as far as all four lie inside the triangle. Returns how
-/// many. A function of its own, so that short rows have the registers.
+#ifdef QEL_CSR_FUSED
+constexpr bool kTwoSums = true;
+#else
+constexpr bool kTwoSums = false;  // these levels add in order
+#endif
+
+/// Entries of a long row four at a time, as far as all four lie inside the triangle. Returns how many. A
+/// function of its own, so that short rows have the registers.
 template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
 [[gnu::noinline]] core_int long_row(const mirrored_row<T> r, core_int p, core_int last, T* sum) {
   const auto inside = [&r](core_int j) -> int { return kIsLower ? j < r.row : j > r.row; };
   const core_int first = p;
-  T even{}, odd{};
+  T even{}, other{};
+  T& odd = kTwoSums ? other : even;
   for (; p + 4 <= last; p += 4) {
     const core_int j0 = r.columns[p], j1 = r.columns[p + 1], j2 = r.columns[p + 2], j3 = r.columns[p + 3];
     if (!(inside(j0) & inside(j1) & inside(j2) & inside(j3))) break;
@@ -275,7 +282,7 @@ template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
     even = add_both<kMirror, kConjugate>(r, p + 2, j2, even);
     odd = add_both<kMirror, kConjugate>(r, p + 3, j3, odd);
   }
-  *sum = plus(even, odd);
+  *sum = kTwoSums ? plus(even, odd) : even;
   return p - first;
 }
 
