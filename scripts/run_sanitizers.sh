@@ -1,6 +1,6 @@
 #!/bin/sh
 # usage: run_sanitizers.sh fast|all|threads
-#   fast     address and undefined-behaviour sanitizers over tests of every family that end quickly
+#   fast     address and undefined-behaviour sanitizers over tests of every family that end quickly; CI runs this
 #   all      the same over the whole suite: ./test.sh sanitize
 #   threads  the thread sanitizer over the whole suite: ./test.sh tsan
 set -eu
