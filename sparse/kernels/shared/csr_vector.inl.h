@@ -159,11 +159,10 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 [[gnu::noinline]] void gather_rows(const csr_slice* rows, const T* a, T alpha, const T* x, T* y) {
   const core_int base = rows->base, last = rows->last;
   const T* const based_x = rebased(x, base);
-  const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
+  const int *const columns = rows->columns, *const begin = rows->begin, *const end = rows->end;
   const bool overwrites = rows->overwrites;
-  a = rebased(a, base);
   for (core_int i = rows->first; i < last; ++i) {
-    const core_int start = begin[i], count = end[i] - start;
+    const core_int start = begin[i] - base, count = end[i] - base - start;
     if constexpr (kStreams) ask_ahead(a + start, columns + start, count);
     T sum{};
     if constexpr (kPart == kWhole) {
