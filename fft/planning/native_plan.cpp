@@ -18,7 +18,6 @@ constexpr core_int kLongestInTwoSteps = 256;
 constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestAutosort = 1 << 27;
 constexpr core_int kLongestOddLine = 1 << 25;
-constexpr int kLargestPassRadix = 13;
 // Costs of an element, in passes of radix 2.
 constexpr double kGenericCost = 0.6;  ///< times the radix
 constexpr double kMoveCost = 1;
@@ -177,11 +176,7 @@ double native_cost(core_int length) {
   double cost = 0;
   for (int i = 0; i < passes.count; ++i) {
     const int radix = passes.radices[i];
-    if (radix > kLargestPassRadix) {
-      cost += kGenericCost * radix;
-    } else {
-      cost += 1 + std::log2(radix);
-    }
+    cost += has_autosort_pass(radix) ? 1 + std::log2(radix) : kGenericCost * radix;
   }
   return (cost + (length > kLongestLine ? 2 * kMoveCost : 0)) * static_cast<double>(length);
 }
