@@ -108,6 +108,7 @@ struct reals {
   using sum = reg;
   using tap = reg;
   static constexpr int kLanes = V::kCount, kMost = 8, kTogether = 4;
+  static constexpr int kMostAtOnce = kRegisters == 32 ? 12 : 10;
   QEL_INLINE tap broadcast(const element* p) { return V::all(*p); }
   QEL_INLINE reg load(const element* p) { return V::load(p); }
   QEL_INLINE mask lanes(int64_t from, int64_t to) { return V::lanes(from, to); }
@@ -131,6 +132,7 @@ struct complexes {
     reg real, imag;
   };
   static constexpr int kLanes = V::kCount / 2, kMost = kRegisters / 4, kTogether = kRegisters / 8;
+  static constexpr int kMostAtOnce = kRegisters == 32 ? 12 : 5;
   QEL_INLINE tap broadcast(const C* p) { return {V::all(p->real), V::all(p->imag)}; }
   QEL_INLINE reg load(const C* p) { return V::load(parts(p)); }
   QEL_INLINE mask lanes(int64_t from, int64_t to) { return V::lanes(2 * from, 2 * to); }
@@ -268,10 +270,74 @@ template <class S, int kOutputs>
   }
 }
 
+/// Taps from .. to - 1 of the first register's width, each with those kTaps - 1 that are a width further,
+/// over all outputs. Data begin in the first register and end in one of the last three, see fits_one_block.
+template <class S, int kOutputs, int kTaps>
+[[gnu::always_inline]] inline void taps_of_all(const run<S>& c, int64_t from, int64_t to,
+                                               typename S::sum* sums) {
+  constexpr int64_t kLanes = S::kLanes;
+#pragma GCC unroll 1
+  for (int64_t j = from; j < to; ++j) {
+    typename S::tap tap[kTaps];
+#pragma GCC unroll 2
+    for (int k = 0; k < kTaps; ++k) tap[k] = S::broadcast(c.taps + j + k * kLanes);
+    const auto* const data = c.data - j;
+#pragma GCC unroll 16
+    for (int q = 0; q < kOutputs; ++q) {
+      const int64_t begin = q * kLanes;
+      if (q == 0 || q >= kOutputs - 3) {
+        const int64_t end = least(greatest(j + c.data_count - begin, 0), kLanes);
+        const auto lanes = q == 0 ? S::lanes(j, kLanes) : S::lanes(0, end);
+#pragma GCC unroll 2
+        for (int k = 0; k < kTaps; ++k)
+          if (q + k < kOutputs) S::add_some(sums[q + k], lanes, tap[k], data + begin);
+      } else {
+        auto numbers = S::load(data + begin);
+        asm("" : "+v"(numbers));
+#pragma GCC unroll 2
+        for (int k = 0; k < kTaps; ++k) S::add(sums[q + k], tap[k], numbers);
+      }
+    }
+  }
+}
+
+/// All outputs of a few taps in one block of kOutputs registers.
+template <class S, int kOutputs>
+void all_outputs(const run<S>& c, typename S::element* w) {
+  typename S::sum sums[kOutputs] = {};
+  const int64_t over = greatest(c.tap_count - S::kLanes, 0);
+  taps_of_all<S, kOutputs, 2>(c, 0, over, sums);
+  taps_of_all<S, kOutputs, 1>(c, over, least(c.tap_count, S::kLanes), sums);
+#pragma GCC unroll 16
+  for (int r = 0; r < kOutputs - 1; ++r) S::store(w + r * S::kLanes, sums[r]);
+  const int64_t rest = c.data_count + c.tap_count - 1 - (kOutputs - 1) * S::kLanes;
+  S::store_some(w + (kOutputs - 1) * S::kLanes, S::lanes(0, rest), sums[kOutputs - 1]);
+}
+
+template <class S, int kOutputs = 5>
+[[gnu::always_inline]] inline void all_outputs_of(int64_t outputs, const run<S>& c, typename S::element* w) {
+  if (kOutputs == S::kMostAtOnce || outputs == kOutputs) {
+    all_outputs<S, kOutputs>(c, w);
+  } else if constexpr (kOutputs < S::kMostAtOnce) {
+    all_outputs_of<S, kOutputs + 1>(outputs, c, w);
+  }
+}
+
+/// With at most two registers of taps, data fill all registers but the first and the last three.
+template <class S>
+[[gnu::always_inline]] inline bool fits_one_block(const run<S>& c, int64_t registers) {
+  return c.tap_count <= 2 * S::kLanes && registers >= 5 && registers <= S::kMostAtOnce;
+}
+
 /// Blocks end where the taps that they meet change, so that most of them meet whole taps only; one that
 /// would go beyond the last output begins earlier and repeats some.
 template <class S>
 void sums(const run<S>& c, int64_t first, int64_t last, typename S::element* w) {
+  const int64_t all = c.data_count + c.tap_count - 1, registers = (all + S::kLanes - 1) / S::kLanes;
+  if (last - first == all && fits_one_block(c, registers)) {
+    all_outputs_of<S>(registers, c, w);
+    return;
+  }
   const int64_t room = least(c.data_count, last - first) / (2 * S::kLanes) * 2;
   const int64_t most = least(room, S::kMost);
   if (most == 0) {

@@ -234,17 +234,34 @@ TEST(ConvolutionPrecision, SumsInDouble) {
   }
 }
 
+TYPED_TEST(Convolution, AllShortLengths) {
+  using T = TypeParam;
+  setting s;
+  s.mode = 1;
+  for (int nx = 1; nx < 200; nx += nx < 100 ? 1 : 7)
+    for (int ny = 1; ny <= 34; ++ny) ASSERT_EQ(worst_error<T>(nx, ny, s), 0) << nx << " by " << ny;
+}
+
 TEST(ConvolutionEdges, NothingBesideTheOverlapTakesPart) {
   // An infinity and a NaN show where a padded product would have been formed.
-  for (const int n : {5, 40, 200}) {
-    std::vector<double> x(static_cast<std::size_t>(n), 1.0), y(30, 1.0), w(x.size() + 29);
-    y.front() = HUGE_VAL;
-    y.back() = std::nan("");
-    conv_full(x.data(), n, y.data(), core_int{30}, w.data());
-    for (int t = 0; t < n + 29; ++t) {
-      const bool has_infinity = t < n, has_nan = t >= 29;
-      EXPECT_EQ(std::isnan(w[static_cast<std::size_t>(t)]), has_nan) << t;
-      EXPECT_TRUE(has_nan || std::isinf(w[static_cast<std::size_t>(t)]) == has_infinity) << t;
+  for (const int taps : {5, 16, 30}) {
+    for (const int n : {5, 40, 64, 200}) {
+      std::vector<double> x(static_cast<std::size_t>(n), 1.0), y(static_cast<std::size_t>(taps), 1.0);
+      std::vector<double> full(x.size() + y.size() - 1), sums(full.size());
+      y.front() = HUGE_VAL;
+      y.back() = std::nan("");
+      conv_full(x.data(), n, y.data(), taps, full.data());
+      ::vsl_cc_task* task = nullptr;
+      vsldConvNewTaskX1D(&task, 1, n, taps, n + taps - 1, x.data(), 1);
+      EXPECT_EQ(vsldConvExecX1D(task, y.data(), 1, sums.data(), 1), 0);
+      vslConvDeleteTask(&task);
+      for (const auto& w : {full, sums}) {
+        for (int t = 0; t < n + taps - 1; ++t) {
+          const bool has_infinity = t < n, has_nan = t >= taps - 1;
+          EXPECT_EQ(std::isnan(w[static_cast<std::size_t>(t)]), has_nan) << t;
+          EXPECT_TRUE(has_nan || std::isinf(w[static_cast<std::size_t>(t)]) == has_infinity) << t;
+        }
+      }
     }
   }
 }

@@ -337,7 +337,9 @@ TEST(GemmSchemes, ComputeEveryCellOnce) {
       for (const auto& [m, n, k] :
            {std::tuple<core_int, core_int, core_int>{75, 53, 40}, {43, 210, 300}, {9, 3, 20}}) {
         const char transa = kLetters[turn % 3], transb = kLetters[turn++ / 3 % 3];
-        const auto check = [&](gemm_choice choice) { check_scheme<T>(choice, m, n, k, transa, transb); };
+        const auto check = [&, m = m, n = n, k = k](gemm_choice choice) {
+          check_scheme<T>(choice, m, n, k, transa, transb);
+        };
         check(scheme_of(gemm_scheme::split_cols, threads, 0, 0, 0, 0));
         check(scheme_of(gemm_scheme::split_rows, threads, 0, 0, 0, 0));
         check(scheme_of(gemm_scheme::row_blocks, 1, 0, 16, 0, 0));
