@@ -45,7 +45,7 @@ TYPED_TEST(Level2Threads, GeneralProductsAndUpdatesHaveOneThreadsBits) {
         matrix<T> a(m, n, 1, this->random_);
         strided<T> x(trans == 'N' ? n : m, -2, this->random_), y(trans == 'N' ? m : n, incy, this->random_);
         const strided<T> before = y;
-        const auto multiply = [&](int threads) {
+        const auto multiply = [&, m = m, n = n](int threads) {
           serv_set_num_threads(threads);
           y = before;
           call(core_of<T>::gemv, trans, m, n, factor<T>(2), a.data(), a.ld(), x.data(), core_int{-2},
@@ -59,7 +59,7 @@ TYPED_TEST(Level2Threads, GeneralProductsAndUpdatesHaveOneThreadsBits) {
       matrix<T> a(m, n, 1, this->random_);
       strided<T> x(m, 2, this->random_), y(n, incy, this->random_);
       const matrix<T> before = a;
-      const auto update = [&](int threads) {
+      const auto update = [&, m = m, n = n](int threads) {
         serv_set_num_threads(threads);
         a = before;
         call(core_of<T>::gerc, m, n, factor<T>(2), x.data(), core_int{2}, y.data(), incy, a.data(), a.ld());

@@ -111,7 +111,7 @@ TYPED_TEST(packed_spectra, with_threads) {
           filled(n, pairs.found, [&](core_int i, core_int j) { return widened(pairs.z(i, j)); });
       EXPECT_LT(apart<T>(turned(z, true) * z, identity(pairs.found), 10), 10);
       const wide_matrix scaled = filled(n, pairs.found, [&](core_int i, core_int j) {
-        return z(i, j) * static_cast<double>(pairs.w[static_cast<size_t>(j)]);
+        return z(i, j) * std::complex<double>(pairs.w[static_cast<size_t>(j)]);
       });
       EXPECT_LT(apart<T>(whole(a) * z, scaled, largest(whole(a)) * 10), 10);
     }

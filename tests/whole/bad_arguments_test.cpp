@@ -35,19 +35,20 @@ constexpr int kTrapped = 90, kGood = 0;
 }  // namespace
 
 #define QEL_SEEN_BY_ALL extern "C" __attribute__((visibility("default")))
-#define QEL_TRAP(name)                                \
-  QEL_SEEN_BY_ALL [[noreturn]] void name(int status); \
-  void name(int status) {                             \
-    if (watching) caught(#name, status);              \
-    std::fflush(nullptr);                             \
-    leave(status);                                    \
+#define QEL_NO_RETURN __attribute__((noreturn))
+#define QEL_TRAP(name, exceptions)                                \
+  QEL_SEEN_BY_ALL QEL_NO_RETURN void name(int status) exceptions; \
+  void name(int status) exceptions {                              \
+    if (watching) caught(#name, status);                          \
+    std::fflush(nullptr);                                         \
+    leave(status);                                                \
   }
-QEL_TRAP(exit)
-QEL_TRAP(_exit)
-QEL_TRAP(quick_exit)
+QEL_TRAP(exit, noexcept)
+QEL_TRAP(_exit, )
+QEL_TRAP(quick_exit, noexcept)
 #undef QEL_TRAP
-QEL_SEEN_BY_ALL [[noreturn]] void abort();
-void abort() {
+QEL_SEEN_BY_ALL QEL_NO_RETURN void abort() noexcept;
+void abort() noexcept {
   if (watching) caught("abort", 0);
   leave(134);
 }
@@ -56,9 +57,9 @@ int raise(int signal) noexcept {
   if (watching) caught("raise", signal);
   return kill(getpid(), signal);
 }
-QEL_SEEN_BY_ALL [[noreturn]] void __assert_fail(const char* text, const char* file, unsigned line,
-                                                const char* function);
-void __assert_fail(const char* text, const char*, unsigned line, const char*) {
+QEL_SEEN_BY_ALL QEL_NO_RETURN void __assert_fail(const char* text, const char* file, unsigned line,
+                                                 const char* function) noexcept;
+void __assert_fail(const char* text, const char*, unsigned line, const char*) noexcept {
   caught(text, static_cast<int>(line));
 }
 
