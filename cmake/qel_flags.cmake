@@ -36,7 +36,7 @@ if(QEL_SANITIZE)
   endif()
 endif()
 if(QEL_COVERAGE)
-  add_compile_options(--coverage -O0)
+  add_compile_options(--coverage -O1)
   add_link_options(--coverage)
 endif()
 

@@ -8,6 +8,7 @@
 #include "tavik/kernel/qel_direct_sparse_solver.h"
 #include "tavik/kernel/qel_pardiso_solver.h"
 #include "tests/support/in_child.h"
+#include "tests/support/sanitized.h"
 
 namespace Tavik::Kernel {
 namespace {
@@ -73,7 +74,9 @@ TEST(QelPardisoSolver, HandsErrorsBack) {
 }
 
 TEST(QelPardisoSolver, TheEntriesAreOne) {
-  EXPECT_EQ(reinterpret_cast<void*>(&PARDISO), reinterpret_cast<void*>(&pardiso));
+  // volatile: a compiler may hold that two functions have two addresses.
+  void* const volatile upper = reinterpret_cast<void*>(&PARDISO);
+  EXPECT_EQ(upper, reinterpret_cast<void*>(&pardiso));
   void* pt[64];
   int iparm[64];
   const int mtype = -2;
@@ -85,6 +88,7 @@ TEST(QelPardisoSolver, TheEntriesAreOne) {
 }
 
 TEST(QelDirectSparseSolver, SolvesAndEndsTheProcessOnErrors) {
+  if (qel::test::kWithThreadSanitizer) GTEST_SKIP() << "children that end by exit()";
   const struct {
     QelDirectSparseSolver::MatrixType type;
     const Array<int>&rows, &columns;

@@ -2,6 +2,7 @@
 // The sequence of requests, the stop codes, arguments and memory of the solver without bounds.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -14,7 +15,7 @@
 namespace qel::test {
 namespace {
 
-int held;
+std::atomic<int> held;
 void* counting_malloc(std::size_t size) {
   ++held;
   return std::malloc(size);

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Sums, products and conversions of CSR matrices against dense ones, in exact arithmetic.
+#include <atomic>
+
 #include "service/serv.h"
 #include "sparse/blas/csr_rows.h"
 #include "tests/sparse/support.h"
@@ -8,7 +10,8 @@
 namespace qel::test {
 namespace {
 
-std::size_t failing_request, requests;
+std::size_t failing_request;
+std::atomic<std::size_t> requests;
 void* failing_malloc(std::size_t size) { return ++requests == failing_request ? nullptr : std::malloc(size); }
 
 template <class T>

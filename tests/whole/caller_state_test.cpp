@@ -20,6 +20,7 @@
 
 #include "qel/qel.h"
 #include "tests/support/entry_table.h"
+#include "tests/support/sanitized.h"
 #include "tests/support/stateful_calls.h"
 
 namespace qel::test {
@@ -105,7 +106,7 @@ TEST(caller_state, survives_every_entry_and_class) {
   qel_set_num_threads(3);
   omp_set_num_threads(5);
   omp_set_dynamic(0);
-  omp_set_max_active_levels(2);
+  omp_set_max_active_levels(kWithThreadSanitizer ? 1 : 2);
   omp_set_schedule(omp_sched_guided, 7);
   sigset_t blocked;
   sigemptyset(&blocked);

@@ -43,7 +43,6 @@ int64_t panel_cache_bytes(const memory_prediction& predicted, int64_t limit) {
 template <class T>
 panels_in_files<T>::~panels_in_files() {
   shut();
-  omp_destroy_lock(&lock_);
 }
 
 template <class T>
@@ -98,16 +97,14 @@ stage_status panels_in_files<T>::prepare(const structure& form, matrix_type type
 template <class T>
 void panels_in_files<T>::fail(pardiso_ooc_code code, store_pass pass, const char* what,
                               const ooc_file& file) {
-  omp_set_lock(&lock_);
-  if (code_ == PARDISO_OOC_NO_ERROR) {
-    code_ = code;
-    const bool solves = pass != store_pass::factorisation;
-    fault_.kind = file.kind;
-    fault_.items = file.last_items;
-    snprintf(fault_.label, sizeof fault_.label, "%s %s", solves ? solve_family_of(type_) : family_of(type_),
-             what);
-  }
-  omp_unset_lock(&lock_);
+  const std::lock_guard hold(lock_);
+  if (code_ != PARDISO_OOC_NO_ERROR) return;
+  code_ = code;
+  const bool solves = pass != store_pass::factorisation;
+  fault_.kind = file.kind;
+  fault_.items = file.last_items;
+  snprintf(fault_.label, sizeof fault_.label, "%s %s", solves ? solve_family_of(type_) : family_of(type_),
+           what);
 }
 
 template <class T>
@@ -134,9 +131,9 @@ bool panels_in_files<T>::transfer(channel& own, int supernode, T* panels, bool w
 template <class T>
 bool panels_in_files<T>::open(int supernode, int thread, panel_pair<T>& panels) {
   channel& own = channels_[thread];
-  omp_set_lock(&lock_);
+  lock_.lock();
   char* const place = ring_.place(supernode, bytes_of(supernode));
-  omp_unset_lock(&lock_);
+  lock_.unlock();
   own.open_in_ring = place != nullptr;
   own.open_panels = place != nullptr ? reinterpret_cast<T*>(place) : own.opened.get();
   panels.l = own.open_panels;
@@ -151,10 +148,9 @@ bool panels_in_files<T>::close(int supernode, int thread) {
 #pragma omp critical(qel_pardiso_updates)
   written = transfer(own, supernode, own.open_panels, true);
   if (own.open_in_ring) {
-    omp_set_lock(&lock_);
+    const std::lock_guard hold(lock_);
     ring_.complete(supernode);
     ring_.unpin(supernode);
-    omp_unset_lock(&lock_);
   }
   return written;
 }
@@ -162,21 +158,20 @@ bool panels_in_files<T>::close(int supernode, int thread) {
 template <class T>
 bool panels_in_files<T>::read(int supernode, int thread, const_panel_pair<T>& panels) {
   channel& own = channels_[thread];
-  omp_set_lock(&lock_);
+  lock_.lock();
   if (own.pinned >= 0) ring_.unpin(own.pinned);
   char* place = ring_.find(supernode);
   const bool here = place != nullptr;
   if (!here) place = ring_.place(supernode, bytes_of(supernode));
   own.pinned = place != nullptr ? supernode : -1;
-  omp_unset_lock(&lock_);
+  lock_.unlock();
   T* const found = place != nullptr ? reinterpret_cast<T*>(place) : own.fetched.get();
   if (!here) {
     const bool good = transfer(own, supernode, found, false);
     if (place != nullptr) {
-      omp_set_lock(&lock_);
+      const std::lock_guard hold(lock_);
       if (good) ring_.complete(supernode);
       if (!good) ring_.drop(supernode), own.pinned = -1;
-      omp_unset_lock(&lock_);
     }
     if (!good) return false;
   }

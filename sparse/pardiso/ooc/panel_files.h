@@ -2,7 +2,7 @@
 // Panels of factors in files. Finished panels are written; those that fit into a cache stay in memory too.
 #pragma once
 
-#include <omp.h>
+#include <mutex>
 
 #include "sparse/pardiso/numeric/panel_store.h"
 #include "sparse/pardiso/ooc/files.h"
@@ -54,7 +54,7 @@ struct transfer_totals {
 template <class T>
 class panels_in_files final : public panel_store<T> {
  public:
-  panels_in_files() { omp_init_lock(&lock_); }
+  panels_in_files() = default;
   ~panels_in_files() override;
   panels_in_files(const panels_in_files&) = delete;
   panels_in_files& operator=(const panels_in_files&) = delete;
@@ -105,7 +105,7 @@ class panels_in_files final : public panel_store<T> {
   int threads_ = 0;
   channel* channels_ = nullptr;
   panel_ring ring_;
-  mutable omp_lock_t lock_;
+  mutable std::mutex lock_;
   pardiso_ooc_code code_ = PARDISO_OOC_NO_ERROR;
   transfer_fault fault_ = {};
 };
