@@ -36,7 +36,9 @@ if(QEL_SANITIZE)
   endif()
 endif()
 if(QEL_COVERAGE)
-  add_compile_options(--coverage -O1)
+  # Not in kernels: counters in unrolled code take the compiler minutes, and their lengths, strides and places are
+  # tested one by one.
+  add_compile_options("$<$<NOT:$<BOOL:$<TARGET_PROPERTY:QEL_KERNELS>>>:SHELL:--coverage -O0>")
   add_link_options(--coverage)
 endif()
 

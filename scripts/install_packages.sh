@@ -1,5 +1,5 @@
 #!/bin/sh
-# usage: install_packages.sh build|test|bench|clients...     installs what these need from Debian's packages
+# usage: install_packages.sh build|test|bench|clients|tsan|fuzz|coverage...     installs what these need from Debian's packages
 set -eu
 packages=""
 for purpose in "$@"; do
@@ -15,7 +15,8 @@ for purpose in "$@"; do
     clients) packages="$packages python3-numpy python3-scipy python3-pytest python3-hypothesis octave
                        scalapack-mpi-test openmpi-bin libarmadillo-dev libeigen3-dev liblapacke-dev
                        libblas3 liblapack3 mono-mcs mono-runtime" ;;
-    tsan) packages="$packages clang libomp-dev" ;;
+    tsan|fuzz) packages="$packages clang llvm libomp-dev libclang-rt-14-dev" ;;
+    coverage) packages="$packages gcovr" ;;
     *) echo "unknown purpose: $purpose" >&2; exit 2 ;;
   esac
 done

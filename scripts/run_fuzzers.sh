@@ -9,6 +9,7 @@ what=${1:-600}
 [ $# -gt 0 ] && shift
 names=${*:-$(cd fuzz && ls ./*.cpp | sed 's|./||; s|\.cpp$||')}
 if [ "$what" != keep ]; then
+  scripts/install_packages.sh build fuzz
   cmake --preset fuzz > /dev/null
   for name in $names; do cmake --build $build --target "fuzz_$name"; done
 fi
