@@ -12,16 +12,16 @@ namespace qel {
 /// op(A): A, its transpose, its conjugate transpose; for real types the last two are one.
 enum class matrix_op : int { kNone, kTransposed, kConjugated };
 
-/// A triangle as it lies in memory: element (i, j) stands at column(j) + i, where column(j) is base + j ld,
-/// or in a packed one base + j (j + 1) / 2 (upper), base + j (2 n - j - 1) / 2 (lower).
+/// A triangle as it lies in memory: element (i, j) stands at column(j) + i, where column(j) is
+/// base + j ld + growth j (j + 1) / 2.
 template <class E>
 struct stored_triangle {
   E* base;
-  core_int n;   ///< order
-  core_int k;   ///< diagonals beside the main one; n if not banded
-  core_int ld;  ///< elements from (i, j) to (i, j + 1); unused if packed
+  core_int n;       ///< order
+  core_int k;       ///< diagonals beside the main one; n if not banded
+  core_int ld;      ///< elements from (0, 0) to (0, 1), less the growth
+  core_int growth;  ///< by which that distance grows with the columns: packed upper 1, lower -1, others 0
   bool upper;
-  bool packed;
 };
 
 /// Products of and updates to a general matrix.
@@ -45,10 +45,15 @@ struct hermitian_kernels {
   /// y = alpha A x + beta y
   void (*product)(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x, core_int incx,
                   T beta, T* y, core_int incy);
-  /// A += alpha x x**H
-  void (*update)(const stored_triangle<T>& a, R alpha, const T* x, core_int incx);
-  /// A += alpha x y**H + conj(alpha) y x**H
-  void (*update2)(const stored_triangle<T>& a, T alpha, const T* x, core_int incx, const T* y, core_int incy);
+  /// Contiguous sums += what the stored columns first .. last - 1 and their mirror images add to alpha A x
+  void (*product_part)(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x, core_int incx,
+                       T* sums, core_int first, core_int last);
+  /// A += alpha x x**H in columns first .. last - 1
+  void (*update)(const stored_triangle<T>& a, R alpha, const T* x, core_int incx, core_int first,
+                 core_int last);
+  /// A += alpha x y**H + conj(alpha) y x**H in columns first .. last - 1
+  void (*update2)(const stored_triangle<T>& a, T alpha, const T* x, core_int incx, const T* y, core_int incy,
+                  core_int first, core_int last);
 };
 
 /// Triangular matrices; a unit diagonal is not read.
@@ -62,6 +67,13 @@ struct triangular_kernels {
                        core_int incx, core_int first, core_int last);
   /// The solution of op(A) x = b over b
   void (*solution)(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x, core_int incx);
+  /// The same for the diagonal block of rows first .. last - 1 and its part of b
+  void (*solution_part)(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x, core_int incx,
+                        core_int first, core_int last);
+  /// Elements first .. last - 1 of x -= op(A) times the elements known_first .. known_last - 1 of x, other
+  /// ones
+  void (*reduction_part)(const stored_triangle<const T>& a, matrix_op op, T* x, core_int incx,
+                         core_int known_first, core_int known_last, core_int first, core_int last);
 };
 
 namespace l0_generic {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Core products of a symmetric or Hermitian matrix with a vector, by the drivers. Arguments come
 // by reference in Fortran order and go on by value; the header says what is computed and who calls.
-#include "blas/level2/drivers.h"
+#include "blas/level2/hermitian_drivers.h"
 #include "blas/level2/level2.h"
 
 namespace qel::core {

@@ -18,6 +18,8 @@ bool is_native(int level) { return level > 4; }
 constexpr core_int kNativeBytesPerThread = 256 * 1024;
 /// Rows and columns of a part: whole cache lines of y, whole groups of columns.
 constexpr core_int kNativeRows = 16, kNativeColumns = 8;
+/// Elements of a solution between two meetings of the threads.
+constexpr core_int kSolutionBlock = 128;
 
 int native_threads(core_int elements, int element_bytes, int threads) {
   const core_int paying = elements * element_bytes / kNativeBytesPerThread;
@@ -31,6 +33,13 @@ gemv_plan even_parts(core_int length, core_int unit, int threads) {
   if (threads < 2) return {1, length, "too little work to share"};
   const core_int chunk = (units + threads - 1) / threads * unit;
   return {static_cast<int>((length + chunk - 1) / chunk), chunk, "even parts"};
+}
+
+/// Start of a part of a triangle of order n whose parts have like areas.
+core_int like_area_start(bool grows, core_int n, int threads, int thread) {
+  const double share = static_cast<double>(grows ? thread : threads - thread) / threads;
+  const auto width = static_cast<core_int>(std::sqrt(share) * static_cast<double>(n));
+  return (grows ? width : n - width) & kMultipleOf8;
 }
 
 }  // namespace
@@ -73,6 +82,63 @@ gemv_plan choose_ger_threads(core_int m, core_int n, int element_bytes, const le
   return even_parts(n, kNativeColumns, native_threads(m * n, element_bytes, facts.threads));
 }
 
+gemv_plan choose_gbmv_threads(bool transposed, core_int m, core_int n, core_int kl, core_int ku,
+                              int element_bytes, const level2_facts& facts) {
+  const core_int length = transposed ? n : m;
+  if (!is_native(facts.level)) return {1, length, "no threads on this processor level"};
+  if (facts.threads < 2) return {1, length, "one thread in the domain"};
+  const core_int stored = std::min(n, m + ku) * std::min(m, kl + ku + 1);
+  return even_parts(length, transposed ? kNativeColumns : kNativeRows,
+                    native_threads(stored, element_bytes, facts.threads));
+}
+
+triangle_plan choose_triangle_threads(triangle_work work, bool grows, core_int n, core_int k,
+                                      int element_bytes, const level2_facts& facts) {
+  const bool banded = k < n;
+  const auto serial = [&](const char* reason) { return triangle_plan{1, grows, banded, reason}; };
+  if (n < kSmallestForkingTrmv) return serial("small matrix");
+  if (!is_native(facts.level)) return serial("no threads on this processor level");
+  if (facts.threads < 2) return serial("one thread in the domain");
+  // The threads of a mirrored product meet a second time, to add what each has found.
+  const core_int stored = banded ? n * (k + 1) : n * n / 2;
+  const core_int paying = work == triangle_work::kMirroredProduct ? stored * 2 / 3 : stored;
+  const int threads = native_threads(paying, element_bytes, facts.threads);
+  if (threads < 2) return serial("too little work to share");
+  return {threads, grows, banded, banded ? "even parts" : "like areas"};
+}
+
+part_range triangle_part(const triangle_plan& plan, core_int n, int thread) {
+  const auto start = [&](int t) -> core_int {
+    if (t == plan.threads) return n;
+    if (plan.banded) return (n * t / plan.threads) & kMultipleOf8;
+    return like_area_start(plan.grows, n, plan.threads, t);
+  };
+  return {start(thread), start(thread + 1)};
+}
+
+solution_plan choose_solution_threads(core_int n, int element_bytes, const level2_facts& facts) {
+  if (n < kSmallestForkingTrmv) return {1, n, "small matrix"};
+  if (!is_native(facts.level)) return {1, n, "no threads on this processor level"};
+  if (facts.threads < 2) return {1, n, "one thread in the domain"};
+  // Threads meet at every block, and one of them solves while the others reduce.
+  const int threads = native_threads(n * n / 6, element_bytes, facts.threads);
+  if (threads < 2) return {1, n, "too little work to share"};
+  return {threads, kSolutionBlock, "blocks"};
+}
+
+part_range solution_part(const solution_plan& plan, core_int depth, core_int rest, int thread) {
+  // The first thread has the next block besides: to reduce and to solve it costs some two and a half times
+  // as much as to reduce as many elements by one block.
+  const core_int extra = plan.block * 5 / 2 * plan.block / depth;
+  const core_int solver = std::max<core_int>(0, (rest + extra) / plan.threads - extra) & kMultipleOf8;
+  const auto start = [&](int t) -> core_int {
+    if (t == 0) return 0;
+    if (t == plan.threads) return rest;
+    return solver + ((rest - solver) * (t - 1) / (plan.threads - 1) & kMultipleOf8);
+  };
+  return {start(thread), start(thread + 1)};
+}
+
 trmv_plan choose_trmv_threads(bool upper, bool transposed, core_int n, core_int incx, int element_bytes,
                               const level2_facts& facts) {
   const bool grows = upper == transposed;
@@ -98,11 +164,7 @@ trmv_plan choose_trmv_threads(bool upper, bool transposed, core_int n, core_int 
 part_range trmv_part(const trmv_plan& plan, core_int n, int thread) {
   const auto start = [&](int t) -> core_int {
     if (t == plan.threads) return n;
-    if (plan.first_zone == plan.threads) {
-      const double share = static_cast<double>(plan.grows ? t : plan.threads - t) / plan.threads;
-      const auto width = static_cast<core_int>(std::sqrt(share) * static_cast<double>(n));
-      return (plan.grows ? width : n - width) & kMultipleOf8;
-    }
+    if (plan.first_zone == plan.threads) return like_area_start(plan.grows, n, plan.threads, t);
     if (t <= plan.first_zone) return t * plan.first_width;
     return plan.first_zone * plan.first_width + (t - plan.first_zone) * plan.second_width;
   };

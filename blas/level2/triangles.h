@@ -15,17 +15,18 @@ inline matrix_op op_of(char trans) {
 
 template <class E>
 stored_triangle<E> full_triangle(char uplo, core_int n, E* a, core_int lda) {
-  return {a, n, n, lda, blas::letter_is(uplo, 'U'), false};
+  return {a, n, n, lda, 0, blas::letter_is(uplo, 'U')};
 }
 /// Band storage: a diagonal is a row of the array, so columns are lda - 1 apart along a row of the matrix.
 template <class E>
 stored_triangle<E> banded_triangle(char uplo, core_int n, core_int k, E* a, core_int lda) {
   const bool upper = blas::letter_is(uplo, 'U');
-  return {upper ? a + k : a, n, k, lda - 1, upper, false};
+  return {upper ? a + k : a, n, k, lda - 1, 0, upper};
 }
 template <class E>
 stored_triangle<E> packed_triangle(char uplo, core_int n, E* ap) {
-  return {ap, n, n, 0, blas::letter_is(uplo, 'U'), true};
+  const bool upper = blas::letter_is(uplo, 'U');
+  return {ap, n, n, upper ? 0 : n, upper ? 1 : -1, upper};
 }
 
 }  // namespace qel

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Core solutions of triangular systems, by the drivers. Arguments come by reference in Fortran
 // order and go on by value; the header says what is computed and who calls.
-#include "blas/level2/drivers.h"
 #include "blas/level2/level2.h"
+#include "blas/level2/triangular_drivers.h"
 
 namespace qel::core {
 

@@ -52,7 +52,7 @@ report explain_level1(const level1_question& q, const asked_machine& machine) {
 }
 
 struct level2_question : dense_question {
-  core_int m = 0, n = 0, incx = 1;
+  core_int m = 0, n = 0, incx = 1, kl = 0, ku = 0, diagonals = -1;
   std::string uplo = "U";
   bool transposed = false;
 
@@ -64,6 +64,11 @@ void declare_gemv(CLI::App& command, level2_question& q) {
   add_type(command, q.type, {"s", "d", "c", "z"});
   command.add_flag("--transposed", q.transposed, "A^T x");
 }
+void declare_gbmv(CLI::App& command, level2_question& q) {
+  declare_gemv(command, q);
+  add_size(command, "KL", q.kl, "Diagonals below the main one");
+  add_size(command, "KU", q.ku, "Diagonals above it");
+}
 void declare_ger(CLI::App& command, level2_question& q) {
   add_size(command, "M", q.m, "Rows");
   add_size(command, "N", q.n, "Columns");
@@ -74,6 +79,20 @@ void declare_trmv(CLI::App& command, level2_question& q) {
   add_type(command, q.type, {"s", "d", "c", "z"});
   command.add_option("--uplo", q.uplo, "Triangle")->check(CLI::IsMember({"L", "U"}))->capture_default_str();
   command.add_option("--incx", q.incx, "Stride of x")->capture_default_str();
+  command.add_flag("--transposed", q.transposed, "A^T x");
+}
+
+void declare_triangle(CLI::App& command, level2_question& q) {
+  add_size(command, "N", q.n, "Order");
+  add_type(command, q.type, {"s", "d", "c", "z"});
+  command.add_option("--uplo", q.uplo, "Triangle")->check(CLI::IsMember({"L", "U"}))->capture_default_str();
+}
+void declare_band(CLI::App& command, level2_question& q) {
+  declare_triangle(command, q);
+  command.add_option("--diagonals", q.diagonals, "Diagonals beside the main one, if the matrix is banded");
+}
+void declare_product(CLI::App& command, level2_question& q) {
+  declare_band(command, q);
   command.add_flag("--transposed", q.transposed, "A^T x");
 }
 
@@ -102,6 +121,45 @@ report explain_ger(const level2_question& q, const asked_machine& machine) {
                   "columns_per_thread");
 }
 
+report explain_gbmv(const level2_question& q, const asked_machine& machine) {
+  const level2_facts facts = facts_of(machine);
+  return describe(start_of(facts),
+                  choose_gbmv_threads(q.transposed, q.m, q.n, q.kl, q.ku, q.element_bytes(), facts),
+                  q.transposed ? "columns_per_thread" : "rows_per_thread");
+}
+
+report explain_triangle(triangle_work work, bool grows, const level2_question& q,
+                        const asked_machine& machine) {
+  const level2_facts facts = facts_of(machine);
+  const core_int k = q.diagonals < 0 ? q.n : q.diagonals;
+  const triangle_plan plan = choose_triangle_threads(work, grows, q.n, k, q.element_bytes(), facts);
+  report out = start_of(facts);
+  out["threads"] = plan.threads;
+  out["reason"] = plan.reason;
+  if (plan.threads < 2) return out;
+  out["first_elements"] = report::array();
+  for (int t = 0; t < plan.threads; ++t) out["first_elements"].push_back(triangle_part(plan, q.n, t).first);
+  return out;
+}
+report explain_symv(const level2_question& q, const asked_machine& machine) {
+  return explain_triangle(triangle_work::kMirroredProduct, q.uplo == "U", q, machine);
+}
+report explain_syr(const level2_question& q, const asked_machine& machine) {
+  return explain_triangle(triangle_work::kUpdate, q.uplo == "U", q, machine);
+}
+report explain_tpmv(const level2_question& q, const asked_machine& machine) {
+  return explain_triangle(triangle_work::kProduct, (q.uplo == "U") == q.transposed, q, machine);
+}
+report explain_trsv(const level2_question& q, const asked_machine& machine) {
+  const level2_facts facts = facts_of(machine);
+  const solution_plan plan = choose_solution_threads(q.n, q.element_bytes(), facts);
+  report out = start_of(facts);
+  out["threads"] = plan.threads;
+  out["reason"] = plan.reason;
+  if (plan.threads > 1) out["block"] = plan.block;
+  return out;
+}
+
 report explain_trmv(const level2_question& q, const asked_machine& machine) {
   const level2_facts facts = facts_of(machine);
   const trmv_plan plan =
@@ -126,6 +184,16 @@ void add_blas_vectors(explain_menu& menu) {
   menu.add<level2_question>(kFamily, "ger", "rank-1 update of a matrix", declare_ger, explain_ger);
   menu.add<level2_question>(kFamily, "trmv", "product of a triangle and a vector", declare_trmv,
                             explain_trmv);
+  menu.add<level2_question>(kFamily, "gbmv", "product of a band and a vector", declare_gbmv, explain_gbmv);
+  menu.add<level2_question>(kFamily, "tpmv", "product of a packed or banded triangle and a vector",
+                            declare_product, explain_tpmv);
+  menu.add<level2_question>(kFamily, "symv",
+                            "product of a symmetric matrix, full, packed or banded, and a vector",
+                            declare_band, explain_symv);
+  menu.add<level2_question>(kFamily, "syr", "updates of a symmetric matrix of rank 1 and 2", declare_triangle,
+                            explain_syr);
+  menu.add<level2_question>(kFamily, "trsv", "solution of a triangular system", declare_triangle,
+                            explain_trsv);
 }
 
 }  // namespace qel::cli

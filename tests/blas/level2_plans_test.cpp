@@ -86,6 +86,8 @@ TEST(GemvPlan, PartsCoverEverythingOnce) {
           expect_covered(choose_gemv_threads(false, m, n, kDouble, facts), m, what);
           expect_covered(choose_gemv_threads(true, m, n, kDouble, facts), n, what);
           expect_covered(choose_ger_threads(m, n, kDouble, facts), n, what);
+          expect_covered(choose_gbmv_threads(false, m, n, 300, 7, kDouble, facts), m, what);
+          expect_covered(choose_gbmv_threads(true, m, n, 7, 300, kDouble, facts), n, what);
         }
       }
     }
@@ -185,6 +187,108 @@ TEST(TrmvPlan, NativePartsHaveLikeAreas) {
         return transposed ? static_cast<double>(row * row) : static_cast<double>(n * n) - rest * rest;
       };
       EXPECT_NEAR(0.25, (area_to(part.last) - area_to(part.first)) / static_cast<double>(n * n), 0.01);
+    }
+  }
+}
+
+// Whatever is not in a level's own table forks natively only, by the bytes that are stored.
+
+TEST(GbmvPlan, NativeThreadsByBytesOfTheBand) {
+  const auto threads = [](core_int m, core_int n, core_int kl, core_int ku, int level) {
+    return choose_gbmv_threads(false, m, n, kl, ku, kDouble, {level, 8}).threads;
+  };
+  EXPECT_EQ(1, threads(4096, 4096, 7, 7, 5));  // 15 diagonals: 480 KiB
+  EXPECT_EQ(2, threads(4096, 4096, 8, 7, 5));
+  EXPECT_EQ(8, threads(40960, 40960, 8, 7, 6));
+  EXPECT_EQ(1, threads(4096, 1000000, 4, 4, 5)) << "columns far right of the band hold nothing";
+  for (const int level : {0, 1, 2, 3, 4}) EXPECT_EQ(1, threads(4000, 4000, 500, 500, level));
+}
+
+struct triangle_row {
+  triangle_work work;
+  core_int n, k;
+  int allowed, threads;
+};
+constexpr triangle_row kTriangleRows[] = {
+    {triangle_work::kProduct, 127, 127, 8, 1},         {triangle_work::kProduct, 360, 360, 8, 1},
+    {triangle_work::kProduct, 364, 364, 8, 2},         {triangle_work::kProduct, 1024, 1024, 8, 8},
+    {triangle_work::kProduct, 1024, 1024, 1, 1},       {triangle_work::kUpdate, 364, 364, 8, 2},
+    {triangle_work::kMirroredProduct, 364, 364, 8, 1}, {triangle_work::kMirroredProduct, 450, 450, 8, 2},
+    {triangle_work::kProduct, 4096, 14, 8, 1},         {triangle_work::kProduct, 4096, 15, 8, 2},
+    {triangle_work::kMirroredProduct, 4096, 22, 8, 1}, {triangle_work::kMirroredProduct, 4096, 23, 8, 2},
+};
+
+TEST(TrianglePlan, NativeThreadsByBytes) {
+  for (const triangle_row& row : kTriangleRows) {
+    const auto plan = [&](int level) {
+      return choose_triangle_threads(row.work, true, row.n, row.k, kDouble, {level, row.allowed});
+    };
+    EXPECT_EQ(row.threads, plan(5).threads) << row.n << ' ' << row.k << ' ' << plan(5).reason;
+    EXPECT_EQ(row.k < row.n, plan(6).banded);
+    for (const int level : {0, 1, 2, 3, 4}) EXPECT_EQ(1, plan(level).threads);
+  }
+}
+
+TEST(TrianglePlan, PartsCoverEverythingOnceAndAreAlike) {
+  for (int threads = 2; threads <= 20; ++threads) {
+    for (const core_int n : {700, 1001, 4096}) {
+      for (const core_int k : {n, core_int{100}}) {
+        for (const bool grows : {false, true}) {
+          const triangle_plan plan{threads, grows, k < n, ""};
+          const auto cost_to = [&](core_int i) {
+            const auto order = static_cast<double>(n), at = static_cast<double>(i);
+            if (k < n) return at / order;
+            return grows ? at * at / order / order : 1 - (order - at) * (order - at) / order / order;
+          };
+          core_int next = 0;
+          for (int t = 0; t < threads; ++t) {
+            const part_range part = triangle_part(plan, n, t);
+            EXPECT_EQ(next, part.first);
+            EXPECT_LE(part.first, part.last);
+            // Parts begin at multiples of eight, which moves a cut by up to that.
+            EXPECT_NEAR(1.0 / threads, cost_to(part.last) - cost_to(part.first),
+                        17.0 / static_cast<double>(n));
+            next = part.last;
+          }
+          EXPECT_EQ(n, next);
+        }
+      }
+    }
+  }
+}
+
+TEST(SolutionPlan, BlocksAndShares) {
+  EXPECT_EQ(1, choose_solution_threads(100, kDouble, {5, 8}).threads);
+  EXPECT_EQ(1, choose_solution_threads(620, kDouble, {5, 8}).threads);
+  EXPECT_EQ(2, choose_solution_threads(630, kDouble, {5, 8}).threads);
+  EXPECT_EQ(1, choose_solution_threads(4000, kDouble, {5, 1}).threads);
+  for (const int level : {0, 1, 2, 3, 4})
+    EXPECT_EQ(1, choose_solution_threads(4000, kDouble, {level, 8}).threads);
+  for (int threads = 2; threads <= 20; ++threads) {
+    const solution_plan plan = choose_solution_threads(5000, kDouble, {5, threads});
+    ASSERT_EQ(threads, plan.threads);
+    for (const auto& [depth, rest] : {std::pair<core_int, core_int>{plan.block, 0},
+                                      {plan.block, 1},
+                                      {plan.block, 7},
+                                      {plan.block, 300},
+                                      {plan.block, 4872},
+                                      {plan.block, plan.block},
+                                      {1280, plan.block},
+                                      {4500, 100}}) {
+      core_int next = 0;
+      for (int t = 0; t < threads; ++t) {
+        const part_range part = solution_part(plan, depth, rest, t);
+        EXPECT_EQ(next, part.first);
+        EXPECT_LE(part.first, part.last);
+        next = part.last;
+      }
+      EXPECT_EQ(rest, next);
+      // Who solves the next block has less to reduce, down to nothing.
+      const part_range solver = solution_part(plan, depth, rest, 0),
+                       other = solution_part(plan, depth, rest, 1);
+      if (rest >= 300) {
+        EXPECT_LT(solver.last - solver.first, other.last - other.first);
+      }
     }
   }
 }

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Level 2 on several threads, more than there are cores if need be: general products and updates have the
-// bits of one thread, triangular products agree with long double sums, and without work memory all stay
-// right.
+// bits of one thread, everything else agrees with long double sums and is the same in every run, and without
+// work memory all stay right.
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 
 #include "blas/level2/thread_plans.h"
 #include "service/serv.h"
@@ -106,6 +108,123 @@ TYPED_TEST(Level2Threads, TriangularProductsWithAndWithoutMemory) {
           }
         }
       }
+    }
+  }
+}
+
+/// One routine on operands of an order that forks natively.
+template <class T>
+struct threaded_case {
+  std::string name;
+  bool exact;  ///< the bits of one thread on any number
+  std::function<void(T* a, T* x, T* y)> run;
+};
+
+/// Everything beside full general matrices and full triangular products. n: order; k: diagonals of bands,
+/// l and u of general ones; vectors have room for strides up to 2.
+template <class T>
+std::vector<threaded_case<T>> threaded_cases(core_int n, core_int k, core_int incx, core_int incy) {
+  using core = core_of<T>;
+  const T alpha = factor<T>(2), beta = factor<T>(2);
+  const core_int m = n + 77, kl = k - 5, ld = n + 3, ldb = k + 2, ldg = kl + k + 2;
+  std::vector<threaded_case<T>> cases;
+  for (const char trans : {'N', 'T', 'C'}) {
+    cases.push_back({std::string("gbmv ") + trans, false, [=](T* a, T* x, T* y) {
+                       call(core::gbmv, trans, n, m, kl, k, alpha, a, ldg, x, incx, beta, y, incy);
+                     }});
+    cases.push_back({std::string("tall gbmv ") + trans, false, [=](T* a, T* x, T* y) {
+                       call(core::gbmv, trans, m, n, kl, core_int{3}, alpha, a, ldg, x, incx, T{}, y, incy);
+                     }});
+  }
+  for (const char uplo : {'U', 'L'}) {
+    const auto name = [&](const char* routine, char trans = ' ') {
+      return std::string(routine) + ' ' + uplo + trans;
+    };
+    for (const T b : {T{}, factor<T>(1), beta}) {
+      cases.push_back({name("hemv"), false, [=](T* a, T* x, T* y) {
+                         call(core::hemv, uplo, n, alpha, a, ld, x, incx, b, y, incy);
+                       }});
+    }
+    cases.push_back({name("hbmv"), false, [=](T* a, T* x, T* y) {
+                       call(core::hbmv, uplo, n, k, alpha, a, ldb, x, incx, beta, y, incy);
+                     }});
+    cases.push_back({name("hpmv"), false,
+                     [=](T* a, T* x, T* y) { call(core::hpmv, uplo, n, alpha, a, x, incx, beta, y, incy); }});
+    const real_of<T> size = real_part(alpha);
+    cases.push_back(
+        {name("her"), true, [=](T* a, T* x, T*) { call(core::her, uplo, n, size, x, incx, a, ld); }});
+    cases.push_back({name("hpr"), true, [=](T* a, T* x, T*) { call(core::hpr, uplo, n, size, x, incx, a); }});
+    cases.push_back({name("her2"), true,
+                     [=](T* a, T* x, T* y) { call(core::her2, uplo, n, alpha, x, incx, y, incy, a, ld); }});
+    cases.push_back({name("hpr2"), true,
+                     [=](T* a, T* x, T* y) { call(core::hpr2, uplo, n, alpha, x, incx, y, incy, a); }});
+    for (const char trans : {'N', 'T', 'C'}) {
+      const char diag = trans == 'C' ? 'U' : 'N';
+      cases.push_back({name("tbmv", trans), false,
+                       [=](T* a, T* x, T*) { call(core::tbmv, uplo, trans, diag, n, k, a, ldb, x, incx); }});
+      cases.push_back({name("tpmv", trans), false,
+                       [=](T* a, T* x, T*) { call(core::tpmv, uplo, trans, diag, n, a, x, incx); }});
+      cases.push_back({name("trsv", trans), false,
+                       [=](T* a, T* x, T*) { call(core::trsv, uplo, trans, diag, n, a, ld, x, incx); }});
+      cases.push_back({name("tpsv", trans), false,
+                       [=](T* a, T* x, T*) { call(core::tpsv, uplo, trans, 'U', n, a, x, incx); }});
+    }
+  }
+  return cases;
+}
+
+template <class T>
+bool same_bits(const std::vector<T>& a, const std::vector<T>& b) {
+  return std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0;
+}
+template <class T>
+bool all_close(const std::vector<T>& got, const std::vector<T>& want, core_int terms) {
+  long double largest = 0, worst = 0;
+  for (std::size_t i = 0; i < got.size(); ++i) {
+    const long double difference = std::abs(widen(got[i]) - widen(want[i]));
+    if (!(difference <= worst)) worst = difference;
+    largest = std::max(largest, std::abs(widen(want[i])));
+  }
+  return worst <= 4 * static_cast<long double>(terms) * epsilon<T>() * largest;
+}
+
+TYPED_TEST(Level2Threads, EverythingElseOnSeveralThreads) {
+  using T = TypeParam;
+  struct operands {
+    std::vector<T> a, x, y;
+  };
+  // Just large enough for two threads of a solution, which take the most.
+  const auto n = static_cast<core_int>(std::sqrt(3.3e6 / sizeof(T))), k = n / 3;
+  const core_int incx = is_complex<T> == (sizeof(real_of<T>) == 8) ? 1 : -2, incy = std::abs(incx);
+  operands before;
+  // Small elements beside the full triangle's pivots: solutions neither grow nor fade.
+  for (core_int i = 0; i < std::max((2 * k + 2) * (n + 77), n * (n + 3)); ++i) {
+    before.a.push_back(element<T>(1 / static_cast<double>(n), 0) * this->random_.template next<T>());
+  }
+  for (core_int i = 0; i < n; ++i) before.a[static_cast<std::size_t>(i * (n + 4))] = element<T>(1.5, 0.5);
+  for (core_int i = 0; i < 2 * (n + 77); ++i) {
+    before.x.push_back(this->random_.template next<T>());
+    before.y.push_back(this->random_.template next<T>());
+  }
+  for (const auto& c : threaded_cases<T>(n, k, incx, incy)) {
+    const auto on = [&](int threads, bool without_memory) {
+      serv_set_num_threads(threads);
+      refuses = without_memory;
+      operands o = before;
+      c.run(o.a.data(), o.x.data(), o.y.data());
+      refuses = false;
+      return o;
+    };
+    // Once without memory, once again to see the same bits.
+    const operands serial = on(1, false);
+    const int threads = incx == 1 ? 2 : 3;
+    const operands first = on(threads, false), again = on(threads, incx == 1);
+    for (const operands& o : {first, again}) {
+      EXPECT_TRUE(all_close(o.x, serial.x, n) && all_close(o.y, serial.y, n)) << c.name << threads;
+      EXPECT_TRUE(c.exact ? same_bits(o.a, serial.a) : same_bits(o.a, before.a)) << c.name << threads;
+    }
+    if (incx != 1) {
+      EXPECT_TRUE(same_bits(first.x, again.x) && same_bits(first.y, again.y)) << c.name << threads;
     }
   }
 }

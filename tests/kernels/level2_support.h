@@ -172,8 +172,8 @@ kernel_case<T> update_case(const triangle_case& t, bool two, core_int incx, core
           {},
           [=](int level, const addresses<T>& p, T alpha, T) {
             const auto* kernels = level2_rows<T>::hermitian.kernel[level];
-            if (two) return kernels->update2(t.of(p.a), alpha, p.x, incx, p.y, incy);
-            kernels->update(t.of(p.a), real_part(alpha), p.x, incx);
+            if (two) return kernels->update2(t.of(p.a), alpha, p.x, incx, p.y, incy, 0, t.n);
+            kernels->update(t.of(p.a), real_part(alpha), p.x, incx, 0, t.n);
           }};
 }
 template <class T>

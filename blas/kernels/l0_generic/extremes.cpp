@@ -16,7 +16,7 @@ struct search_lanes<double> : lanes<double> {
   static reg equal(reg a, reg b) { return _mm_cmpeq_pd(a, b); }
   static reg unordered(reg a, reg b) { return _mm_cmpunord_pd(a, b); }
   static reg either(reg a, reg b) { return _mm_or_pd(a, b); }
-  static bool any_lane(reg mask) { return _mm_movemask_pd(mask) != 0; }
+  static int lane_bits(reg mask) { return _mm_movemask_pd(mask); }
   static double low_lane(reg v) { return _mm_cvtsd_f64(v); }
   template <int kDistance>
   static reg exchanged_lanes(reg v) {
@@ -31,7 +31,7 @@ struct search_lanes<float> : lanes<float> {
   static reg equal(reg a, reg b) { return _mm_cmpeq_ps(a, b); }
   static reg unordered(reg a, reg b) { return _mm_cmpunord_ps(a, b); }
   static reg either(reg a, reg b) { return _mm_or_ps(a, b); }
-  static bool any_lane(reg mask) { return _mm_movemask_ps(mask) != 0; }
+  static int lane_bits(reg mask) { return _mm_movemask_ps(mask); }
   static float low_lane(reg v) { return _mm_cvtss_f32(v); }
   template <int kDistance>
   static reg exchanged_lanes(reg v) {

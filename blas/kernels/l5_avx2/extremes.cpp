@@ -19,7 +19,7 @@ struct search_lanes<double> : wide<double> {
   static reg equal(reg a, reg b) { return _mm256_cmp_pd(a, b, _CMP_EQ_OQ); }
   static reg unordered(reg a, reg b) { return _mm256_cmp_pd(a, b, _CMP_UNORD_Q); }
   static reg either(reg a, reg b) { return _mm256_or_pd(a, b); }
-  static bool any_lane(reg mask) { return _mm256_movemask_pd(mask) != 0; }
+  static int lane_bits(reg mask) { return _mm256_movemask_pd(mask); }
   static double low_lane(reg v) { return _mm256_cvtsd_f64(v); }
   /// Halves or quarters exchanged.
   template <int kDistance>
@@ -37,7 +37,7 @@ struct search_lanes<float> : wide<float> {
   static reg equal(reg a, reg b) { return _mm256_cmp_ps(a, b, _CMP_EQ_OQ); }
   static reg unordered(reg a, reg b) { return _mm256_cmp_ps(a, b, _CMP_UNORD_Q); }
   static reg either(reg a, reg b) { return _mm256_or_ps(a, b); }
-  static bool any_lane(reg mask) { return _mm256_movemask_ps(mask) != 0; }
+  static int lane_bits(reg mask) { return _mm256_movemask_ps(mask); }
   static float low_lane(reg v) { return _mm256_cvtss_f32(v); }
   template <int kDistance>
   static reg exchanged_lanes(reg v) {

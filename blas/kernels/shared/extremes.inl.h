@@ -5,7 +5,8 @@
 // a NaN always replaces the best, and the element after a NaN always replaces the NaN. Stride 1: blocks of
 // registers. A block that has no NaN and nothing better than the best is passed over; one with something
 // better only hands on its extreme, and where that stands is looked for at the end, in the last such block. A
-// block with a NaN is walked element by element, as are vectors of other strides.
+// vector of few registers without a NaN is a single block. A block with a NaN is walked element by element,
+// as are vectors of other strides.
 #pragma once
 
 #include "blas/kernels/shared/lanes.inl.h"
@@ -76,6 +77,8 @@ struct search {
   search(const T* first, core_int stride)
       : x(first), inc(stride), best(magnitude(element_at(first))), nan_seen(best != best) {}
 
+  static bool any_lane(reg mask) { return W::lane_bits(mask) != 0; }
+
   void look_at(core_int i) {
     const R next = magnitude(element_at(x + i * inc));
     if (Rule::keeps(best, next)) return;
@@ -118,8 +121,8 @@ struct search {
     }
 #pragma GCC unroll 4
     for (int k = 1; k < kUsed; ++k) extreme[0] = Rule::template better<W>(extreme[0], extreme[k]);
-    if (W::any_lane(W::either(nan, Rule::template beats<W>(extreme[0], W::all(best))))) {
-      if (W::any_lane(nan)) return false;
+    if (any_lane(W::either(nan, Rule::template beats<W>(extreme[0], W::all(best))))) {
+      if (any_lane(nan)) return false;
       best = W::low_lane(in_all_lanes<kWidth / 2>(extreme[0]));
       index = first;
       in_block = true;
@@ -141,12 +144,59 @@ struct search {
     if (i >= n) return;
     if (i < kWidth || best != best || !take_block<1>(n - kWidth)) walk(i, n);
   }
+  /// The lanes of the register's worth of elements at i whose magnitude is the best.
+  int places(core_int i) const { return W::lane_bits(W::equal(magnitudes(x + i), W::all(best))); }
+  /// The first of those in register `index`, which has some.
+  void settle_in_register([[maybe_unused]] int found) {
+    if constexpr (parts<T>::kCount == 1) {
+      index += __builtin_ctz(static_cast<unsigned>(found));
+    } else {
+      while (magnitude(element_at(x + index)) != best) ++index;
+    }
+  }
   /// The best's place in its block.
   void settle() {
     if (!in_block) return;
-    const reg wanted = W::all(best);
-    while (!W::any_lane(W::equal(magnitudes(x + index), wanted))) index += kWidth;
-    while (magnitude(element_at(x + index)) != best) ++index;
+    int found = places(index);
+    while (found == 0) found = places(index += kWidth);
+    settle_in_register(found);
+  }
+
+  /// A vector of some registers, the last one overlapping the one before, in one go: the extreme, then its
+  /// place. False, with nothing changed, if there is a NaN.
+  bool take_whole(core_int n) {
+    const core_int last = n - kWidth;
+    reg extreme[kExtremes];
+#pragma GCC unroll 4
+    for (int k = 0; k < kExtremes; ++k) extreme[k] = magnitudes(x + k * kWidth);
+    reg nan = W::either(W::unordered(extreme[0], extreme[1]), W::unordered(extreme[2], extreme[3]));
+    core_int i = kExtremes * kWidth;
+    for (; i <= last - (kExtremes - 1) * kWidth; i += kExtremes * kWidth) {
+      reg v[kExtremes];
+#pragma GCC unroll 4
+      for (int k = 0; k < kExtremes; ++k) {
+        v[k] = magnitudes(x + i + k * kWidth);
+        extreme[k] = Rule::template better<W>(extreme[k], v[k]);
+      }
+      nan = W::either(nan, W::either(W::unordered(v[0], v[1]), W::unordered(v[2], v[3])));
+    }
+    for (; i < n; i += kWidth) {
+      const reg v = magnitudes(x + (i < last ? i : last));
+      nan = W::either(nan, W::unordered(v, v));
+      extreme[0] = Rule::template better<W>(extreme[0], v);
+    }
+    if (any_lane(nan)) return false;
+    extreme[0] = Rule::template better<W>(Rule::template better<W>(extreme[0], extreme[1]),
+                                          Rule::template better<W>(extreme[2], extreme[3]));
+    best = W::low_lane(in_all_lanes<kWidth / 2>(extreme[0]));
+    int found = places(0);
+    for (i = 0; found == 0;) {
+      i += kWidth;
+      index = i < last ? i : last;
+      found = places(index);
+    }
+    settle_in_register(found);
+    return true;
   }
 };
 
@@ -155,7 +205,10 @@ struct search {
 template <class Rule, class T>
 [[gnu::noinline]] core_int extreme_of_slice(core_int n, const T* x, core_int inc) {
   search<Rule, T> found{x, inc};
-  if (inc == 1) {
+  constexpr core_int kWidth = search<Rule, T>::kWidth;
+  if (inc == 1 && n >= 4 * kWidth && n < 32 * kWidth && found.take_whole(n)) {
+    // no NaN
+  } else if (inc == 1) {
     core_int i = found.template take_blocks<32>(0, n);
     i = found.template take_blocks<8>(i, n);
     i = found.template take_blocks<2>(i, n);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Level 2 with a Hermitian or symmetric matrix of which one triangle is stored, full, banded or packed: the
-// product y = alpha A x + beta y and the updates of rank 1 and 2. One pass over the stored columns; a product
-// uses each element as itself and as its mirror. y is scaled first. An update leaves columns alone whose
-// factors are zero, but for the imaginary part of the diagonal.
+// product y = alpha A x + beta y and the updates of rank 1 and 2, of all columns or some. One pass over the
+// stored columns; a product uses each element as itself and as its mirror. y is scaled first. An update
+// leaves columns alone whose factors are zero, but for the imaginary part of the diagonal.
 #pragma once
 
 #include "blas/kernels/shared/level2_triangles.inl.h"
@@ -51,10 +51,11 @@ inline bool add_usual_panel(const stored_triangle<const T>& a, core_int j0, core
   return true;
 }
 
+/// The stored columns first .. last - 1 with their mirror images.
 template <bool kHermitian, class T>
 inline void add_hermitian(const stored_triangle<const T>& a, T alpha, vector_view<const T> x,
-                          vector_view<T> y) {
-  for_panels(a.n, panel_width(a, kBothAtOnce<T>), true, [&](core_int j0, core_int j1) {
+                          vector_view<T> y, core_int first, core_int last) {
+  for_panels(first, last, panel_width(a, kBothAtOnce<T>), true, [&](core_int j0, core_int j1) {
     if (add_usual_panel<kHermitian>(a, j0, j1, alpha, x, y)) return;
     panel<const T, T> p;
     for (core_int j = j0; j < j1; ++j) {
@@ -81,25 +82,37 @@ inline void add_hermitian(const stored_triangle<const T>& a, T alpha, vector_vie
 }
 
 template <class T>
+inline void add_part(const stored_triangle<const T>& a, bool symmetric, T alpha, vector_view<const T> x,
+                     vector_view<T> y, core_int first, core_int last) {
+  if (equals_real(alpha, 0)) return;
+  if (kIsComplex<T> && !symmetric) {
+    add_hermitian<true>(a, alpha, x, y, first, last);
+  } else {
+    add_hermitian<false>(a, alpha, x, y, first, last);
+  }
+}
+
+template <class T>
 void hermitian_product(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x, core_int incx,
                        T beta, T* y, core_int incy) {
   if (a.n < 1) return;
   const auto ys = view_of(y, a.n, incy);
   scale(a.n, beta, ys);
-  if (equals_real(alpha, 0)) return;
-  if (kIsComplex<T> && !symmetric) {
-    add_hermitian<true>(a, alpha, view_of(x, a.n, incx), ys);
-  } else {
-    add_hermitian<false>(a, alpha, view_of(x, a.n, incx), ys);
-  }
+  add_part(a, symmetric, alpha, view_of(x, a.n, incx), ys, 0, a.n);
+}
+
+template <class T>
+void hermitian_product_part(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x,
+                            core_int incx, T* sums, core_int first, core_int last) {
+  add_part(a, symmetric, alpha, view_of(x, a.n, incx), {sums, 1}, first, last);
 }
 
 /// A += the outer products of vectors with the factors that factors_of(j, factor) sets for column j; false
 /// there means that all are zero.
 template <int kVectors, class T, class FactorsOf>
-inline void update_triangle(const stored_triangle<T>& a, const vector_view<const T> (&x)[kVectors],
-                            FactorsOf factors_of) {
-  for_panels(a.n, kUpdatedAtOnce, true, [&](core_int j0, core_int j1) {
+inline void update_triangle(const stored_triangle<T>& a, core_int first, core_int last,
+                            const vector_view<const T> (&x)[kVectors], FactorsOf factors_of) {
+  for_panels(first, last, kUpdatedAtOnce, true, [&](core_int j0, core_int j1) {
     panel<T, T, kVectors> p;
     for (core_int j = j0; j < j1; ++j) {
       T* column = column_of(a, j);
@@ -123,10 +136,11 @@ inline void update_triangle(const stored_triangle<T>& a, const vector_view<const
 }
 
 template <class T, class R>
-void hermitian_update(const stored_triangle<T>& a, R alpha, const T* x, core_int incx) {
+void hermitian_update(const stored_triangle<T>& a, R alpha, const T* x, core_int incx, core_int first,
+                      core_int last) {
   if (a.n < 1 || alpha == 0) return;
   const vector_view<const T> xs[1] = {view_of(x, a.n, incx)};
-  update_triangle(a, xs, [&](core_int j, T* factor) {
+  update_triangle(a, first, last, xs, [&](core_int j, T* factor) {
     const T xj = xs[0].get(j);
     if (equals_real(xj, 0)) return false;
     factor[0] = conjugate_if<true>(xj);
@@ -141,10 +155,10 @@ void hermitian_update(const stored_triangle<T>& a, R alpha, const T* x, core_int
 
 template <class T>
 void hermitian_update2(const stored_triangle<T>& a, T alpha, const T* x, core_int incx, const T* y,
-                       core_int incy) {
+                       core_int incy, core_int first, core_int last) {
   if (a.n < 1 || equals_real(alpha, 0)) return;
   const vector_view<const T> both[2] = {view_of(x, a.n, incx), view_of(y, a.n, incy)};
-  update_triangle(a, both, [&](core_int j, T* factor) {
+  update_triangle(a, first, last, both, [&](core_int j, T* factor) {
     const T xj = both[0].get(j), yj = both[1].get(j);
     if (equals_real(xj, 0) && equals_real(yj, 0)) return false;
     factor[0] = product_of(alpha, conjugate_if<true>(yj));
@@ -155,10 +169,14 @@ void hermitian_update2(const stored_triangle<T>& a, T alpha, const T* x, core_in
 
 }  // namespace
 
-const hermitian_kernels<float, float> hermitian_s{hermitian_product, hermitian_update, hermitian_update2};
-const hermitian_kernels<double, double> hermitian_d{hermitian_product, hermitian_update, hermitian_update2};
-const hermitian_kernels<complex8, float> hermitian_c{hermitian_product, hermitian_update, hermitian_update2};
-const hermitian_kernels<complex16, double> hermitian_z{hermitian_product, hermitian_update,
-                                                       hermitian_update2};
+#define QEL_TABLE(letter, T, R)                                                    \
+  const hermitian_kernels<T, R> hermitian_##letter {                               \
+    hermitian_product, hermitian_product_part, hermitian_update, hermitian_update2 \
+  }
+QEL_TABLE(s, float, float);
+QEL_TABLE(d, double, double);
+QEL_TABLE(c, complex8, float);
+QEL_TABLE(z, complex16, double);
+#undef QEL_TABLE
 
 }  // namespace qel::QEL_LEVEL

@@ -11,8 +11,17 @@ namespace {
 
 template <class E>
 inline E* column_of(const stored_triangle<E>& a, core_int j) {
-  if (!a.packed) return a.base + j * a.ld;
-  return a.base + (a.upper ? j * (j + 1) / 2 : j * (2 * a.n - j - 1) / 2);
+  return a.base + j * a.ld + a.growth * (j * (j + 1) / 2);
+}
+/// Rows and columns first .. last - 1 as a triangle.
+template <class E>
+inline stored_triangle<E> block_of(const stored_triangle<E>& a, core_int first, core_int last) {
+  stored_triangle<E> block = a;
+  block.base = column_of(a, first) + first;
+  block.ld = a.ld + a.growth * first;
+  block.n = last - first;
+  if (block.k > block.n) block.k = block.n;
+  return block;
 }
 
 /// Rows from first to last, last not included.
@@ -40,18 +49,25 @@ inline row_range rows_inside(const stored_triangle<E>& a, core_int j, core_int j
   return {j + 1, last < j1 ? last : j1};
 }
 
+/// Rows of column j among first .. last - 1, all of which are on its stored side.
+template <class E>
+inline row_range rows_among(const stored_triangle<E>& a, core_int j, core_int first, core_int last) {
+  if (a.upper) return {first > j - a.k ? first : j - a.k, last};
+  return {first, last < j + a.k + 1 ? last : j + a.k + 1};
+}
+
 /// Columns of a panel; one if the band is narrow.
 template <class E>
 inline core_int panel_width(const stored_triangle<E>& a, int widest) {
   return a.k < 4 * widest && a.k < a.n ? 1 : widest;
 }
 
-/// Calls visit(j0, j1) for the panels of columns, from the first or from the last.
+/// Calls visit(j0, j1) for the panels of columns first .. last - 1, from the first or from the last.
 template <class Visit>
-inline void for_panels(core_int n, core_int width, bool ascending, Visit visit) {
-  for (core_int done = 0; done < n; done += width) {
+inline void for_panels(core_int first, core_int last, core_int width, bool ascending, Visit visit) {
+  for (core_int done = 0, n = last - first; done < n; done += width) {
     const core_int count = n - done < width ? n - done : width;
-    const core_int j0 = ascending ? done : n - done - count;
+    const core_int j0 = ascending ? first + done : last - done - count;
     visit(j0, j0 + count);
   }
 }

@@ -55,7 +55,7 @@ inline void sum_usual_panel(const T* const* column, row_range rows, const T* x, 
 
 template <class T>
 inline void multiply(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
+  for_panels(0, a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
     const auto usual = [&](auto& block, const T* const* column, row_range rows) {
       if (block.has_zero()) return false;
       add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, block.x, x.at + rows.first);
@@ -80,7 +80,7 @@ inline void multiply(const stored_triangle<const T>& a, bool unit, vector_view<T
 
 template <bool kConjugate, class T>
 inline void multiply_transposed(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
+  for_panels(0, a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
     T outside[kPanel];
     const auto usual = [&](auto& block, const T* const* column, row_range rows) {
       sum_usual_panel<kConjugate>(column, rows, x.at, outside);
@@ -104,7 +104,7 @@ inline void multiply_transposed(const stored_triangle<const T>& a, bool unit, ve
 
 template <class T>
 inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
+  for_panels(0, a.n, panel_width(a, kBlock<T>), !a.upper, [&](core_int j0, core_int j1) {
     bool done = false;
     const auto usual = [&](auto& block, const T* const* column, row_range rows) {
       block.solve(unit);
@@ -136,7 +136,7 @@ inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x
 
 template <bool kConjugate, class T>
 inline void solve_transposed(const stored_triangle<const T>& a, bool unit, vector_view<T> x) {
-  for_panels(a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
+  for_panels(0, a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
     T outside[kPanel];
     const auto usual = [&](auto& block, const T* const* column, row_range rows) {
       sum_usual_panel<kConjugate>(column, rows, x.at, outside);
@@ -196,17 +196,64 @@ void triangular_solution(const stored_triangle<const T>& a, matrix_op op, bool u
   });
 }
 
-/// x_j += the products of the given rows of columns first .. last - 1 with copy.
-template <bool kConjugate, class T>
-inline void add_sums_of_rows(const stored_triangle<const T>& a, const T* copy, vector_view<T> x,
-                             core_int first, core_int last, row_range rows) {
+template <class T>
+void triangular_solution_part(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x, core_int incx,
+                              core_int first, core_int last) {
+  const auto whole = view_of(x, a.n, incx);
+  const core_int lowest = incx < 0 ? last - 1 : first;
+  triangular_solution(block_of(a, first, last), op, unit, whole.at + lowest * incx, incx);
+}
+
+/// Elements first .. last - 1 of x += op(A) times elements from_first .. from_last - 1 of `from`, all of
+/// which lie on the same side of the diagonal. Without a transpose zeros leave their columns out.
+template <bool kNegative, class T>
+inline void add_scaled(const stored_triangle<const T>& a, vector_view<const T> from, core_int from_first,
+                       core_int from_last, vector_view<T> x, core_int first, core_int last) {
+  for (core_int j = from_first; j < from_last;) {
+    panel<const T, T> p;
+    for (; j < from_last && p.count < kPanel; ++j) {
+      const T factor = from.get(j);
+      if (equals_real(factor, 0)) continue;
+      const row_range rows = rows_among(a, j, first, last);
+      p.add(column_of(a, j), rows.first, rows.last, kNegative ? negative(factor) : factor);
+    }
+    if (p.count > 0) add_panel(p, x);
+  }
+}
+template <bool kNegative, bool kConjugate, class T>
+inline void add_sums(const stored_triangle<const T>& a, vector_view<const T> from, core_int from_first,
+                     core_int from_last, vector_view<T> x, core_int first, core_int last) {
   for (core_int j0 = first; j0 < last; j0 += kPanel) {
     panel<const T, T> p;
-    for (core_int j = j0; j < last && j < j0 + kPanel; ++j) p.add(column_of(a, j), rows.first, rows.last);
+    for (core_int j = j0; j < last && j < j0 + kPanel; ++j) {
+      const row_range rows = rows_among(a, j, from_first, from_last);
+      p.add(column_of(a, j), rows.first, rows.last);
+    }
     T sum[kPanel];
-    sum_panel<kConjugate>(p, {copy, 1}, sum);
-    for (int k = 0; k < p.count; ++k) x.set(j0 + k, sum_of(x.get(j0 + k), sum[k]));
+    sum_panel<kConjugate>(p, from, sum);
+    for (int k = 0; k < p.count; ++k) {
+      x.set(j0 + k, sum_of(x.get(j0 + k), kNegative ? negative(sum[k]) : sum[k]));
+    }
   }
+}
+template <bool kNegative, class T>
+inline void add_products(const stored_triangle<const T>& a, matrix_op op, vector_view<const T> from,
+                         core_int from_first, core_int from_last, vector_view<T> x, core_int first,
+                         core_int last) {
+  if (op == matrix_op::kNone) {
+    add_scaled<kNegative>(a, from, from_first, from_last, x, first, last);
+  } else if (kIsComplex<T> && op == matrix_op::kConjugated) {
+    add_sums<kNegative, true>(a, from, from_first, from_last, x, first, last);
+  } else {
+    add_sums<kNegative, false>(a, from, from_first, from_last, x, first, last);
+  }
+}
+
+template <class T>
+void triangular_reduction_part(const stored_triangle<const T>& a, matrix_op op, T* x, core_int incx,
+                               core_int known_first, core_int known_last, core_int first, core_int last) {
+  const auto xs = view_of(x, a.n, incx);
+  add_products<true>(a, op, {xs.at, incx}, known_first, known_last, xs, first, last);
 }
 
 template <class T>
@@ -215,41 +262,31 @@ void triangular_product_part(const stored_triangle<const T>& a, matrix_op op, bo
   if (first >= last) return;
   const auto xs = view_of(x, a.n, incx);
   // The diagonal block alone, then what lies beside it (no transpose) or above or below it.
-  stored_triangle<const T> block = a;
-  block.base = column_of(a, first) + first;
-  block.n = block.k = last - first;
+  const auto block = block_of(a, first, last);
   const vector_view<T> part{xs.at + first * incx, incx};
   if (op == matrix_op::kNone) {
     multiply(block, unit, part);
-    const core_int begin = a.upper ? last : 0, end = a.upper ? a.n : first;
-    for (core_int j = begin; j < end;) {
-      panel<const T, T> p;
-      for (; j < end && p.count < kPanel; ++j) {
-        if (!equals_real(copy[j], 0)) p.add(column_of(a, j), first, last, copy[j]);
-      }
-      if (p.count > 0) add_panel(p, xs);
-    }
-    return;
-  }
-  const row_range rows{a.upper ? 0 : last, a.upper ? first : a.n};
-  if (kIsComplex<T> && op == matrix_op::kConjugated) {
+  } else if (kIsComplex<T> && op == matrix_op::kConjugated) {
     multiply_transposed<true>(block, unit, part);
-    add_sums_of_rows<true>(a, copy, xs, first, last, rows);
   } else {
     multiply_transposed<false>(block, unit, part);
-    add_sums_of_rows<false>(a, copy, xs, first, last, rows);
   }
+  const bool later = a.upper == (op == matrix_op::kNone);  // what the part takes more from
+  const core_int begin = first > a.k ? first - a.k : 0, end = last + a.k < a.n ? last + a.k : a.n;
+  add_products<false>(a, op, {copy, 1}, later ? last : begin, later ? end : first, xs, first, last);
 }
 
 }  // namespace
 
-const triangular_kernels<float> triangular_s{triangular_product, triangular_product_part,
-                                             triangular_solution};
-const triangular_kernels<double> triangular_d{triangular_product, triangular_product_part,
-                                              triangular_solution};
-const triangular_kernels<complex8> triangular_c{triangular_product, triangular_product_part,
-                                                triangular_solution};
-const triangular_kernels<complex16> triangular_z{triangular_product, triangular_product_part,
-                                                 triangular_solution};
+#define QEL_TABLE(letter, T)                                                                    \
+  const triangular_kernels<T> triangular_##letter {                                             \
+    triangular_product, triangular_product_part, triangular_solution, triangular_solution_part, \
+        triangular_reduction_part                                                               \
+  }
+QEL_TABLE(s, float);
+QEL_TABLE(d, double);
+QEL_TABLE(c, complex8);
+QEL_TABLE(z, complex16);
+#undef QEL_TABLE
 
 }  // namespace qel::QEL_LEVEL
