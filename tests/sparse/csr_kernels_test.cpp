@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Kernels of CSR products called as for matrices from memory, which no test is large enough to be: rows of
 // all lengths, vectors that end before a page that can't be read, exact values.
-#include "service/serv.h"
 #include "sparse/kernels/csr_kernels.h"
+#include "service/serv.h"
 #include "tests/sparse/support.h"
 #include "tests/support/guarded.h"
 
@@ -80,7 +80,8 @@ TYPED_TEST(CsrKernels, RowsOfAllLengths) {
             const csr_slice rows = {0, m, a.ja.data(), a.ia.data(), a.ia.data() + 1,
                                     1, k, false,       streams,     gathers};
             const T alpha = make<T>(2);
-            (transposed ? table.scatter : table.gather)[part][0](&rows, a.a.data(), &alpha, x.data(), y.data());
+            (transposed ? table.scatter : table.gather)[part][0](&rows, a.a.data(), &alpha, x.data(),
+                                                                 y.data());
             const dense d = op(transposed ? 'T' : 'N', meant);
             for (int i = 0; i < d.rows; ++i) {
               reference sum = 0;
