@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The direct sparse solver beside CHOLMOD, UMFPACK, KLU, SuperLU and MUMPS: analysis, factorisation, and
-// solutions of 1 and 32 right-hand sides, over generated matrices and those of QEL_BENCH_MATRICES (Matrix
-// Market files, separated by colons). QEL_BENCH_ORDERING: iparm(2). After the times: entries of the factors,
-// and backward errors.
+// The direct sparse solver beside CHOLMOD, UMFPACK, KLU, SuperLU and MUMPS: analysis, factorisation,
+// solutions of 1 and 32 right-hand sides, and the total with one, over generated matrices and those of
+// QEL_BENCH_MATRICES (Matrix Market files, separated by colons). QEL_BENCH_ORDERING: iparm(2). After the
+// times: entries of the factors, and backward errors.
 #include <fmt/core.h>
 #include <unistd.h>
 
@@ -140,6 +140,18 @@ void add_all(const std::shared_ptr<system_under_test>& system, int type, bool ci
     add("factor", system, library, [=](benchmark::State& state) {
       direct_solver& solver = system->analysed(library);
       for (auto _ : state) solver.factor();
+    });
+  for (const direct_library& library : libraries)
+    add("total", system, library, [=](benchmark::State& state) {
+      direct_solver& solver = system->solver(library);
+      system->dropped(library);
+      const std::vector<double> b(static_cast<size_t>(system->a().n), 1.0);
+      std::vector<double> x(b.size());
+      for (auto _ : state) {
+        solver.analyse();
+        solver.factor();
+        solver.solve(1, b.data(), x.data());
+      }
     });
   for (const int nrhs : {1, kManySides})
     for (const direct_library& library : libraries) add_solve(system, library, nrhs);

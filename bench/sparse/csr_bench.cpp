@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // CSR matrices beside Eigen (row-major, its products threaded by OpenMP) and a plain loop, both compiled for
 // this machine: products with a vector, sums, sparse products. Matrices: grids of 5 and 7 points, random
-// columns, and rows whose lengths follow a power law.
+// columns, and rows whose lengths follow a power law. The ratio to "stream" is the share of the bandwidth
+// that a product has of what reading its operands in order has.
 #include <Eigen/Sparse>
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <random>
@@ -121,6 +123,35 @@ void add(const std::string& name, const char* contender, work_per_call per_call,
   }
 }
 
+// Words of any array: their sums wait for one another less than those of real numbers do.
+using word [[gnu::may_alias]] = std::uint64_t;
+struct words {
+  const word* data;
+  std::ptrdiff_t count;
+};
+template <class T>
+words words_of(const T* data, std::ptrdiff_t count) {
+  constexpr std::ptrdiff_t kPerWord = sizeof(word) / sizeof(T);
+  return {reinterpret_cast<const word*>(data), count / kPerWord};
+}
+/// All that a product must read and write, each once and in order: what memory and caches allow.
+[[gnu::noinline]] void stream(const one_based& a, const double* x, double* y) {
+  const std::ptrdiff_t entries = a.ia.back() - 1, n = a.n;
+  const words parts[] = {words_of(a.a.data(), entries), words_of(a.ja.data(), entries),
+                         words_of(a.ia.data(), n), words_of(x, n)};
+  word sum = 0;
+#pragma omp parallel reduction(+ : sum)
+  {
+    for (const auto& [data, count] : parts) {
+#pragma omp for simd nowait
+      for (std::ptrdiff_t p = 0; p < count; ++p) sum += data[p];
+    }
+#pragma omp for simd nowait
+    for (std::ptrdiff_t i = 0; i < n; ++i) y[i] = 1;
+  }
+  benchmark::DoNotOptimize(sum);
+}
+
 struct vectors {
   vector x, y;
   explicit vectors(Eigen::Index n) : x(vector::Random(n)), y(vector::Zero(n)) {}
@@ -141,28 +172,31 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
     multiply(transa, &n, &n, &one, description, a.a.data(), a.ja.data(), a.ia.data(), a.ia.data() + 1,
              v->x.data(), &zero, v->y.data());
   };
+  const auto start_case = [=](const std::string& name, work_per_call per_call,
+                              const std::shared_ptr<one_based>& a, const char* transa,
+                              const char* description) {
+    remember_case(name);
+    add(name, kSubject, per_call, [=] { call(transa, description, *a); });
+    add(name, "stream", per_call, [=] { stream(*a, v->x.data(), v->y.data()); });
+  };
   std::string name = "csrmv/general/" + pattern;
-  remember_case(name);
-  add(name, kSubject, whole, [=] { call("N", "GLNF", *ours); });
+  start_case(name, whole, ours, "N", "GLNF");
   add(name, "Eigen", whole, [=] { v->y.noalias() = *m * v->x; });
   add(name, "loop", whole, [=] {
     plain_product(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
   });
   name = "csrmv/transposed/" + pattern;
-  remember_case(name);
-  add(name, kSubject, whole, [=] { call("T", "GLNF", *ours); });
+  start_case(name, whole, ours, "T", "GLNF");
   add(name, "Eigen", whole, [=] { v->y.noalias() = m->transpose() * v->x; });
   name = "csrmv/symmetric/" + pattern;
-  remember_case(name);
-  add(name, kSubject, half, [=] { call("N", "SLNF", *ours_lower); });
+  start_case(name, half, ours_lower, "N", "SLNF");
   add(name, "Eigen", half, [=] { v->y.noalias() = lower->selfadjointView<Eigen::Lower>() * v->x; });
   add(name, "loop", half, [=] {
     plain_symmetric(n, lower->outerIndexPtr(), lower->innerIndexPtr(), lower->valuePtr(), v->x.data(),
                     v->y.data());
   });
   name = "csrmv/triangle/" + pattern;
-  remember_case(name);
-  add(name, kSubject, whole, [=] { call("N", "TLNF", *ours); });
+  start_case(name, whole, ours, "N", "TLNF");
   add(name, "loop", whole, [=] {
     plain_triangle(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
   });

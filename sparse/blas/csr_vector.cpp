@@ -53,6 +53,7 @@ struct csr_product {
   const T* x;
   T* y;
   core_int result_rows;
+  bool zeroes;                              ///< y is set to zero first
   typename csr_kernels<T>::product* plain;  ///< one of these two
   typename csr_kernels<T>::mirrored* mirrored;
 };
@@ -99,17 +100,22 @@ void run_row_blocks(const csr_product<T>& product, const csr_vector_plan& plan) 
 template <class T>
 bool run_accumulators(const csr_product<T>& product, const csr_vector_plan& plan) {
   const core_int n = product.result_rows;
-  const plain::scratch<T> all(plan.threads * n, kAlignment);
+  const int in_place = plan.first_in_place ? 1 : 0;
+  const plain::scratch<T> all((plan.threads - in_place) * n, kAlignment);
   if (all.get() == nullptr) return false;
-  T* const sums = all.get();
+  if (in_place == 0 && product.zeroes) std::fill_n(product.y, n, T{});
+  const auto sums_of = [&](int t) { return t < in_place ? product.y : all.get() + (t - in_place) * n; };
 #pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
   for (int t = 0; t < plan.threads; ++t) {
-    std::fill_n(sums + t * n, n, T{});
-    run_rows(product, share(product, plan, t), sums + t * n);
+    T* const sums = sums_of(t);
+    if (t >= in_place || product.zeroes) std::fill_n(sums, n, T{});
+    run_rows(product, share(product, plan, t), sums);
   }
   const auto add_rows = [&](row_range rows) {
-    for (int t = 0; t < plan.threads; ++t)
-      for (core_int i = rows.first; i < rows.last; ++i) product.y[i] += sums[t * n + i];
+    for (int t = in_place; t < plan.threads; ++t) {
+      const T* const sums = sums_of(t);
+      for (core_int i = rows.first; i < rows.last; ++i) product.y[i] += sums[i];
+    }
   };
   if (plan.shared_sum) {
 #pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
@@ -163,6 +169,7 @@ void run_product(const csr_product<T>& product, const csr_vector_plan& plan) {
     case csr_scheme::kSerial:
       break;
   }
+  if (product.zeroes) std::fill_n(product.y, product.result_rows, T{});
   run_rows(product, {0, product.matrix.last}, product.y);
 }
 
@@ -241,7 +248,7 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
     return;
   }
   csr_product<T> product{};
-  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters, false};
+  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters, false, false};
   product.a = a;
   product.alpha = alpha;
   product.x = x;
@@ -250,6 +257,9 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
   choose(product, options.about, options.transposed, options.conjugated);
   const core_int entries = core_int{end[rows - 1]} - begin[0];
   const core_int bytes = entries * static_cast<core_int>(sizeof(T) + sizeof(int));
+  const core_int x_length = options.transposed ? rows : columns;
+  int caches[5];
+  serv_native_cache_sizes(caches);
   const int threads = serv_in_parallel() ? 1 : serv_threads_all();
   csr_vector_facts facts = {options.about.kind,
                             options.transposed,
@@ -259,17 +269,19 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
                             threads,
                             serv_cpu_level() >= 5,
                             bytes,
-                            largest_native_cache()};
+                            largest_native_cache(),
+                            0,
+                            x_length * static_cast<core_int>(sizeof(T)),
+                            caches[2]};
   csr_vector_plan plan = plan_csr_vector(facts);
   if (plan.scheme == csr_scheme::kFarRows) {
     facts.far_share = far_share_of(product.matrix, facts.threads);
     plan = plan_csr_vector(facts);
   }
   product.matrix.streams = plan.streams;
-  if (!add && (scatters || plan.scheme == csr_scheme::kAccumulators)) {
-    std::fill_n(y, length, T{});
-    product.matrix.overwrites = false;
-  }
+  product.matrix.gathers = plan.gathers;
+  product.zeroes = !add && (scatters || plan.scheme == csr_scheme::kAccumulators);
+  if (product.zeroes) product.matrix.overwrites = false;
   run_product(product, plan);
 }
 

@@ -80,6 +80,8 @@ csr_vector_plan shared_plan(const csr_vector_facts& facts) {
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
   csr_vector_plan plan = shared_plan(facts);
   plan.streams = facts.bytes > facts.largest_cache / kShareOfCache;
+  plan.gathers = plan.streams && facts.x_bytes > facts.second_cache;
+  plan.first_in_place = facts.native && plan.scheme == csr_scheme::kAccumulators;
   return plan;
 }
 

@@ -247,6 +247,24 @@ TEST(CsrVectorPlan, Table) {
   EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 2048}).streams);
 }
 
+TEST(CsrVectorPlan, GathersWhereNeitherMatrixNorVectorIsNear) {
+  const struct {
+    core_int bytes, x_bytes;
+    bool gathers;
+  } rows[] = {{1025, 513, true}, {1025, 512, false}, {1024, 513, false}};
+  for (const auto& row : rows) {
+    const sparse::csr_vector_facts facts = {'G',  false,     9,    9, 100,         1,
+                                            true, row.bytes, 2048, 0, row.x_bytes, 512};
+    EXPECT_EQ(sparse::plan_csr_vector(facts).gathers, row.gathers) << row.bytes << ' ' << row.x_bytes;
+  }
+}
+
+TEST(CsrVectorPlan, OnlyNativeThreadsAddToTheResultItself) {
+  EXPECT_TRUE(sparse::plan_csr_vector({'G', true, 100, 100, 30000, 4, true}).first_in_place);
+  EXPECT_FALSE(sparse::plan_csr_vector({'S', false, 100, 100, 30000, 4, true}).first_in_place);
+  EXPECT_FALSE(sparse::plan_csr_vector({'S', false, 100, 100, 30000, 4, false}).first_in_place);
+}
+
 TEST(CsrChecks, FirstBadArgument) {
   using namespace sparse;
   EXPECT_EQ(csrgemv_bad_argument("x", -1), 1);

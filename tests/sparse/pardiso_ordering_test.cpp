@@ -152,8 +152,14 @@ TEST(Ordering, FillStaysNearWhatIsKnownToBePossible) {
 }
 
 TEST(Ordering, ChoosesByFill) {
-  // Minimum degree is better on the first, dissection on the second.
-  for (const auto& [problem, method] : {std::pair{grid(30, 30, 1), 0}, {grid(20, 20, 20), 2}}) {
+  // Minimum degree is better on the first, which is left to it only without the corner that has many
+  // neighbours; dissection on the second.
+  sparse_problem plane = grid(30, 30, 1);
+  for (int k = 1; k <= 8; ++k) {
+    plane.entries.push_back({0, 30 * k + k, -0.1});
+    plane.entries.push_back({30 * k + k, 0, -0.1});
+  }
+  for (const auto& [problem, method] : {std::pair{plane, 0}, {grid(20, 20, 20), 2}}) {
     const auto m = csr_of<double>(problem);
     int64_t fill[3];
     for (const int one : {0, 2}) {
@@ -204,7 +210,12 @@ TEST(Ordering, SubgraphsAndDissectionOptions) {
                {1000, 2, 1, 1, 4},  {3, 2, 1, 0, 3},     {1000, 2, 1, 62, 1000}};
   for (const auto& c : cases)
     EXPECT_EQ(pardiso::choose_subgraphs(c.n, c.type, c.threads, c.exponent), c.subgraphs);
-  EXPECT_GT(pardiso::choose_leaf(1000, 4000), pardiso::choose_leaf(1000, 6000));
+  const auto circuit = pardiso::choose_leaf(10000, 40000, 501), plane = pardiso::choose_leaf(10000, 40000, 6),
+             general = pardiso::choose_leaf(10000, 40000, 7);
+  EXPECT_GT(circuit, plane);
+  EXPECT_GT(plane, general);
+  EXPECT_EQ(pardiso::choose_leaf(10000, 40000, 500), general);
+  for (const int most : {6, 7, 501}) EXPECT_EQ(pardiso::choose_leaf(10000, 50000, most), general);
   EXPECT_EQ(pardiso::choose_dissection_options(8000, 999), pardiso::dissection_options{});
   const pardiso::dissection_options dense{1, 3, 1, 2, 0, 1, 200, 1};
   EXPECT_EQ(pardiso::choose_dissection_options(8000, 1000), dense);

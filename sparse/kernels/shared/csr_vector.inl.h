@@ -101,12 +101,48 @@ template <bool kConjugate, class T>
 }
 
 #ifdef __AVX2__
-/// A long row of a real triangle without branches: zeros stand for both factors of what takes no part, whose
-/// values are read but not used. Where the triangle cuts a row differs from row to row, which no branch
-/// foresees.
+template <class T>
+constexpr bool kHasVectors = sizeof(T) == sizeof(double);
+
+/// (0 + 1) + (2 + 3), as row_sum adds.
+inline double total(__m256d sums) {
+  const __m128d low = _mm256_castpd256_pd128(sums), high = _mm256_extractf128_pd(sums, 1);
+  const __m128d pairs = _mm_hadd_pd(low, high);
+  return _mm_cvtsd_f64(_mm_add_sd(pairs, _mm_unpackhi_pd(pairs, pairs)));
+}
+
+/// x at four columns, loaded one by one.
+inline __m256d elements_of(const double* x, __m128i columns) {
+  const int64_t low = _mm_cvtsi128_si64(columns), high = _mm_extract_epi64(columns, 1);
+  return _mm256_setr_pd(x[static_cast<int>(low)], x[low >> 32], x[static_cast<int>(high)], x[high >> 32]);
+}
+
+/// The bits of row_sum for a long row. Gathers, as one instruction for four elements, have more of them on
+/// their way, which pays where x lies beyond the second cache.
+template <bool kGathers>
+[[gnu::noinline]] double long_sum(const double* a, const int* columns, core_int count, const double* x) {
+  const __m256d zero = _mm256_setzero_pd(), all = _mm256_castsi256_pd(_mm256_set1_epi64x(-1));
+  __m256d sums = zero;
+  core_int p = 0;
+  for (; p + 4 <= count; p += 4) {
+    const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
+    // Without a mask g++ 12 takes the register that it leaves as it is for an uninitialised one.
+    const __m256d factors =
+        kGathers ? _mm256_mask_i32gather_pd(zero, x, j, all, sizeof(double)) : elements_of(x, j);
+    sums = _mm256_fmadd_pd(_mm256_loadu_pd(a + p), factors, sums);
+  }
+  double sum = total(sums);
+  for (; p < count; ++p) sum = multiple(a[p], x[columns[p]], sum);
+  return sum;
+}
+
+/// A long row of a real triangle without branches: where the triangle cuts a row differs from row to row,
+/// which no branch foresees. What takes no part has zeros for both factors, and the diagonal's element of x,
+/// which rows inside the matrix have, is read in its place.
 template <csr_part kPart>
 [[gnu::noinline]] double long_part_sum(core_int diagonal_column, const double* a, const int* columns,
                                        core_int count, const double* x) {
+  constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
   // A comparison has all ones or, for the parts with a diagonal, zeros where an entry takes part.
   constexpr bool kNegated = kPart == kLower || kPart == kUpper;
   constexpr bool kGreater = kPart == kLower || kPart == kUpperUnit;
@@ -122,29 +158,31 @@ template <csr_part kPart>
   for (; p + 4 <= count; p += 4) {
     const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
     const __m256d mask = _mm256_castsi256_pd(_mm256_cvtepi32_epi64(compared(j)));
-    const __m256d factors =
-        _mm256_setr_pd(x[columns[p]], x[columns[p + 1]], x[columns[p + 2]], x[columns[p + 3]]);
-    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)), kept(mask, factors), sums);
+    const __m128i read = kIsLower ? _mm_min_epi32(j, diagonal) : _mm_max_epi32(j, diagonal);
+    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)), kept(mask, elements_of(x, read)), sums);
   }
-  const __m128d halves = _mm_add_pd(_mm256_castpd256_pd128(sums), _mm256_extractf128_pd(sums, 1));
-  __m128d sum = _mm_add_sd(halves, _mm_unpackhi_pd(halves, halves));
-  for (; p < count; ++p) {
-    const __m128d mask = _mm_castsi128_pd(_mm_cvtepi32_epi64(compared(_mm_cvtsi32_si128(columns[p]))));
-    const auto one = [mask](double v) {
-      return kNegated ? _mm_andnot_pd(mask, _mm_set_sd(v)) : _mm_and_pd(mask, _mm_set_sd(v));
-    };
-    sum = _mm_fmadd_sd(one(a[p]), one(x[columns[p]]), sum);
-  }
-  return _mm_cvtsd_f64(sum);
+  double sum = total(sums);
+  for (; p < count; ++p)
+    if (takes_part<kPart>(diagonal_column, columns[p])) sum = multiple(a[p], x[columns[p]], sum);
+  return sum;
 }
+#else
+template <class T>
+constexpr bool kHasVectors = false;
 #endif
+template <bool kConjugate, bool kGathers, class T>
+[[gnu::always_inline]] inline T whole_sum(const T* a, const int* columns, core_int count, const T* x) {
+  if constexpr (kHasVectors<T>) {
+    if (count >= kLongRow) return long_sum<kGathers>(a, columns, count, x);
+  }
+  return row_sum<kConjugate>(a, columns, count, x);
+}
 /// The sum over the entries that take part; the diagonal's column counts from the base, as columns do.
-template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+template <csr_part kPart, bool kConjugate, class T>
 [[gnu::always_inline]] inline T part_sum(core_int diagonal_column, const T* a, const int* columns,
                                          core_int count, const T* x) {
 #ifdef __AVX2__
-  // Of a large matrix, x is large, too: elements that are not needed cost more than branches.
-  if constexpr (sizeof(T) == sizeof(double) && kPart != kDiagonal && !kStreams) {
+  if constexpr (kHasVectors<T> && kPart != kDiagonal) {
     if (count >= kLongRow) return long_part_sum<kPart>(diagonal_column, a, columns, count, x);
   }
 #endif
@@ -155,9 +193,11 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
   return sum;
 }
 
-template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+template <csr_part kPart, bool kConjugate, bool kStreams, bool kGathers, class T>
 [[gnu::noinline]] void gather_rows(const csr_slice* rows, const T* a, T alpha, const T* x, T* y) {
+  constexpr bool kIsUpper = kPart == kUpper || kPart == kUpperUnit;
   const core_int base = rows->base, last = rows->last;
+  [[maybe_unused]] const core_int with_diagonal = rows->column_count;
   const T* const based_x = rebased(x, base);
   const int *const columns = rows->columns, *const begin = rows->begin, *const end = rows->end;
   const bool overwrites = rows->overwrites;
@@ -166,19 +206,22 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
     if constexpr (kStreams) ask_ahead(a + start, columns + start, count);
     T sum{};
     if constexpr (kPart == kWhole) {
-      sum = row_sum<kConjugate>(a + start, columns + start, count, based_x);
+      sum = whole_sum<kConjugate, kGathers>(a + start, columns + start, count, based_x);
     } else {
-      if constexpr (kPart != kDiagonalUnit)
-        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count, based_x);
-      if (is_unit(kPart) && i < rows->column_count) sum = plus(sum, x[i]);
+      if (kPart != kDiagonalUnit && (!kIsUpper || i < with_diagonal))
+        sum = part_sum<kPart, kConjugate>(i + base, a + start, columns + start, count, based_x);
+      if (is_unit(kPart) && i < with_diagonal) sum = plus(sum, x[i]);
     }
     y[i] = overwrites ? times(alpha, sum) : multiple(alpha, sum, y[i]);
   }
 }
 template <csr_part kPart, bool kConjugate, class T>
 void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  if (rows->streams) return gather_rows<kPart, kConjugate, true>(rows, a, *alpha, x, y);
-  gather_rows<kPart, kConjugate, false>(rows, a, *alpha, x, y);
+  if constexpr (kHasVectors<T> && kPart == kWhole) {
+    if (rows->gathers) return gather_rows<kPart, kConjugate, true, true>(rows, a, *alpha, x, y);
+  }
+  if (rows->streams) return gather_rows<kPart, kConjugate, true, false>(rows, a, *alpha, x, y);
+  gather_rows<kPart, kConjugate, false, false>(rows, a, *alpha, x, y);
 }
 
 template <csr_part kPart, bool kConjugate, bool kStreams, class T>
@@ -198,9 +241,20 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
       core_int p = begin[i];
       const core_int last = end[i];
       if constexpr (kStreams) ask_ahead(a + p, columns + p, last - p);
-      // Measured: where matrix and result come from far away, one after the other is no slower.
-      if (!kStreams && last - p >= kLongRow) {
+      if ((kPart == kWhole || !kStreams) && last - p >= kLongRow) {
         for (; p + 4 <= last; p += 4) {
+          if constexpr (kStreams) {
+            // The result comes from far away, too: no load of four different elements waits for a store.
+            const core_int j0 = columns[p], j1 = columns[p + 1], j2 = columns[p + 2], j3 = columns[p + 3];
+            if ((j0 < j1) & (j1 < j2) & (j2 < j3)) [[likely]] {
+              const T y0 = based_y[j0], y1 = based_y[j1], y2 = based_y[j2], y3 = based_y[j3];
+              based_y[j0] = multiple(stored<kConjugate>(a[p]), factor, y0);
+              based_y[j1] = multiple(stored<kConjugate>(a[p + 1]), factor, y1);
+              based_y[j2] = multiple(stored<kConjugate>(a[p + 2]), factor, y2);
+              based_y[j3] = multiple(stored<kConjugate>(a[p + 3]), factor, y3);
+              continue;
+            }
+          }
           add(p);
           add(p + 1);
           add(p + 2);

@@ -9,6 +9,9 @@
 #include <algorithm>
 
 #include "lapack/factor/core_blas.h"
+#include "service/native_level.h"
+#include "service/serv.h"
+#include "sparse/kernels/substitution_kernels.h"
 #include "sparse/pardiso/numeric/diagonal_block.h"
 
 namespace qel::pardiso {
@@ -38,6 +41,19 @@ QEL_GEMV(complex8, c)
 QEL_GEMV(complex16, z)
 #undef QEL_GEMV
 
+/// Kernels for one right-hand side of real numbers; null for complex ones, whose products take long enough.
+template <class T>
+const substitution_kernels<T>* kernels_for_one() {
+  const bool native = serv_cpu_level() >= kFirstNativeLevel;
+  if constexpr (is_complex<T>) {
+    return nullptr;
+  } else if constexpr (sizeof(T) == sizeof(float)) {
+    return native ? &l5_avx2::substitution_s : &l0_generic::substitution_s;
+  } else {
+    return native ? &l5_avx2::substitution_d : &l0_generic::substitution_d;
+  }
+}
+
 template <class T>
 class slice_solver {
  public:
@@ -60,6 +76,7 @@ class slice_solver {
   /// count columns of b and x, leading dimension n; y: n * count elements of work memory.
   bool run(int count, const T* b, T* x, T* y) {
     count_ = count;
+    for_one_ = count == 1 ? kernels_for_one<T>() : nullptr;
     y_ = y;
     temp_ = x;
     const solve_part part = options_.part;
@@ -119,6 +136,18 @@ class slice_solver {
       options_.progress(options_.progress_context, pass, unknowns);
   }
 
+  /// A supernode's rows of a single right-hand side into temp_.
+  void gather(const supernode_shape& own, const T* y) const {
+    std::copy_n(y, own.width, temp_);
+    for (int i = own.width; i < own.rows; ++i) temp_[i] = y_[own.list[i]];
+  }
+  void step(typename substitution_kernels<T>::step* kernel, const supernode_shape& own,
+            const const_panel_pair<T>& panels, const triangle& factor) const {
+    const panel_substitution<T> work = {
+        own.rows, own.width, panels.l, factor.upper_panel ? panels.u : panels.l, factor.diag == 'U', temp_};
+    kernel(&work);
+  }
+
   bool forward() const {
     const structure& form = analysed_.form;
     store_.start_pass(thread_, store_pass::forward);
@@ -128,9 +157,16 @@ class slice_solver {
       if (!store_.read(s, thread_, panels)) return false;
       T* const y = rows_of(own.first);
       interchange(forward_.interchanges, own.first, own.width, false);
+      tell(solve_part::forward, own.first + own.width);
+      if (for_one_ != nullptr) {
+        gather(own, y);
+        step(forward_.uplo == 'L' ? for_one_->forward_lower : for_one_->forward_upper, own, panels, forward_);
+        std::copy_n(temp_, own.width, y);
+        for (int i = own.width; i < own.rows; ++i) y_[own.list[i]] = temp_[i];
+        continue;
+      }
       // The diagonal block is in L's panel whichever factor it is of.
       solve_block(own, panels.l, forward_, true, y);
-      tell(solve_part::forward, own.first + own.width);
       const int below = own.rows - own.width;
       if (below == 0) continue;
       const T* const panel = (forward_.upper_panel ? panels.u : panels.l) + own.width;
@@ -157,20 +193,27 @@ class slice_solver {
       const_panel_pair<T> panels;
       if (!store_.read(s, thread_, panels)) return false;
       T* const y = rows_of(own.first);
-      const int below = own.rows - own.width;
-      if (below > 0) {
-        for (int i = 0; i < below; ++i) {
-          std::copy_n(rows_of(own.list[own.width + i]), count_, temp_ + static_cast<int64_t>(i) * count_);
+      if (for_one_ != nullptr) {
+        gather(own, y);
+        step(backward_.uplo == 'L' ? for_one_->backward_lower : for_one_->backward_upper, own, panels,
+             backward_);
+        std::copy_n(temp_, own.width, y);
+      } else {
+        const int below = own.rows - own.width;
+        if (below > 0) {
+          for (int i = 0; i < below; ++i) {
+            std::copy_n(rows_of(own.list[own.width + i]), count_, temp_ + static_cast<int64_t>(i) * count_);
+          }
+          const T* const panel = (backward_.upper_panel ? panels.u : panels.l) + own.width;
+          if (count_ == 1) {
+            times(true, below, own.width, panel, own.rows, temp_, y, from_real<T>(-1), from_real<T>(1));
+          } else {
+            lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y,
+                            count_);
+          }
         }
-        const T* const panel = (backward_.upper_panel ? panels.u : panels.l) + own.width;
-        if (count_ == 1) {
-          times(true, below, own.width, panel, own.rows, temp_, y, from_real<T>(-1), from_real<T>(1));
-        } else {
-          lapack::product('N', 'N', count_, own.width, below, -1, temp_, count_, panel, own.rows, 1, y,
-                          count_);
-        }
+        solve_block(own, panels.l, backward_, false, y);
       }
-      solve_block(own, panels.l, backward_, false, y);
       interchange(backward_.interchanges, own.first, own.width, true);
       tell(solve_part::backward, n() - own.first);
     }
@@ -239,6 +282,7 @@ class slice_solver {
   const int* row_of_a_;
   bool into_rows_;
   int count_ = 0;
+  const substitution_kernels<T>* for_one_ = nullptr;
   T *y_ = nullptr, *temp_ = nullptr;
 };
 

@@ -3,6 +3,8 @@
 
 #include <limits.h>
 
+#include "sparse/pardiso/order/minimum_degree.h"
+
 namespace qel::pardiso {
 namespace {
 
@@ -180,7 +182,14 @@ dissection_options choose_dissection_options(int n, int64_t longest_row) {
   return {};
 }
 
-int choose_leaf(int64_t nodes, int64_t edges) { return edges < 5 * nodes ? 400 : 200; }
+int choose_leaf(int64_t nodes, int64_t edges, int64_t most_neighbours) {
+  constexpr int kMostInPlane = 6;
+  const bool sparse = edges < 5 * nodes;
+  if (sparse && most_neighbours > 0 && most_neighbours <= kMostInPlane) return 5000;
+  if (sparse && static_cast<double>(most_neighbours) > densest_degree(static_cast<double>(nodes)))
+    return 30000;
+  return 400;
+}
 
 int choose_subgraphs(int n, int type_number, int threads, int exponent) {
   const int wanted = type_number == 11 && threads > 1 ? threads : 4;

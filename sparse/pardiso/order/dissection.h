@@ -15,9 +15,11 @@ dissection_options choose_dissection_options(int n, int64_t longest_row);
 /// n. threads counts for real unsymmetric matrices only.
 int choose_subgraphs(int n, int type_number, int threads, int exponent);
 
-/// Parts of at most this many unknowns are left to minimum degree: less for dense graphs, where its choice
-/// among equal degrees costs more fill than in a plane.
-int choose_leaf(int64_t nodes, int64_t edges);
+/// Parts of at most this many unknowns are left to minimum degree: few in general, where its choice among
+/// equal degrees costs fill; more in meshes of the plane, whose nodes all have few neighbours and where
+/// further separators cost more time than they save; most where nodes of very many neighbours among others of
+/// few tell of a circuit. most_neighbours 0: unknown.
+int choose_leaf(int64_t nodes, int64_t edges, int64_t most_neighbours = 0);
 
 /// What is split, and how deep.
 struct dissection_plan {

@@ -122,10 +122,8 @@ void quotient_graph::order(int* order, int* class_start) {
     if (length_[i] == kNone) order_[emitted_++] = i;
 }
 
-/// Nodes with very many neighbours would end up last in any case, and until then be in every element: the
-/// rails of a circuit would cost more time than all other nodes.
 void quotient_graph::set_aside_dense_nodes() {
-  const double limit = fmax(16, 5 * sqrt(static_cast<double>(total_)));
+  const double limit = densest_degree(total_);
   for (int i = 0; i < n_; ++i)
     if (degree_[i] > limit) {
       kind_[i] = gone;
@@ -417,6 +415,8 @@ void quotient_graph::merge_twins(int e) {
 }
 
 }  // namespace
+
+double densest_degree(double unknowns) { return fmax(16, 5 * sqrt(unknowns)); }
 
 stage_status minimum_degree(const minimum_degree_problem& problem, memory_account& account, int* order,
                             int* class_start) {

@@ -23,4 +23,8 @@ struct minimum_degree_problem {
 stage_status minimum_degree(const minimum_degree_problem& problem, memory_account& account, int* order,
                             int* class_start);
 
+/// Nodes with more neighbours come last: they would in any case, and until then be in every element. The
+/// rails of a circuit would cost more time than all other nodes.
+double densest_degree(double unknowns);
+
 }  // namespace qel::pardiso

@@ -89,8 +89,10 @@ stage_status order_groups(const grouped_graph& grouped, int method, int subgraph
   minimum_degree_problem problem{g, grouped.weight.get()};
   if (method != 0) {
     const bool by_degree = method == 1;
-    const dissection_plan plan{choose_leaf(g.n, g.xadj[g.n]), method == 2 ? 1 : subgraphs, !by_degree,
-                               by_degree};
+    int64_t most_neighbours = 0;
+    for (int i = 0; i < g.n; ++i) most_neighbours = std::max(most_neighbours, g.xadj[i + 1] - g.xadj[i]);
+    const dissection_plan plan{choose_leaf(g.n, g.xadj[g.n], most_neighbours), method == 2 ? 1 : subgraphs,
+                               !by_degree, by_degree};
     const stage_status status = dissect(g, grouped.weight.get(), options, plan, account, result.classes);
     if (!status.ok()) return status;
     problem.node_class = result.classes.node_class.get();

@@ -17,7 +17,7 @@ supernode_plan plan_supernodes(const supernode_facts& facts) {
   // columns: the zeros cost what they would cost in a dense matrix.
   plan.merge = true;
   constexpr int kColumns[] = {4, 16, 48, INT_MAX};
-  constexpr double kShare[] = {1.0, 0.8, 0.1, 0.05};
+  constexpr double kShare[] = {1.0, 0.4, 0.1, 0.05};
   std::copy(std::begin(kColumns), std::end(kColumns), plan.columns);
   std::copy(std::begin(kShare), std::end(kShare), plan.share);
   return plan;
