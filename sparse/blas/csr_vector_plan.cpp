@@ -10,8 +10,8 @@ namespace {
 constexpr core_int kSharedSumRows = 100001;
 // Native: a fork and a join cost as much as some ten thousand entries.
 constexpr core_int kNativeThreadEntries = 30000;
-// A transposed product with results per thread moves three more numbers per column and thread.
-constexpr core_int kEntriesPerAccumulator = 6;
+// A transposed product with results per thread moves three more numbers per column and further thread.
+constexpr core_int kEntriesPerAccumulator = 2;
 
 // Larger matrices come from memory, at least in part. Those in the last cache come by themselves: asked for,
 // a product takes up to a third longer; from memory, a third shorter.

@@ -27,10 +27,10 @@ struct substitution_kernels {
   step *forward_lower, *forward_upper, *backward_lower, *backward_upper;
 };
 
-#define QEL_SUBSTITUTION_LEVEL(level)                         \
-  namespace level {                                           \
-  extern const substitution_kernels<float> substitution_s;    \
-  extern const substitution_kernels<double> substitution_d;   \
+#define QEL_SUBSTITUTION_LEVEL(level)                       \
+  namespace level {                                         \
+  extern const substitution_kernels<float> substitution_s;  \
+  extern const substitution_kernels<double> substitution_d; \
   }
 QEL_SUBSTITUTION_LEVEL(l0_generic)
 QEL_SUBSTITUTION_LEVEL(l5_avx2)

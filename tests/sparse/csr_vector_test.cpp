@@ -231,8 +231,8 @@ TEST(CsrVectorPlan, Table) {
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.0625}, far, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.063}, sums, 4, true, true},
       {{'S', false, 4, 4, 30000, 4, true}, serial, 1, false, false},
-      {{'G', true, 100, 1250, 30000, 4, true}, sums, 4, true, true},
-      {{'G', true, 100, 1251, 30000, 4, true}, serial, 1, false, false},
+      {{'G', true, 100, 3750, 30000, 4, true}, sums, 4, true, true},
+      {{'G', true, 100, 3751, 30000, 4, true}, serial, 1, false, false},
       {{'D', false, 100, 100, 30000, 4, true}, serial, 1, false, false},
   };
   for (const auto& row : rows) {

@@ -106,9 +106,9 @@ TYPED_TEST(Substitution, SolvesAndSubtracts) {
               block.assign(p.block);
               other.assign(p.other);
               z.assign(p.z);
-              const panel_substitution<T> step = {p.rows, p.width, block.data(),
-                                                  apart ? other.data() : block.data(), unit, z.data()};
-              (lower ? forward ? kernels.forward_lower : kernels.backward_lower
+              const panel_substitution<T> step = {
+                  p.rows, p.width, block.data(), apart ? other.data() : block.data(), unit, z.data()};
+              (lower     ? forward ? kernels.forward_lower : kernels.backward_lower
                : forward ? kernels.forward_upper
                          : kernels.backward_upper)(&step);
               return std::vector<T>(z.data(), z.data() + p.rows);

@@ -9,22 +9,30 @@ namespace {
 
 constexpr int kColumns = 4;
 
+// Of the element's alignment in memory.
 template <class T>
 struct vectors {
-  static constexpr int kLanes = 32 / sizeof(T);
-  // Of the element's alignment in memory.
+  static constexpr int kLanes = 32 / sizeof(T), kHalf = kLanes / 2;
   using type [[gnu::vector_size(32), gnu::aligned(sizeof(T)), gnu::may_alias]] = T;
+  using half [[gnu::vector_size(16), gnu::aligned(sizeof(T)), gnu::may_alias]] = T;
 };
 
 /// z -= p c: rows elements, count columns.
 template <int count, class T>
 [[gnu::always_inline]] inline void subtract_columns(int rows, const T* p, int64_t ld, const T* c, T* z) {
   using vector = typename vectors<T>::type;
+  using half = typename vectors<T>::half;
   int i = 0;
   for (; i + vectors<T>::kLanes <= rows; i += vectors<T>::kLanes) {
     vector sum = *reinterpret_cast<const vector*>(p + i) * c[0];
     for (int k = 1; k < count; ++k) sum += *reinterpret_cast<const vector*>(p + i + k * ld) * c[k];
     *reinterpret_cast<vector*>(z + i) -= sum;
+  }
+  if (i + vectors<T>::kHalf <= rows) {
+    half sum = *reinterpret_cast<const half*>(p + i) * c[0];
+    for (int k = 1; k < count; ++k) sum += *reinterpret_cast<const half*>(p + i + k * ld) * c[k];
+    *reinterpret_cast<half*>(z + i) -= sum;
+    i += vectors<T>::kHalf;
   }
   for (; i < rows; ++i) {
     T sum = p[i] * c[0];
@@ -33,24 +41,41 @@ template <int count, class T>
   }
 }
 
+/// Both halves added: lanes l and l + kHalf.
+template <class T>
+[[gnu::always_inline]] inline void fold(const T* lanes, T* folded) {
+  using half = typename vectors<T>::half;
+  *reinterpret_cast<half*>(folded) =
+      *reinterpret_cast<const half*>(lanes) + *reinterpret_cast<const half*>(lanes + vectors<T>::kHalf);
+}
+
 /// c -= p' z.
 template <int count, class T>
 [[gnu::always_inline]] inline void subtract_dots(int rows, const T* p, int64_t ld, const T* z, T* c) {
   using vector = typename vectors<T>::type;
-  constexpr int kLanes = vectors<T>::kLanes;
+  using half = typename vectors<T>::half;
+  constexpr int kLanes = vectors<T>::kLanes, kHalf = vectors<T>::kHalf;
   vector sums[count] = {};
   int i = 0;
   for (; i + kLanes <= rows; i += kLanes) {
     const vector factors = *reinterpret_cast<const vector*>(z + i);
     for (int k = 0; k < count; ++k) sums[k] += *reinterpret_cast<const vector*>(p + i + k * ld) * factors;
   }
+  half folded[count];
+  for (int k = 0; k < count; ++k)
+    fold(reinterpret_cast<const T*>(&sums[k]), reinterpret_cast<T*>(&folded[k]));
+  if (i + kHalf <= rows) {
+    const half factors = *reinterpret_cast<const half*>(z + i);
+    for (int k = 0; k < count; ++k) folded[k] += *reinterpret_cast<const half*>(p + i + k * ld) * factors;
+    i += kHalf;
+  }
   T total[count];
   for (int k = 0; k < count; ++k) {
-    T lane[kLanes];
-    for (int l = 0; l < kLanes; ++l) lane[l] = sums[k][l];
-    for (int half = kLanes / 2; half > 0; half /= 2)
-      for (int l = 0; l < half; ++l) lane[l] += lane[l + half];
-    total[k] = lane[0];
+    if constexpr (kHalf == 2) {
+      total[k] = folded[k][0] + folded[k][1];
+    } else {
+      total[k] = (folded[k][0] + folded[k][2]) + (folded[k][1] + folded[k][3]);
+    }
   }
   for (; i < rows; ++i)
     for (int k = 0; k < count; ++k) total[k] += p[i + k * ld] * z[i];
