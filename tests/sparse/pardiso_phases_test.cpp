@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "service/message_rows.h"
+#include "sparse/pardiso/determinant.h"
 #include "sparse/pardiso/report.h"
 #include "tests/sparse/pardiso_calls.h"
 
@@ -98,6 +99,46 @@ TEST(Phases, KeepSeveralFactorisationsApart) {
                        "Summary PARDISO: ( clean )\n================\n cleaned memory, deleted number of "
                        "L&U-factorizations: 2\n"));
   EXPECT_TRUE(c.empty());
+}
+
+TEST(Phases, AnAnalysisForNoFactorsTakesThemLater) {
+  calls c(small_general());
+  c.maxfct = c.mnum = 0;
+  ASSERT_EQ(c.call(11), 0);
+  c.maxfct = c.mnum = 1;
+  ASSERT_EQ(c.call(23), 0);
+  EXPECT_LT(c.backward_error(c.x, c.b), 1e-14);
+}
+
+TEST(Phases, DeterminantsOfPairsMatchingsAndScalings) {
+  const struct {
+    csr_arrays<double> matrix;
+    double mantissa, exponent;
+  } cases[] = {
+      // pivots of two; a permutation of three and one of two; numbers that call for scaling
+      {{3, -2, {1, 3, 4, 5}, {1, 2, 2, 3}, {0, 2, 0, 5}}, -2, 1},
+      {{3, 11, {1, 2, 3, 4}, {2, 3, 1}, {2, 3, 4}}, 2.4, 1},
+      {{3, 11, {1, 2, 3, 5}, {2, 1, 1, 3}, {2e9, 3e-7, 1, 7}}, -4.2, 3},
+      {{2, 13, {1, 2, 3}, {2, 1}, {2e200, 3e200}}, -6, 400},
+  };
+  for (const auto& row : cases) {
+    const auto check = [&row]<class T>(const csr_arrays<T>& matrix) {
+      solver_calls<T> c(matrix);
+      c.iparm(1) = c.iparm(11) = c.iparm(13) = c.iparm(21) = 1;
+      c.iparm(10) = 13;
+      ASSERT_EQ(c.call(12), 0);
+      const pardiso::scaled_number got = pardiso::determinant(c.pt.data(), 1);
+      EXPECT_NEAR(got.real, row.mantissa, 1e-13) << row.matrix.type << ' ' << row.exponent;
+      EXPECT_EQ(got.exponent, row.exponent);
+    };
+    if (row.matrix.type == 13) {
+      csr_arrays<complex16> matrix{row.matrix.n, row.matrix.type, row.matrix.ia, row.matrix.ja, {}};
+      for (const double value : row.matrix.a) matrix.a.push_back({value, 0});
+      check(matrix);
+    } else {
+      check(row.matrix);
+    }
+  }
 }
 
 TEST(Phases, QueriesAndReleasesOfAnEmptyHandle) {
