@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Fourier transforms beside FFTW, planned by estimate, by measuring or patiently (QEL_BENCH_FFTW: e, m, p or
 // several of them; m if unset). Out of place, plans made beforehand. Names: z and c are complex, d and s real
-// data of double and single precision. OMP_NUM_THREADS is the threads of both.
+// data of double and single precision. OMP_NUM_THREADS is the threads of both (one team: both use the same
+// OpenMP run time).
 #include <fmt/core.h>
 #include <fmt/ranges.h>
 
@@ -114,6 +115,13 @@ struct fftw_entries {
     plan_real = from.find<real_plan>((prefix + "plan_many_dft_r2c").c_str());
     execute = from.find<void(void*)>((prefix + "execute").c_str());
     destroy = from.find<void(void*)>((prefix + "destroy_plan").c_str());
+    // Of the library with threads only.
+    const auto start_threads = from.find<int()>((prefix + "init_threads").c_str());
+    const auto set_threads = from.find<void(int)>((prefix + "plan_with_nthreads").c_str());
+    if (start_threads != nullptr && set_threads != nullptr) {
+      start_threads();
+      set_threads(std::max(1, std::atoi(std::getenv("OMP_NUM_THREADS"))));
+    }
   }
 };
 
@@ -209,8 +217,10 @@ void register_precision() {
 }  // namespace qel::bench
 
 int main(int argc, char** argv) {
-  setenv("QEL_BENCH_PEERS",
-         "FFTW=/usr/lib/x86_64-linux-gnu/libfftw3.so.3:FFTWf=/usr/lib/x86_64-linux-gnu/libfftw3f.so.3", 0);
+  setenv(
+      "QEL_BENCH_PEERS",
+      "FFTW=/usr/lib/x86_64-linux-gnu/libfftw3_omp.so.3:FFTWf=/usr/lib/x86_64-linux-gnu/libfftw3f_omp.so.3",
+      0);
   qel::bench::register_precision<double>();
   qel::bench::register_precision<float>();
   return qel::bench::run_comparison(argc, argv);

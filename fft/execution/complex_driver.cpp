@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "fft/execution/complex_driver.h"
 
+#include "fft/execution/boxes.h"
 #include "fft/execution/passes.h"
 #include "fft/execution/regions.h"
 
@@ -74,12 +75,40 @@ int run_pass(const dfti_node* first, const pass_shape& shape, int k, const pass_
   });
 }
 
+/// A transform of several dimensions on a native level; work_of(part): the work of a thread.
+template <class R, class Work>
+int run_boxes(const dfti_node* first, const complex_of<R>* in, complex_of<R>* out, direction way, int threads,
+              Work work_of) {
+  using C = complex_of<R>;
+  node_kernel* const kernel = kernel_of(*first, way);
+  const pass_shape shape = shape_of(first);
+  box_shape box{static_cast<int>(shape.dimension), {}, {}};
+  std::copy_n(shape.count, shape.dimension, box.count);
+  std::copy_n(shape.out_stride, shape.dimension, box.stride);
+  const bool dense = shape.in_stride[0] == 1 && shape.out_stride[0] == 1;
+  const auto row = [&](core_int in_offset, core_int out_offset, void* work) {
+    if (dense) return kernel(in + in_offset, out + out_offset, first, work);
+    return run_line<C, C>({in + in_offset, shape.in_stride[0], shape.count[0]},
+                          {out + out_offset, shape.out_stride[0], shape.count[0]}, first, kernel, false,
+                          work);
+  };
+  return boxes<R>(first, box, shape.in_stride, out, way).run(threads, true, row, work_of);
+}
+
 template <class R>
 int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R>* out, core_int transforms,
                    direction way, void* work) {
   using C = complex_of<R>;
   node_kernel* kernel = kernel_of(*first, way);
   if (kernel == nullptr) return DFTI_INVALID_CONFIGURATION;
+  if (first->dimension > 1 && native_passes<R>() != nullptr) {
+    int status = DFTI_NO_ERROR;
+    for (core_int t = 0; t < transforms && status == DFTI_NO_ERROR; ++t) {
+      status = run_boxes<R>(first, in + t * first->input_distance, out + t * output_distance_of(*first), way,
+                            1, [=](int) { return work; });
+    }
+    return status;
+  }
   const bool blocks = first->dimension > 1 || lie_interleaved(first);
   const call_buffer buffer(blocks ? buffer_bytes<R>(first) : 0);
   if (blocks && buffer.as<C>() == nullptr) return DFTI_MEMORY_ERROR;
@@ -116,6 +145,10 @@ int run_threaded(const dfti_node* first, const complex_of<R>* in, complex_of<R>*
       return run_sequential<R>(first, in + from * first->input_distance,
                                out + from * output_distance_of(*first), to - from, way, slice(first, part));
     });
+  }
+  if (first->dimension > 1 && native_passes<R>() != nullptr) {
+    if (kernel_of(*first, way) == nullptr) return DFTI_INVALID_CONFIGURATION;
+    return run_boxes<R>(first, in, out, way, first->threads, [=](int part) { return slice(first, part); });
   }
   const pass_shape shape = shape_of(first);
   int status = DFTI_NO_ERROR;

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "fft/execution/node_kernels.h"
+#include "fft/planning/driver_rules.h"
 #include "fft/spec/moves.h"
 
 namespace qel::fft {
@@ -108,10 +109,12 @@ void run_side_by_side(line_places<const complex_of<R>> in, line_places<complex_o
                       const dfti_node& node, direction way, void* buffer) {
   const dft_spec<R>& spec = *ordered_spec_of<R>(node);
   const R scale = scale_of<R>(node, way);
+  const core_int ahead =
+      asks_ahead_of_columns(node.length * count * core_int{sizeof(complex_of<R>)}) ? kLongBlock<R> : 0;
   for (core_int done = 0; done < count; done += kLongBlock<R>) {
     const core_int lines = std::min(kLongBlock<R>, count - done);
     dft_spec_run_columns<R>({in.data + done, in.stride}, {out.data + done, out.stride}, lines, spec, buffer,
-                            way);
+                            way, ahead);
     if (scale == 1) continue;
     for (core_int k = 0; k < node.length; ++k) {
       level_kernels<R>().scale(out.data + done + k * out.stride, lines, scale);

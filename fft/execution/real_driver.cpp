@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "fft/execution/real_driver.h"
 
+#include "fft/execution/boxes.h"
+#include "fft/execution/edge_columns.h"
 #include "fft/execution/packed_spectrum.h"
 #include "fft/execution/passes.h"
 #include "fft/execution/regions.h"
@@ -165,11 +167,64 @@ class real_call {
   R* packed(core_int t) const { return in_place_ ? reals(t) : spectrum<R>(t); }
 
   int both(core_int t, C* half, const core_int* strides, int threads, void* work) const {
+    if (native_passes<R>() != nullptr) return in_boxes(reals(t), half, strides, threads, work);
     int status = kWay == kForward ? rows(reals(t), half, strides, threads, work)
                                   : columns(half, strides, threads, work);
     if (status != DFTI_NO_ERROR) return status;
     return kWay == kForward ? columns(half, strides, threads, work)
                             : rows(reals(t), half, strides, threads, work);
+  }
+
+  /// One real row and its spectrum.
+  int row(R* real, C* half, core_int half_stride, packing format, void* work) const {
+    const core_int n = first_->length, count = first_->packed_length;
+    if (reals_.stride[0] != 1 || half_stride != 1) {
+      if constexpr (kWay == kForward) {
+        return run_line<R, C>({real, reals_.stride[0], n}, {half, half_stride, count}, first_,
+                              first_->node_forward, false, work);
+      } else {
+        return run_line<C, R>({half, half_stride, count}, {real, reals_.stride[0], n}, first_,
+                              first_->node_backward, false, work);
+      }
+    }
+    if (format == packing::kCcs) {
+      return kWay == kForward ? first_->node_forward(real, half, first_, work)
+                              : first_->node_backward(half, real, first_, work);
+    }
+    const auto* spec = static_cast<const real_spec<R>*>(first_->specs[kRealSpec][kSpecPrecision<R>]);
+    R* const packed = reinterpret_cast<R*>(half);
+    R* const result = kWay == kForward ? packed : real;
+    if (const int status = kWay == kForward ? real_forward(real, packed, spec, format, work)
+                                            : real_backward(packed, real, spec, format, work))
+      return spec_status(status);
+    const R scale = scale_of<R>(*first_, kWay);
+    if (scale != 1) level_kernels<R>().scale(reinterpret_cast<C*>(result), n / 2, scale);
+    // As the line's kernel leaves it in place.
+    if (kWay == kBackward && in_place_ && first_->packed_format == DFTI_CCS_FORMAT)
+      set_element(real + n, R{0});
+    return DFTI_NO_ERROR;
+  }
+
+  /// Rows and columns of a transform on a native level.
+  int in_boxes(R* real, C* half, const core_int* strides, int threads, void* work) const {
+    box_shape box{static_cast<int>(first_->dimension), {}, {}};
+    std::copy_n(strides, box.dimension, box.stride);
+    for (int i = 0; i < box.dimension; ++i) box.count[i] = first_[i].length;
+    const bool joined =
+        reals_.stride[0] == 1 && strides[0] == 1 && joins_edge_columns(first_->length, kLongBlock<R>);
+    box.count[0] = joined ? first_->length / 2 : first_->packed_length;
+    const edge_columns<R> edges(box, half);
+    if (joined && kWay == kBackward) edges.join();
+    const packing format = joined ? packing::kPerm : packing::kCcs;
+    const int status = boxes<R>(first_, box, reals_.stride, half, kWay)
+                           .run(
+                               threads, kWay == kForward,
+                               [&](core_int other, core_int at, void* own) {
+                                 return row(real + other, half + at, strides[0], format, own);
+                               },
+                               [&](int part) { return threads > 1 ? slice(part) : work; });
+    if (joined && kWay == kForward && status == DFTI_NO_ERROR) edges.part();
+    return status;
   }
 
   /// The spectrum of the input, dense.

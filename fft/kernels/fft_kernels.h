@@ -32,14 +32,15 @@ template <class C, class R>
 struct autosort_kernels {
   using first_of_line = void(const C* input, R* re, R* im, core_int m, const R* twiddles);
   using first_of_columns = void(const C* input, core_int pitch, core_int s, R* re, R* im, core_int m,
-                                const C* twiddles);
+                                const C* twiddles, core_int ahead);
   using middle = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
                       const C* twiddles);
   using middle_of_any = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
                              const C* twiddles, int n, const C* roots, R* work);
   using last = void(const R* re, const R* im, C* out, core_int inner, core_int outer, core_int pitch,
                     core_int k_pitch);
-  using short_columns = void(const C* input, core_int pitch, C* output, core_int out_pitch, core_int s);
+  using short_columns = void(const C* input, core_int pitch, C* output, core_int out_pitch, core_int s,
+                             core_int ahead);
   using turn_and_deal = void(const C* lines, core_int rows, core_int count, const C* bases, const C* powers,
                              C* result, core_int columns, core_int first);
 

@@ -4,6 +4,11 @@
 #include <algorithm>
 
 namespace qel::fft {
+namespace {
+
+constexpr core_int kCached = 1 << 19;
+
+}  // namespace
 
 core_int block_width(core_int dimension, const core_int* n, core_int first_output_stride) {
   if (dimension == 1) return kWidestBlock;
@@ -24,8 +29,10 @@ int parallel_axis(core_int dimension, int pass_node) {
 }
 
 bool asks_ahead(core_int transforms, core_int line_bytes) {
-  constexpr core_int kShortest = 512, kLongest = 16384, kCached = 1 << 19;
+  constexpr core_int kShortest = 512, kLongest = 16384;
   return line_bytes >= kShortest && line_bytes <= kLongest && transforms * line_bytes > kCached;
 }
+
+bool asks_ahead_of_columns(core_int bytes) { return bytes > kCached; }
 
 }  // namespace qel::fft

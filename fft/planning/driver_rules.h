@@ -19,6 +19,10 @@ int parallel_axis(core_int dimension, int pass_node);
 /// second cache, of lines that the processor's own foresight does not reach but that the first cache holds.
 bool asks_ahead(core_int transforms, core_int line_bytes);
 
+/// Whether the lines of a strided dimension are asked for a block ahead: if all of them do not fit the second
+/// cache.
+bool asks_ahead_of_columns(core_int bytes);
+
 /// count items dealt to threads: chunk each, the last threads take what is left.
 struct share {
   int threads;

@@ -6,7 +6,9 @@
 #include "fft/execution/compute.h"
 #include "fft/execution/node_kernels.h"
 #include "fft/execution/real_driver.h"
+#include "fft/planning/box_rules.h"
 #include "fft/planning/long_plan.h"
+#include "service/native_level.h"
 #include "service/serv.h"
 
 namespace qel::fft {
@@ -30,6 +32,9 @@ int settle_flags(dfti_node* first) {
     const bool forward = first->threaded_forward != nullptr, backward = first->threaded_backward != nullptr;
     if (forward != backward) return DFTI_INTERNAL_ERROR;
     if (!forward) first->threads = 1;
+  } else if (serv_cpu_level() >= kFirstNativeLevel) {
+    first->threads = native_threads(first->element_count, first->number_of_transforms,
+                                    first->forward_domain == DFTI_REAL, first->threads);
   }
   return DFTI_NO_ERROR;
 }

@@ -167,15 +167,15 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
 
 template <class R>
 void autosort_spec<R>::run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work,
-                                   direction way) const {
+                                   direction way, core_int ahead) const {
   const auto& kernels = *native_passes<R>();
   if (length <= kStraightLengths) {
-    kernels.short_lines[way][length](input.data, input.pitch, output.data, output.pitch, lines);
+    kernels.short_lines[way][length](input.data, input.pitch, output.data, output.pitch, lines, ahead);
     return;
   }
   const pass& first = passes[0];
   kernels.columns[way][first.index](input.data, input.pitch, lines, work, work + pitch_of_parts(lines),
-                                    first.m, first.twiddles.get());
+                                    first.m, first.twiddles.get(), ahead);
   const core_int outer = length / passes[pass_count - 1].radix;
   const R* parts = run_middle(work, lines);
   finish(parts, lines, output.data, lines, outer, output.pitch, way);
@@ -216,7 +216,7 @@ void long_spec<R>::first_half(const C* input, C* middle, core_int from, core_int
   R* passes_work = work + 2 * rows * kBlock;
   for (core_int b = from; b < to; ++b) {
     const core_int first = b * kBlock, count = std::min(kBlock, columns - first);
-    of_rows.run_columns({input + first, columns}, {lines, count}, count, passes_work, way);
+    of_rows.run_columns({input + first, columns}, {lines, count}, count, passes_work, way, kBlock);
     kernels.turn_and_deal_blocks[way](lines, rows, count, bases.get() + b * rows, powers.get(), middle,
                                       columns, first);
   }
@@ -227,7 +227,7 @@ void long_spec<R>::second_half(const C* middle, C* output, core_int from, core_i
                                direction way) const {
   for (core_int b = from; b < to; ++b) {
     const core_int first = b * kBlock, count = std::min(kBlock, rows - first);
-    of_columns.run_columns({middle + first * columns, count}, {output + first, rows}, count, work, way);
+    of_columns.run_columns({middle + first * columns, count}, {output + first, rows}, count, work, way, 0);
   }
 }
 

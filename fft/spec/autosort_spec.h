@@ -50,9 +50,10 @@ struct autosort_spec {
   static core_int most_work_reals(core_int longest, core_int lines);
   /// One line at unit stride, in place or out.
   void run_line(const C* input, C* output, R* work, direction way) const;
-  /// Lines side by side, in place or out.
-  void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work,
-                   direction way) const;
+  /// Lines side by side, in place or out. ahead: how far away, in elements, the lines lie that are asked for
+  /// meanwhile, because the next call takes them; 0: none.
+  void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way,
+                   core_int ahead) const;
 
  private:
   bool make_whole(const complex16* roots);

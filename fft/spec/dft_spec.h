@@ -81,10 +81,11 @@ void dft_spec_free(dft_spec<R>* spec);
 /// Whether the plan takes lines side by side, which is faster than one after the other.
 template <class R>
 bool takes_columns(const dft_spec<R>& spec);
-/// Such lines, in place or out, without the plan's own scale; work: column_work_bytes.
+/// Such lines, in place or out, without the plan's own scale; work: column_work_bytes; ahead: see
+/// autosort_spec::run_columns.
 template <class R>
 void dft_spec_run_columns(columns_of<const complex_of<R>> input, columns_of<complex_of<R>> output,
-                          core_int lines, const dft_spec<R>& spec, void* work, direction way);
+                          core_int lines, const dft_spec<R>& spec, void* work, direction way, core_int ahead);
 /// Enough for so many lines of any plan of up to that length.
 template <class R>
 size_t column_work_bytes(core_int length, core_int lines);

@@ -286,12 +286,13 @@ bool takes_columns(const dft_spec<R>& spec) {
 
 template <class R>
 void dft_spec_run_columns(columns_of<const complex_of<R>> input, columns_of<complex_of<R>> output,
-                          core_int lines, const dft_spec<R>& spec, void* work, direction way) {
+                          core_int lines, const dft_spec<R>& spec, void* work, direction way,
+                          core_int ahead) {
   if (spec.autosort != nullptr) {
-    spec.autosort->run_columns(input, output, lines, static_cast<R*>(work), way);
+    spec.autosort->run_columns(input, output, lines, static_cast<R*>(work), way, ahead);
   } else {
     native_passes<R>()->short_lines[way][spec.length](input.data, input.pitch, output.data, output.pitch,
-                                                      lines);
+                                                      lines, ahead);
   }
 }
 
@@ -303,7 +304,7 @@ size_t column_work_bytes(core_int length, core_int lines) {
 #define QEL_INSTANTIATE(R)                                                                          \
   template bool takes_columns<R>(const dft_spec<R>&);                                               \
   template void dft_spec_run_columns<R>(columns_of<const complex_of<R>>, columns_of<complex_of<R>>, \
-                                        core_int, const dft_spec<R>&, void*, direction);            \
+                                        core_int, const dft_spec<R>&, void*, direction, core_int);  \
   template size_t column_work_bytes<R>(core_int, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -8,6 +8,7 @@
 
 #include <vector>
 
+#include "fft/planning/box_rules.h"
 #include "fft/planning/driver_rules.h"
 #include "fft/planning/native_plan.h"
 #include "fft/spec/real_spec.h"
@@ -181,6 +182,32 @@ TEST(DriverRules, LargeBatchesAreAskedForAhead) {
   EXPECT_FALSE(asks_ahead(100, 4096)) << "fits the second cache";
   EXPECT_FALSE(asks_ahead(100000, 256)) << "short enough to be foreseen";
   EXPECT_FALSE(asks_ahead(1000, 1 << 15)) << "a line would push itself out";
+}
+
+TEST(BoxRules, NeighbouringAxesAreOne) {
+  const struct {
+    box_shape shape;
+    int node;
+    std::vector<core_int> extents, strides;
+  } cases[] = {{{3, {4, 5, 6}, {1, 4, 20}}, 2, {20}, {1}},
+               {{3, {4, 5, 6}, {1, 4, 20}}, 1, {4}, {1}},
+               {{3, {4, 5, 6}, {1, 5, 25}}, 2, {4, 5}, {1, 5}},
+               {{4, {4, 5, 6, 7}, {1, 5, 25, 150}}, 3, {4, 30}, {1, 5}},
+               {{4, {4, 1, 6, 7}, {2, 9, 8, 60}}, 3, {24}, {2}}};
+  for (const auto& c : cases) {
+    const column_axes axes = columns_below(c.shape, c.node);
+    EXPECT_EQ(std::vector<core_int>(axes.extent, axes.extent + axes.count), c.extents);
+    EXPECT_EQ(std::vector<core_int>(axes.stride, axes.stride + axes.count), c.strides);
+  }
+}
+
+TEST(BoxRules, EdgeColumnsAndThreads) {
+  EXPECT_TRUE(joins_edge_columns(32, 8));
+  EXPECT_FALSE(joins_edge_columns(40, 8)) << "the rest would not fill blocks";
+  EXPECT_FALSE(joins_edge_columns(1024, 8)) << "one column of many";
+  EXPECT_EQ(native_threads(64 * 64, 1, false, 4), 1);
+  EXPECT_EQ(native_threads(64 * 64, 2, false, 4), 4);
+  EXPECT_EQ(native_threads(64 * 64, 2, true, 4), 1);
 }
 
 }  // namespace

@@ -201,8 +201,8 @@ void check_complex_rows(const std::vector<int>& lengths, bool in_place, int thre
 }
 
 TYPED_TEST(Real, RowsOfComplexNumbers) {
-  for (const auto& lengths :
-       std::vector<std::vector<int>>{{4, 6}, {5, 7}, {1, 8}, {8, 1}, {33, 20}, {3, 4, 5}, {6, 5, 34}}) {
+  for (const auto& lengths : std::vector<std::vector<int>>{
+           {4, 6}, {5, 7}, {1, 8}, {8, 1}, {33, 20}, {3, 4, 5}, {6, 5, 34}, {6, 5, 32}, {130, 128}}) {
     for (const bool in_place : {true, false}) {
       for (const int threads : {1, 3}) {
         for (const int storage : {DFTI_COMPLEX_COMPLEX, DFTI_COMPLEX_REAL}) {
@@ -252,7 +252,7 @@ void pack_array(const spectrum_array& s, std::vector<int> index, std::size_t axi
 TYPED_TEST(Real, PackedArrays) {
   using R = TypeParam;
   for (const auto& lengths : std::vector<std::vector<int>>{
-           {4, 6}, {5, 7}, {6, 5}, {2, 2}, {1, 3}, {3, 4, 5}, {4, 6, 8}, {5, 3, 2}}) {
+           {4, 6}, {5, 7}, {6, 5}, {2, 2}, {1, 3}, {3, 4, 5}, {4, 6, 8}, {5, 3, 2}, {4, 3, 32}}) {
     for (const int format : {DFTI_PACK_FORMAT, DFTI_PERM_FORMAT}) {
       SCOPED_TRACE(testing::Message() << testing::PrintToString(lengths) << " format " << format);
       const owned_descriptor d(this->kPrecision, DFTI_REAL, lengths);

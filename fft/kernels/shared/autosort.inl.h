@@ -65,16 +65,31 @@ template <class V, int radix, class C>
   for (int k = 1; k < radix; ++k) x[k] = V::turn(x[k], V::all(twiddles[p * (radix - 1) + k - 1]));
 }
 
-/// The first pass of s lines side by side, an element of all of them every pitch.
+/// Asks for the count elements at p: far rows are none that the processor foresees. The last byte of each
+/// cache line's length, because the first one is a neighbour's if the elements straddle lines.
+template <int kCount, class C>
+[[gnu::always_inline]] inline void ask_for(const C* p) {
+  constexpr int kBytes = kCount * static_cast<int>(sizeof(C)), kLine = 64;
+  const auto* at = reinterpret_cast<const char*>(p);
+#pragma GCC unroll 4
+  for (int i = kLine; i < kBytes + kLine; i += kLine) {
+    _mm_prefetch(at + (i < kBytes ? i : kBytes) - 1, _MM_HINT_T1);
+  }
+}
+
+/// The first pass of s lines side by side, an element of all of them every pitch. ahead: how far away those
+/// lie that are asked for meanwhile, in elements; 0: none.
 template <class R, bool kBackward, int radix>
 void first_of_columns(const complex_type<R>* input, core_int pitch, core_int s, R* re, R* im, core_int m,
-                      const complex_type<R>* twiddles) {
+                      const complex_type<R>* twiddles, core_int ahead) {
   for (core_int p = 0; p < m; ++p) {
     by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
       reg_of<V> x[radix];
 #pragma GCC unroll 16
       for (int j = 0; j < radix; ++j) {
-        x[j] = V::template load_pairs<kBackward>(input + (p + j * m) * pitch + q);
+        const complex_type<R>* at = input + (p + j * m) * pitch + q;
+        x[j] = V::template load_pairs<kBackward>(at);
+        if (ahead != 0) ask_for<V::kCount>(at + ahead);
       }
       dft<V, false, radix>::run(x);
       turn_all<V, radix>(x, p, twiddles);
@@ -218,11 +233,14 @@ void turn_and_deal(const complex_type<R>* lines, core_int rows, core_int count, 
 /// Lines of a short length side by side, from pitch to pitch.
 template <class R, bool kBackward, int n>
 void short_columns(const complex_type<R>* input, core_int pitch, complex_type<R>* output, core_int out_pitch,
-                   core_int s) {
+                   core_int s, core_int ahead) {
   const auto run = [&]<class V>(core_int q) QEL_BODY {
     reg_of<V> x[n];
 #pragma GCC unroll 16
-    for (int j = 0; j < n; ++j) x[j] = V::load(input + j * pitch + q);
+    for (int j = 0; j < n; ++j) {
+      x[j] = V::load(input + j * pitch + q);
+      if (ahead != 0) ask_for<V::kCount>(input + j * pitch + q + ahead);
+    }
     dft<V, kBackward, n>::run(x);
 #pragma GCC unroll 16
     for (int k = 0; k < n; ++k) V::store(output + k * out_pitch + q, x[k]);
