@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The native levels' way over one transform of several dimensions: box by box of the inner dimensions, so that
-// a pass finds in a cache what the one before it left there.
+// The native levels' way over one transform of several dimensions: box by box of the inner dimensions, so
+// that a pass finds in a cache what the one before it left there.
 #pragma once
 
 #include "fft/execution/lines.h"
@@ -29,17 +29,15 @@ class boxes {
       const room own(*this, work_of(part));
       if (!own) return int{DFTI_MEMORY_ERROR};
       for (core_int i = from; i < to; ++i) {
-        const int status =
-            walk(top, i * other_stride_[last], i * shape_.stride[last], rows_first, rows, own);
+        const int status = walk(top, i * other_stride_[last], i * shape_.stride[last], rows_first, rows, own);
         if (status != DFTI_NO_ERROR) return status;
       }
       return int{DFTI_NO_ERROR};
     };
     if (threads == 1) return box(0, last, 0, 1);
     const auto rows_and_boxes = [&] {
-      return over_shares(shape_.count[last], threads, [&](int part, core_int from, core_int to) {
-        return box(part, last - 1, from, to);
-      });
+      return over_shares(shape_.count[last], threads,
+                         [&](int part, core_int from, core_int to) { return box(part, last - 1, from, to); });
     };
     const column_axes axes = columns_below(shape_, last);
     const int outer = axes.count - 1;
@@ -76,9 +74,7 @@ class boxes {
   int walk(int top, core_int other, core_int at, bool rows_first, Rows& rows, const room& own) const {
     if (top == 0) return rows(other, at, own.work);
     const column_axes axes = columns_below(shape_, top);
-    const auto passes = [&] {
-      return columns(top, axes, at, 0, axes.extent[axes.count - 1], own);
-    };
+    const auto passes = [&] { return columns(top, axes, at, 0, axes.extent[axes.count - 1], own); };
     int status = rows_first ? int{DFTI_NO_ERROR} : passes();
     for (core_int i = 0; i < shape_.count[top] && status == DFTI_NO_ERROR; ++i) {
       status =
@@ -98,9 +94,9 @@ class boxes {
     const core_int count = outer == 0 ? to - from : axes.extent[0];
     for (core_int run = 0; run < runs; ++run) {
       C* const here = data_ + offset;
-      const int status =
-          run_lines<R>({here, shape_.stride[node], axes.stride[0]}, {here, shape_.stride[node], axes.stride[0]},
-                       count, kWidestBlock, first_ + node, way_, own.lines(), own.work);
+      const int status = run_lines<R>({here, shape_.stride[node], axes.stride[0]},
+                                      {here, shape_.stride[node], axes.stride[0]}, count, kWidestBlock,
+                                      first_ + node, way_, own.lines(), own.work);
       if (status != DFTI_NO_ERROR) return status;
       for (int i = 1; i <= outer; ++i) {
         offset += axes.stride[i];

@@ -20,7 +20,8 @@ class edge_columns {
   void part() const {
     pairs(shape_.dimension - 1, 0, 0, true, [this](core_int at, core_int mirrored) {
       const C z = element_at(half_ + at), y = element_at(half_ + mirrored);
-      const C a{(z.real + y.real) / 2, (z.imag - y.imag) / 2}, b{(z.imag + y.imag) / 2, (y.real - z.real) / 2};
+      const C a{(z.real + y.real) / 2, (z.imag - y.imag) / 2},
+          b{(z.imag + y.imag) / 2, (y.real - z.real) / 2};
       put(at, a, b);
       put(mirrored, {a.real, -a.imag}, {b.real, -b.imag});
     });

@@ -2,6 +2,9 @@
 // FFTManager and FFTKernel: placement, rows, properties, exceptions, copies, stored configurations.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <type_traits>
+
 #include "qel/dfti.h"
 #include "tavik/kernel/fft_kernel.h"
 #include "tavik/kernel/fft_manager.h"
@@ -79,6 +82,50 @@ TEST(FFTKernel, RowsAndRectangles) {
       EXPECT_NEAR(out(i, j), data(i, j), 1e-13);
     }
   }
+}
+
+/// Lines and rectangles there and back, out of place, by the kernel and by its plain entries.
+template <class T>
+void expect_round_trips(Core::IFFTKernel<T>& kernel, FFTPrecision precision, FFTDomain domain, double error) {
+  using Real = std::conditional_t<sizeof(T) == 4 || std::is_same_v<T, Core::FloatComplex>, float, double>;
+  const auto distance = [](T a, T b) {
+    if constexpr (std::is_floating_point_v<T>) {
+      return std::abs(double(a) - double(b));
+    } else {
+      return std::hypot(double(a.Real) - double(b.Real), double(a.Imag) - double(b.Imag));
+    }
+  };
+  constexpr int kRows = 4, kColumns = 6;
+  FFTManager line, rectangle;
+  line.ConfigureFFTManager(precision, domain, {kColumns}, 1);
+  line.SetBackwardScale(1.0 / kColumns);
+  const Array<T> input(9), output(11), back(9);
+  for (int i = 0; i < 9; ++i) input[i] = T(static_cast<Real>(i * i % 5 - 1));
+  kernel.Forward1DFFT(line, input, 2, output, 1);
+  kernel.Backward1DFFT(line, output, 1, back, 2);
+  for (int i = 2; i < 2 + kColumns; ++i) EXPECT_LT(distance(back[i], input[i]), error) << i;
+  line.SetInPlace();
+  EXPECT_TRUE(line.IsInPlace());
+
+  if constexpr (!std::is_floating_point_v<T>) {
+    rectangle.ConfigureFFTManager(precision, domain, {kRows, kColumns}, 2);
+    rectangle.SetBackwardScale(1.0 / (kRows * kColumns));
+    const Array2D<T> from(kRows, kColumns), to(kRows, kColumns), again(kRows, kColumns);
+    for (int i = 0; i < kRows; ++i)
+      for (int j = 0; j < kColumns; ++j) from(i, j) = T(static_cast<Real>(i * i - 2 * j));
+    kernel.Forward2DFFT(rectangle, from, to);
+    kernel.Backward2DFFT(rectangle, to, again);
+    for (int i = 0; i < kRows; ++i)
+      for (int j = 0; j < kColumns; ++j) EXPECT_LT(distance(again(i, j), from(i, j)), 4 * error);
+  }
+}
+
+TEST(FFTKernel, RoundTripsOutOfPlaceInAllTypes) {
+  Kernel::FFTKernelInstantiator make;
+  expect_round_trips(*make.CreateDoubleKernel(), FFTPrecision::Double, FFTDomain::Real, 1e-14);
+  expect_round_trips(*make.CreateFloatKernel(), FFTPrecision::Float, FFTDomain::Real, 1e-5);
+  expect_round_trips(*make.CreateDoubleComplexKernel(), FFTPrecision::Double, FFTDomain::Complex, 1e-14);
+  expect_round_trips(*make.CreateFloatComplexKernel(), FFTPrecision::Float, FFTDomain::Complex, 1e-5);
 }
 
 TEST(FFTManager, PropertiesReadBack) {

@@ -117,9 +117,9 @@ TEST(Phases, DeterminantsOfPairsMatchingsAndScalings) {
   } cases[] = {
       // pivots of two; a permutation of three and one of two; numbers that call for scaling
       {{3, -2, {1, 3, 4, 5}, {1, 2, 2, 3}, {0, 2, 0, 5}}, -2, 1},
-      {{3, 11, {1, 2, 3, 4}, {2, 3, 1}, {2, 3, 4}}, 2.4, 1},
+      {{3, 11, {1, 3, 4, 5}, {1, 2, 3, 1}, {1, 2, 3, 4}}, 2.4, 1},
       {{3, 11, {1, 2, 3, 5}, {2, 1, 1, 3}, {2e9, 3e-7, 1, 7}}, -4.2, 3},
-      {{2, 13, {1, 2, 3}, {2, 1}, {2e200, 3e200}}, -6, 400},
+      {{2, 13, {1, 3, 4}, {1, 2, 1}, {1, 2e200, 3e200}}, -6, 400},
   };
   for (const auto& row : cases) {
     const auto check = [&row]<class T>(const csr_arrays<T>& matrix) {
