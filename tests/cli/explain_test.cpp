@@ -186,6 +186,25 @@ TEST(Explain, RunsTransformsOnTheGivenLevel) {
   EXPECT_EQ(two["level"], 2);
   EXPECT_EQ(two["line_1000"].get<std::string>().substr(0, 11), "mixed radix");
   EXPECT_TRUE(contains(own["line_1009"].get<std::string>(), "as complex numbers"));
+
+  const struct {
+    const char *arguments, *key, *beginning;
+  } plans[] = {
+      {"8 --level 2", "line_8", "straight-line kernel"},
+      {"1024 --level 2 --single", "plan", "fast"},
+      {"1024 --level 2 --single", "line_1024", "power of two, radices"},
+      {"1009 --level 2", "line_1009", "convolution (Bluestein) of 2048 points: power of two"},
+      {"1009 --level 5", "line_1009", "cyclic convolution (Rader) of 1008 points"},
+      {"1000000 --level 5 --threads 1", "line_1000000", "1000 rows times 1000 columns"},
+      {"30 1024 --level 2", "line_30", "mixed radix, factors 5 3 2"},
+      {"64 --real --level 2", "line_64", "32 complex numbers and an end pass: straight-line kernel"},
+      {"15 --real --level 2", "line_15", "straight-line kernel"},
+      {"1048576 --threads 4 --level 2", "plan", "2 fixed parts"},
+  };
+  for (const auto& row : plans) {
+    const json told = answer(std::string("fft ") + row.arguments);
+    EXPECT_EQ(told[row.key].get<std::string>().rfind(row.beginning, 0), 0u) << row.arguments << '\n' << told;
+  }
 }
 
 TEST(Explain, ListsItsSubjects) {

@@ -177,6 +177,20 @@ TEST(block_sizes, answers_for_other_names) {
   EXPECT_EQ(banded("DGBTRF", 0, 65), 32);
   EXPECT_EQ(banded("ZPBTRF", 64, 0), 1);
   EXPECT_EQ(banded("ZPBTRF", 65, 0), 32);
+
+  const struct {
+    const char* name;
+    core_int n1, n2, n3, block;
+  } by_shape[] = {
+      {"DGEQR", 300, 300, 1, 300},   {"DGEQR", 8192, 100, 1, 8192},   {"DGEQR", 9000, 100, 1, 327},
+      {"DGEQR", 300, 300, 2, 1},     {"ZGELQ", 9000, 100, 2, 327},    {"ZGELQ", 300, 300, 1, 1},
+      {"DTRSYL", 200, 3000, -1, 48}, {"DTRSYL", 1000, 1001, -1, 160}, {"DTRSYL", 3000, 3000, -1, 240},
+      {"ZTRSYL", 200, 300, -1, 24},  {"ZTRSYL", 700, 900, -1, 56},    {"ZTRSYL", 3000, 3000, -1, 80},
+  };
+  for (const auto& row : by_shape) {
+    EXPECT_EQ(tuned_block_size({kBlockSize, row.name, " ", row.n1, row.n2, row.n3, -1}, {}), row.block)
+        << row.name << ' ' << row.n1;
+  }
 }
 
 TEST(block_sizes, constants) {
