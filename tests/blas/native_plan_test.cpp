@@ -165,11 +165,6 @@ TEST(NativePlan, SlabsCoverAllRightHandSides) {
   EXPECT_EQ(plan_slabs(1000, 1000, 1, 4), 4);
   EXPECT_EQ(plan_slabs(1000, 64, 1, 4), 2) << "a slab of less than 32 uses the caches badly";
   EXPECT_EQ(plan_slabs(10, 100, 1, 4), 1);
-  EXPECT_TRUE(goes_by_columns(true, 8, 2));
-  EXPECT_TRUE(goes_by_columns(true, 128, 1));
-  EXPECT_FALSE(goes_by_columns(true, 129, 1)) << "the triangle would come from afar for each column";
-  EXPECT_FALSE(goes_by_columns(true, 8, 3));
-  EXPECT_FALSE(goes_by_columns(false, 8, 1)) << "rows stand apart";
 }
 
 }  // namespace

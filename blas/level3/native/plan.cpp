@@ -69,11 +69,6 @@ panel_range triangle_part(core_int m, core_int n, core_int below, c_part which, 
   return {begin, end};
 }
 
-bool goes_by_columns(bool left, core_int order, core_int count) {
-  constexpr core_int kNearOrder = 128;  // the triangle is read once per column: from a near cache
-  return left && count <= 2 && order <= kNearOrder;
-}
-
 int plan_slabs(core_int order, core_int count, double weight, int threads) {
   constexpr core_int kThinnest = 32;  // right-hand sides; thinner slabs use the caches badly
   const double work = work_of(order, order, count, weight) / 2;

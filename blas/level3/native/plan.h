@@ -79,10 +79,6 @@ panel_range even_part(core_int panels, int parts, int part);
 panel_range triangle_part(core_int m, core_int n, core_int below, c_part which, int tile_columns, int parts,
                           int part);
 
-/// Whether so few columns at a triangle's right go one by one, as level 2 does them: a register's worth costs
-/// the same however few there are.
-bool goes_by_columns(bool left, core_int order, core_int count);
-
 /// Slabs of right-hand sides for a triangle of that order, one per thread; 1 if they don't pay.
 int plan_slabs(core_int order, core_int count, double weight, int threads);
 /// Right-hand sides of one slab: multiples of 8 but for the last.

@@ -4,7 +4,6 @@
 // otherwise the products fork. Only the stored triangle is read, its diagonal only if it is not of ones.
 #include <algorithm>
 
-#include "blas/level2/triangular_drivers.h"
 #include "blas/level3/native/level3_native.h"
 #include "blas/level3/native/plan.h"
 #include "blas/level3/native/product.h"
@@ -124,13 +123,7 @@ void scaled_triangle(bool solve, char side, char uplo, char transa, char diag, c
     if (!(alpha == from_real<T>(1))) {
       multiply<T>({left ? m : size, left ? size : n, 0, alpha, view, view, alpha, slab, ldb}, 1);
     }
-    if (nothing_to_read) return;
-    if (!goes_by_columns(left, order, size)) {
-      return apply_triangle({left, solve, threads}, t, order, size, slab, ldb);
-    }
-    for (core_int j = 0; j < size; ++j) {
-      (solve ? level2::trsv<T> : level2::trmv<T>)(uplo, transa, diag, order, a, lda, slab + j * ldb, 1);
-    }
+    if (!nothing_to_read) apply_triangle({left, solve, threads}, t, order, size, slab, ldb);
   };
 
   const int threads = may_fork(order, count, order / 2, kProductWeight<T>) ? serv_threads_for_domain(1) : 1;
