@@ -29,8 +29,8 @@ void add_sums(int threads, part_range rows, T beta, T* y, core_int incy, Sums su
 }
 
 template <class T>
-[[gnu::noinline]] void large_hermitian_product(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x,
-                                     core_int incx, T beta, T* y, core_int incy) {
+[[gnu::noinline]] void large_hermitian_product(const stored_triangle<const T>& a, bool symmetric, T alpha,
+                                               const T* x, core_int incx, T beta, T* y, core_int incy) {
   const auto& kernels = hermitian<T>();
   const triangle_plan plan = choose_triangle_threads(triangle_work::kMirroredProduct, a.upper, a.n, a.k,
                                                      sizeof(T), current_level2_facts(bytes_of(a)));
@@ -64,8 +64,8 @@ template <class T>
   serv_free(all_sums);
 }
 template <class T>
-inline void hermitian_product(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x, core_int incx,
-                    T beta, T* y, core_int incy) {
+inline void hermitian_product(const stored_triangle<const T>& a, bool symmetric, T alpha, const T* x,
+                              core_int incx, T beta, T* y, core_int incy) {
   if (a.n < kSmallestForkingTrmv || alpha == T{}) {
     return hermitian<T>().product(a, symmetric, alpha, x, incx, beta, y, incy);
   }
@@ -90,9 +90,8 @@ inline void on_columns(const stored_triangle<T>& a, const Work& work) {
 }
 template <class T>
 inline void update(const stored_triangle<T>& a, real_of<T> alpha, const T* x, core_int incx) {
-  on_columns(a, [&](core_int first, core_int last) {
-    hermitian<T>().update(a, alpha, x, incx, first, last);
-  });
+  on_columns(a,
+             [&](core_int first, core_int last) { hermitian<T>().update(a, alpha, x, incx, first, last); });
 }
 template <class T>
 inline void update2(const stored_triangle<T>& a, T alpha, const T* x, core_int incx, const T* y,

@@ -44,16 +44,15 @@ template <class T>
   const trmv_plan plan = choose_trmv_threads(a.upper, op != matrix_op::kNone, a.n, incx, sizeof(T),
                                              current_level2_facts(bytes_of(a)));
   const auto part_of = [&](int t) { return trmv_part(plan, a.n, t); };
-  if (plan.threads > 1 &&
-      product_in_parts(a, op, unit, x, incx, plan.threads, plan.copy_threads, part_of)) {
+  if (plan.threads > 1 && product_in_parts(a, op, unit, x, incx, plan.threads, plan.copy_threads, part_of)) {
     return;
   }
   triangular<T>().product(a, op, unit, x, incx);
 }
 /// Banded or packed.
 template <class T>
-[[gnu::noinline]] void large_triangular_product(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x,
-                                     core_int incx) {
+[[gnu::noinline]] void large_triangular_product(const stored_triangle<const T>& a, matrix_op op, bool unit,
+                                                T* x, core_int incx) {
   const bool grows = a.upper == (op != matrix_op::kNone);
   const triangle_plan plan = choose_triangle_threads(triangle_work::kProduct, grows, a.n, a.k, sizeof(T),
                                                      current_level2_facts(bytes_of(a)));
@@ -67,8 +66,7 @@ template <class T>
 [[gnu::noinline]] void large_solution(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x,
                                       core_int incx) {
   const auto& kernels = triangular<T>();
-  const solution_plan plan =
-      choose_solution_threads(a.n, sizeof(T), current_level2_facts(bytes_of(a)));
+  const solution_plan plan = choose_solution_threads(a.n, sizeof(T), current_level2_facts(bytes_of(a)));
   if (plan.threads < 2) return kernels.solution(a, op, unit, x, incx);
   // Elements are counted in the order in which they become known.
   const bool forward = a.upper != (op == matrix_op::kNone);
@@ -113,7 +111,8 @@ inline void trmv(char uplo, char trans, char diag, core_int n, const T* a, core_
   large_trmv(triangle, op_of(trans), unit, x, incx);
 }
 template <class T>
-inline void triangular_product(const stored_triangle<const T>& a, matrix_op op, char diag, T* x, core_int incx) {
+inline void triangular_product(const stored_triangle<const T>& a, matrix_op op, char diag, T* x,
+                               core_int incx) {
   const bool unit = blas::letter_is(diag, 'U');
   if (a.n < kSmallestForkingTrmv) return triangular<T>().product(a, op, unit, x, incx);
   large_triangular_product(a, op, unit, x, incx);
