@@ -102,7 +102,7 @@ report explain_sizes(const solver_question& q, const asked_machine& machine, int
                 {"reason_of_threads", threads < allowed ? "one per 50 equations" : "all that are allowed"},
                 {"ordering", name_of_ordering(iparm(p_ordering))}};
   if (iparm(p_ordering) != 0) {
-    out["parts_left_to_minimum_degree"] = choose_leaf(n, edges);
+    out["parts_left_to_minimum_degree"] = choose_leaf(n, edges, q.longest_row);
     out["subgraphs"] = choose_subgraphs(n, type, threads, iparm(p_subgraph_exponent));
     if (q.longest_row > 0) {
       const bool dense = choose_dissection_options(n, q.longest_row).explicit_options != 0;

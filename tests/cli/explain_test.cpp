@@ -153,6 +153,11 @@ TEST(Explain, TellsTheMethodOfAConvolution) {
 }
 
 TEST(Explain, TellsTheDirectSolversChoicesFromSizes) {
+  for (const auto& [longest_row, part] : {std::pair{0, 400}, {5, 5000}, {40000, 30000}}) {
+    const json asked =
+        answer("pardiso 300000 1200000 --type 11 --longest-row " + std::to_string(longest_row));
+    EXPECT_EQ(asked["parts_left_to_minimum_degree"], part) << longest_row;
+  }
   const json large = answer("pardiso 300000 2000000 --threads 8 --type 11 --level 3 --longest-row 40000");
   EXPECT_EQ(large["threads"], 8);
   EXPECT_EQ(large["panel_width"], pardiso::panel_width({11}, 8, 300000, false));

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <random>
+#include <type_traits>
 #include <vector>
 
 #include "service/serv.h"
@@ -15,24 +16,20 @@ namespace qel::test {
 namespace {
 
 template <class T>
-const substitution_kernels<T>& generic();
-template <>
-const substitution_kernels<float>& generic() {
-  return l0_generic::substitution_s;
-}
-template <>
-const substitution_kernels<double>& generic() {
-  return l0_generic::substitution_d;
+const substitution_kernels<T>& generic() {
+  if constexpr (std::is_same_v<T, float>) {
+    return l0_generic::substitution_s;
+  } else {
+    return l0_generic::substitution_d;
+  }
 }
 template <class T>
-const substitution_kernels<T>& avx2();
-template <>
-const substitution_kernels<float>& avx2() {
-  return l5_avx2::substitution_s;
-}
-template <>
-const substitution_kernels<double>& avx2() {
-  return l5_avx2::substitution_d;
+const substitution_kernels<T>& avx2() {
+  if constexpr (std::is_same_v<T, float>) {
+    return l5_avx2::substitution_s;
+  } else {
+    return l5_avx2::substitution_d;
+  }
 }
 
 template <class T>
