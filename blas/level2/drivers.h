@@ -45,6 +45,13 @@ T* part_base(T* x, core_int n, core_int inc, part_range part) {
   return slice_base(x, n, inc, {part.first, part.last - part.first});
 }
 
+/// Elements between the last cache line's start before x and x; 0 if lines don't start with elements.
+template <class T>
+core_int past_line(const T* x) {
+  const auto past = reinterpret_cast<uintptr_t>(x) % 64;
+  return past % sizeof(T) == 0 ? static_cast<core_int>(past / sizeof(T)) : 0;
+}
+
 // General matrices.
 
 template <class T>
@@ -55,8 +62,9 @@ template <class T>
                                              current_level2_facts(m * n * static_cast<core_int>(sizeof(T))));
   const auto& kernels = general<T>();
   if (plan.threads < 2) return kernels.gemv(op, m, n, alpha, a, lda, x, incx, beta, y, incy);
+  const core_int past = plan.by_lines && incy == 1 ? past_line(y) : 0;
   on_threads(plan.threads, [&](int t) {
-    const part_range part = gemv_part(plan, transposed ? n : m, t);
+    const part_range part = gemv_part(plan, transposed ? n : m, t, past);
     const core_int size = part.last - part.first;
     if (transposed) {
       kernels.gemv(op, m, size, alpha, a + part.first * lda, lda, x, incx, beta, part_base(y, n, incy, part),

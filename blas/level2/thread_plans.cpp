@@ -9,7 +9,7 @@
 namespace qel {
 namespace {
 
-constexpr core_int kMultipleOf8 = ~core_int{7};
+constexpr core_int kMultipleOf8 = ~core_int{7}, kMultipleOf16 = ~core_int{15};
 
 bool is_native(int level) { return level > 4; }
 
@@ -26,6 +26,10 @@ int native_threads(core_int elements, int element_bytes, int threads) {
   return static_cast<int>(std::min<core_int>(threads, paying));
 }
 
+/// Elements of a triangle that pay in a product, which is more than one pass over it: x is copied, or the
+/// threads meet a second time to add what each has found.
+core_int paying_of_product(core_int stored) { return stored * 2 / 3; }
+
 /// length elements in parts that are multiples of `unit`, for at most that many threads.
 gemv_plan even_parts(core_int length, core_int unit, int threads) {
   const core_int units = (length + unit - 1) / unit;
@@ -39,7 +43,7 @@ gemv_plan even_parts(core_int length, core_int unit, int threads) {
 core_int like_area_start(bool grows, core_int n, int threads, int thread) {
   const double share = static_cast<double>(grows ? thread : threads - thread) / threads;
   const auto width = static_cast<core_int>(std::sqrt(share) * static_cast<double>(n));
-  return (grows ? width : n - width) & kMultipleOf8;
+  return (grows ? width : n - width) & kMultipleOf16;
 }
 
 }  // namespace
@@ -59,8 +63,10 @@ gemv_plan choose_gemv_threads(bool transposed, core_int m, core_int n, int eleme
   if (!level_has_level2_threads(facts.level)) return {1, length, "no threads on this processor level"};
   if (facts.threads < 2) return {1, length, "one thread in the domain"};
   if (is_native(facts.level)) {
-    return even_parts(length, transposed ? kNativeColumns : kNativeRows,
-                      native_threads(m * n, element_bytes, facts.threads));
+    gemv_plan plan = even_parts(length, transposed ? kNativeColumns : kNativeRows,
+                                native_threads(m * n, element_bytes, facts.threads));
+    plan.by_lines = !transposed && plan.threads > 1;
+    return plan;
   }
   // The test is on one thread's work, and on whether its part is long or short.
   core_int chunk = length / facts.threads;
@@ -71,9 +77,9 @@ gemv_plan choose_gemv_threads(bool transposed, core_int m, core_int n, int eleme
   return {facts.threads, chunk, "all threads of the domain"};
 }
 
-part_range gemv_part(const gemv_plan& plan, core_int length, int thread) {
-  const core_int first = thread * plan.chunk;
-  return {first, thread == plan.threads - 1 ? length : first + plan.chunk};
+part_range gemv_part(const gemv_plan& plan, core_int length, int thread, core_int past_line) {
+  const auto start = [&](int t) { return t == 0 ? 0 : t * plan.chunk - past_line; };
+  return {start(thread), thread == plan.threads - 1 ? length : start(thread + 1)};
 }
 
 gemv_plan choose_ger_threads(core_int m, core_int n, int element_bytes, const level2_facts& facts) {
@@ -99,9 +105,8 @@ triangle_plan choose_triangle_threads(triangle_work work, bool grows, core_int n
   if (n < kSmallestForkingTrmv) return serial("small matrix");
   if (!is_native(facts.level)) return serial("no threads on this processor level");
   if (facts.threads < 2) return serial("one thread in the domain");
-  // The threads of a mirrored product meet a second time, to add what each has found.
   const core_int stored = banded ? n * (k + 1) : n * n / 2;
-  const core_int paying = work == triangle_work::kMirroredProduct ? stored * 2 / 3 : stored;
+  const core_int paying = work == triangle_work::kUpdate ? stored : paying_of_product(stored);
   const int threads = native_threads(paying, element_bytes, facts.threads);
   if (threads < 2) return serial("too little work to share");
   return {threads, grows, banded, banded ? "even parts" : "like areas"};
@@ -148,7 +153,7 @@ trmv_plan choose_trmv_threads(bool upper, bool transposed, core_int n, core_int 
   if (facts.threads < 2) return serial("one thread in the domain");
   const int copy_threads = incx == 1 && n >= 3000 ? std::min(facts.threads, 4) : 1;
   if (is_native(facts.level)) {
-    const int threads = native_threads(n * n / 2, element_bytes, facts.threads);
+    const int threads = native_threads(paying_of_product(n * n / 2), element_bytes, facts.threads);
     if (threads < 2) return serial("too little work to share");
     return {threads, threads, 0, 0, grows, copy_threads, "like areas"};
   }

@@ -28,11 +28,14 @@ struct gemv_plan {
   int threads;
   core_int chunk;
   const char* reason;
+  bool by_lines =
+      false;  ///< parts end where cache lines of y do: all threads add to their parts again and again
 };
 /// m x n matrix of elements of that many bytes; without a transpose rows are cut, with one columns.
 gemv_plan choose_gemv_threads(bool transposed, core_int m, core_int n, int element_bytes,
                               const level2_facts& facts);
-part_range gemv_part(const gemv_plan& plan, core_int length, int thread);
+/// past_line: elements between the last cache line's start before y and y; 0 if not by lines.
+part_range gemv_part(const gemv_plan& plan, core_int length, int thread, core_int past_line = 0);
 
 /// The same with kl sub- and ku superdiagonals.
 gemv_plan choose_gbmv_threads(bool transposed, core_int m, core_int n, core_int kl, core_int ku,

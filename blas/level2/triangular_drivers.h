@@ -21,17 +21,28 @@ void copy_vector(core_int n, const T* x, core_int incx, T* copy, int threads) {
   });
 }
 
-/// x = op(A) x in parts part_of(t); false, with nothing done, without memory for the copy.
+/// x = op(A) x in parts part_of(t); false, with nothing done, without memory for the copy. in_lines: parts of
+/// the result come into being in cache lines of their own, since a thread adds to its part again and again.
 template <class T, class PartOf>
 bool product_in_parts(const stored_triangle<const T>& a, matrix_op op, bool unit, T* x, core_int incx,
-                      int threads, int copy_threads, const PartOf& part_of) {
-  T* copy = static_cast<T*>(serv_malloc(static_cast<size_t>(a.n) * sizeof(T), 128));
+                      int threads, int copy_threads, bool in_lines, const PartOf& part_of) {
+  constexpr core_int kLine = 128 / sizeof(T);
+  const core_int padded = (a.n + kLine - 1) / kLine * kLine;
+  T* copy = static_cast<T*>(serv_malloc(static_cast<size_t>(in_lines ? 2 * padded : a.n) * sizeof(T), 128));
   if (copy == nullptr) return false;
   copy_vector(a.n, x, incx, copy, copy_threads);
   const auto& kernels = triangular<T>();
   on_threads(threads, [&](int t) {
     const part_range part = part_of(t);
-    kernels.product_part(a, op, unit, copy, x, incx, part.first, part.last);
+    if (!in_lines) {
+      kernels.product_part(a, op, unit, copy, x, incx, part.first, part.last);
+      return;
+    }
+    T* const result = copy + padded;
+    std::copy(copy + part.first, copy + part.last, result + part.first);
+    kernels.product_part(a, op, unit, copy, result, 1, part.first, part.last);
+    T* const first = incx < 0 ? x + (1 - a.n) * incx : x;
+    for (core_int i = part.first; i < part.last; ++i) first[i * incx] = result[i];
   });
   serv_free(copy);
   return true;
@@ -44,7 +55,9 @@ template <class T>
   const trmv_plan plan = choose_trmv_threads(a.upper, op != matrix_op::kNone, a.n, incx, sizeof(T),
                                              current_level2_facts(bytes_of(a)));
   const auto part_of = [&](int t) { return trmv_part(plan, a.n, t); };
-  if (plan.threads > 1 && product_in_parts(a, op, unit, x, incx, plan.threads, plan.copy_threads, part_of)) {
+  const bool in_lines = plan.first_zone == plan.threads;
+  if (plan.threads > 1 &&
+      product_in_parts(a, op, unit, x, incx, plan.threads, plan.copy_threads, in_lines, part_of)) {
     return;
   }
   triangular<T>().product(a, op, unit, x, incx);
@@ -57,7 +70,7 @@ template <class T>
   const triangle_plan plan = choose_triangle_threads(triangle_work::kProduct, grows, a.n, a.k, sizeof(T),
                                                      current_level2_facts(bytes_of(a)));
   const auto part_of = [&](int t) { return triangle_part(plan, a.n, t); };
-  if (plan.threads > 1 && product_in_parts(a, op, unit, x, incx, plan.threads, 1, part_of)) return;
+  if (plan.threads > 1 && product_in_parts(a, op, unit, x, incx, plan.threads, 1, true, part_of)) return;
   triangular<T>().product(a, op, unit, x, incx);
 }
 

@@ -94,6 +94,23 @@ TEST(GemvPlan, PartsCoverEverythingOnce) {
   }
 }
 
+TEST(GemvPlan, NativeRowsEndWhereCacheLinesDo) {
+  const gemv_plan plan = choose_gemv_threads(false, 1000, 1031, kDouble, {5, 3});
+  EXPECT_TRUE(plan.by_lines);
+  EXPECT_FALSE(choose_gemv_threads(true, 1000, 1031, kDouble, {5, 3}).by_lines);
+  EXPECT_FALSE(choose_gemv_threads(false, 1000, 1031, kDouble, {3, 3}).by_lines);
+  for (core_int past_line = 0; past_line < 8; ++past_line) {
+    core_int next = 0;
+    for (int t = 0; t < plan.threads; ++t) {
+      const part_range part = gemv_part(plan, 1000, t, past_line);
+      EXPECT_EQ(next, part.first);
+      EXPECT_TRUE(t == 0 || (part.first + past_line) % 8 == 0) << t;
+      next = part.last;
+    }
+    EXPECT_EQ(1000, next);
+  }
+}
+
 struct trmv_row {
   core_int n;
   int threads;
@@ -210,11 +227,13 @@ struct triangle_row {
   int allowed, threads;
 };
 constexpr triangle_row kTriangleRows[] = {
-    {triangle_work::kProduct, 127, 127, 8, 1},         {triangle_work::kProduct, 360, 360, 8, 1},
-    {triangle_work::kProduct, 364, 364, 8, 2},         {triangle_work::kProduct, 1024, 1024, 8, 8},
-    {triangle_work::kProduct, 1024, 1024, 1, 1},       {triangle_work::kUpdate, 364, 364, 8, 2},
+    {triangle_work::kUpdate, 127, 127, 8, 1},          {triangle_work::kUpdate, 360, 360, 8, 1},
+    {triangle_work::kProduct, 442, 442, 8, 1},         {triangle_work::kProduct, 444, 444, 8, 2},
+    {triangle_work::kProduct, 1256, 1256, 8, 8},       {triangle_work::kUpdate, 1024, 1024, 8, 8},
+    {triangle_work::kUpdate, 1024, 1024, 1, 1},        {triangle_work::kUpdate, 364, 364, 8, 2},
     {triangle_work::kMirroredProduct, 364, 364, 8, 1}, {triangle_work::kMirroredProduct, 450, 450, 8, 2},
-    {triangle_work::kProduct, 4096, 14, 8, 1},         {triangle_work::kProduct, 4096, 15, 8, 2},
+    {triangle_work::kUpdate, 4096, 14, 8, 1},          {triangle_work::kUpdate, 4096, 15, 8, 2},
+    {triangle_work::kProduct, 4096, 22, 8, 1},         {triangle_work::kProduct, 4096, 23, 8, 2},
     {triangle_work::kMirroredProduct, 4096, 22, 8, 1}, {triangle_work::kMirroredProduct, 4096, 23, 8, 2},
 };
 
@@ -245,9 +264,9 @@ TEST(TrianglePlan, PartsCoverEverythingOnceAndAreAlike) {
             const part_range part = triangle_part(plan, n, t);
             EXPECT_EQ(next, part.first);
             EXPECT_LE(part.first, part.last);
-            // Parts begin at multiples of eight, which moves a cut by up to that.
+            // Parts begin at multiples of sixteen, which moves a cut by up to that.
             EXPECT_NEAR(1.0 / threads, cost_to(part.last) - cost_to(part.first),
-                        17.0 / static_cast<double>(n));
+                        33.0 / static_cast<double>(n));
             next = part.last;
           }
           EXPECT_EQ(n, next);

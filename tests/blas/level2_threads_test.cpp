@@ -73,6 +73,26 @@ TYPED_TEST(Level2Threads, GeneralProductsAndUpdatesHaveOneThreadsBits) {
   }
 }
 
+TYPED_TEST(Level2Threads, CutsGoWithTheLinesOfTheResultAndDoNotShow) {
+  using T = TypeParam;
+  constexpr core_int m = 523, n = 401;
+  matrix<T> a(m, n, 1, this->random_);
+  strided<T> x(n, 1, this->random_);
+  alignas(64) T buffer[m + 64];
+  for (const size_t bytes : {size_t{0}, sizeof(T), 5 * sizeof(T), sizeof(T) / 2}) {
+    T* const y = reinterpret_cast<T*>(reinterpret_cast<char*>(buffer) + bytes);
+    const auto multiply = [&](int threads) {
+      serv_set_num_threads(threads);
+      std::memset(static_cast<void*>(buffer), 0, sizeof buffer);
+      call(core_of<T>::gemv, 'N', m, n, factor<T>(2), a.data(), a.ld(), x.data(), core_int{1}, factor<T>(2),
+           y, core_int{1});
+      return std::string(reinterpret_cast<const char*>(buffer), sizeof buffer);
+    };
+    const std::string serial = multiply(1);
+    for (const int threads : {2, 3, 5}) EXPECT_EQ(serial, multiply(threads)) << bytes << ' ' << threads;
+  }
+}
+
 TYPED_TEST(Level2Threads, TriangularProductsWithAndWithoutMemory) {
   using T = TypeParam;
   for (const core_int n : {200, 1030}) {

@@ -206,7 +206,7 @@ template <class Rule, class T>
 [[gnu::noinline]] core_int extreme_of_slice(core_int n, const T* x, core_int inc) {
   search<Rule, T> found{x, inc};
   constexpr core_int kWidth = search<Rule, T>::kWidth;
-  if (inc == 1 && n >= 4 * kWidth && n < 32 * kWidth && found.take_whole(n)) {
+  if (inc == 1 && n >= 4 * kWidth && n < 64 * kWidth && found.take_whole(n)) {
     // no NaN
   } else if (inc == 1) {
     core_int i = found.template take_blocks<32>(0, n);

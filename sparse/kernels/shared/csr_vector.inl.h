@@ -52,7 +52,7 @@ constexpr core_int kLongRow = 10;
 /// Asks for what the next rows will read: processors follow many short streams late.
 template <class T>
 [[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns) {
-  constexpr uintptr_t kAhead = 1024;
+  constexpr uintptr_t kAhead = 2048;
   _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(a) + kAhead), _MM_HINT_T0);
   _mm_prefetch(
       reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(columns) + kAhead * sizeof(int) / sizeof(T)),
