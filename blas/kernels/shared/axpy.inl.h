@@ -29,7 +29,7 @@ struct contiguous_axpy {
   R* y;
   template <int kRegisters>
   [[gnu::always_inline]] void registers() {
-#pragma GCC unroll 8
+#pragma GCC unroll 32
     for (int k = 0; k < kRegisters; ++k) {
       R* at = y + k * L::kCount;
       const auto product = alpha_times.of(x.get(k));

@@ -146,6 +146,16 @@ struct search {
   }
   /// The lanes of the register's worth of elements at i whose magnitude is the best.
   int places(core_int i) const { return W::lane_bits(W::equal(magnitudes(x + i), W::all(best))); }
+  /// Whether the kExtremes registers' worth of elements at i have one.
+  bool in_any(core_int i) const {
+    const reg sought = W::all(best);
+    reg found = W::zero();
+#pragma GCC unroll 4
+    for (int k = 0; k < kExtremes; ++k) {
+      found = W::either(found, W::equal(magnitudes(x + i + k * kWidth), sought));
+    }
+    return any_lane(found);
+  }
   /// The first of those in register `index`, which has some.
   void settle_in_register([[maybe_unused]] int found) {
     if constexpr (parts<T>::kCount == 1) {
@@ -189,9 +199,9 @@ struct search {
     extreme[0] = Rule::template better<W>(Rule::template better<W>(extreme[0], extreme[1]),
                                           Rule::template better<W>(extreme[2], extreme[3]));
     best = W::low_lane(in_all_lanes<kWidth / 2>(extreme[0]));
-    int found = places(0);
-    for (i = 0; found == 0;) {
-      i += kWidth;
+    for (i = 0; i + kExtremes * kWidth <= n && !in_any(i); i += kExtremes * kWidth) {}
+    int found = 0;
+    for (; found == 0; i += kWidth) {
       index = i < last ? i : last;
       found = places(index);
     }
