@@ -35,4 +35,12 @@ bool asks_ahead(core_int transforms, core_int line_bytes) {
 
 bool asks_ahead_of_columns(core_int bytes) { return bytes > kCached; }
 
+core_int first_block(uintptr_t address, core_int element_bytes, core_int count) {
+  constexpr core_int kCacheLine = 64, kFewestBlocks = 16;
+  const core_int block = 2 * kCacheLine / element_bytes;
+  const auto over = static_cast<core_int>(address % kCacheLine);
+  const bool cuts = over % element_bytes == 0 && over != 0 && count >= kFewestBlocks * block;
+  return cuts ? (kCacheLine - over) / element_bytes : std::min(block, count);
+}
+
 }  // namespace qel::fft

@@ -2,6 +2,8 @@
 // How a call with more than one line is broken into lines: pure decisions on its shape.
 #pragma once
 
+#include <cstdint>
+
 #include "service/core_types.h"
 
 namespace qel::fft {
@@ -22,6 +24,10 @@ bool asks_ahead(core_int transforms, core_int line_bytes);
 /// Whether the lines of a strided dimension are asked for a block ahead: if all of them do not fit the second
 /// cache.
 bool asks_ahead_of_columns(core_int bytes);
+
+/// The columns of the first block of lines side by side at an address, of elements of so many bytes: many of
+/// them are cut so that all other blocks begin with a cache line.
+core_int first_block(uintptr_t address, core_int element_bytes, core_int count);
 
 /// count items dealt to threads: chunk each, the last threads take what is left.
 struct share {

@@ -33,6 +33,7 @@ struct autosort_spec {
     table<C> twiddles;  ///< radix - 1 of them for each p
     table<C> roots;     ///< of a pass of any radix
   };
+  const typename precision_types<R>::autosort* kernels;
   int length;
   int pass_count;
   int largest_generic;
@@ -61,8 +62,6 @@ struct autosort_spec {
   static constexpr core_int kSumPitch = 64 / static_cast<core_int>(sizeof(R));
   const R* run_middle(R* work, core_int lines) const;
   core_int pitch_of_parts(core_int lines) const;
-  void finish(const R* parts, core_int lines, C* output, core_int inner, core_int outer, core_int pitch,
-              direction way) const;
 };
 
 /// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows.

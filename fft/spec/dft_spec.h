@@ -50,6 +50,8 @@ struct dft_spec {
     table<C> own_roots;
   };
 
+  /// The one kernel that transforms the line, scale and all; null if it takes more.
+  typename precision_types<R>::kernels::straight* whole[2];
   int kind;
   line_form form;
   int length;
@@ -95,6 +97,19 @@ size_t column_work_bytes(core_int length, core_int lines);
 template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
                  direction way);
+
+/// count such lines, from one to the next a step of either side; the results are multiplied by scale. ahead:
+/// each is asked for while the one before it is transformed.
+template <class R>
+struct dense_lines {
+  const complex_of<R>* input;
+  complex_of<R>* output;
+  core_int in_step, out_step, count;
+  R scale;
+  bool ahead;
+};
+template <class R>
+int dft_spec_run_lines(const dense_lines<R>& lines, const dft_spec<R>& spec, void* work, direction way);
 
 /// The two arrays of a split line.
 template <class R>

@@ -198,6 +198,22 @@ int build(dft_spec<R>& spec) {
   return kSpecBadLength;
 }
 
+template <class R>
+void pick_whole(dft_spec<R>& spec) {
+  const auto& kernels = level_kernels<R>();
+  const bool straight = spec.plan.method == line_method::kStraight;
+  for (const direction way : {kForward, kBackward}) {
+    auto* const in_registers = register_kernel<R>(spec.length, way);
+    if (straight && spec.scaled[way] != 0) {
+      spec.whole[way] = kernels.scaled[way][spec.length];
+    } else if (straight && in_registers == nullptr) {
+      spec.whole[way] = kernels.unscaled[way][spec.length];
+    } else if (spec.scaled[way] == 0) {
+      spec.whole[way] = in_registers;
+    }
+  }
+}
+
 /// A split line's pairs, aligned.
 template <class R>
 int split_bytes(core_int length) {
@@ -238,6 +254,7 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form f
     free_object(spec);
     return status;
   }
+  pick_whole(*spec);
   *result = spec;
   return 0;
 }

@@ -184,6 +184,16 @@ TEST(DriverRules, LargeBatchesAreAskedForAhead) {
   EXPECT_FALSE(asks_ahead(1000, 1 << 15)) << "a line would push itself out";
 }
 
+TEST(DriverRules, BlocksOfManyColumnsBeginWithACacheLine) {
+  const struct {
+    uintptr_t address;
+    core_int bytes, count, first;
+  } cases[] = {{4096, 16, 1024, 8},     {4096 + 16, 16, 1024, 3}, {4096 + 40, 8, 1024, 3},
+               {4096 + 8, 16, 1024, 8}, {4096 + 16, 16, 100, 8},  {4096 + 16, 16, 5, 5}};
+  for (const auto& c : cases)
+    EXPECT_EQ(first_block(c.address, c.bytes, c.count), c.first) << c.address << ' ' << c.count;
+}
+
 TEST(BoxRules, NeighbouringAxesAreOne) {
   const struct {
     box_shape shape;

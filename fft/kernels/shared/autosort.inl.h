@@ -84,13 +84,14 @@ void first_of_columns(const complex_type<R>* input, core_int pitch, core_int s, 
                       const complex_type<R>* twiddles, core_int ahead) {
   for (core_int p = 0; p < m; ++p) {
     by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+      const complex_type<R>* const from = input + p * pitch + q;
+      if (ahead != 0) {
+#pragma GCC unroll 1
+        for (int j = 0; j < radix; ++j) ask_for<V::kCount>(from + j * m * pitch + ahead);
+      }
       reg_of<V> x[radix];
 #pragma GCC unroll 16
-      for (int j = 0; j < radix; ++j) {
-        const complex_type<R>* at = input + (p + j * m) * pitch + q;
-        x[j] = V::template load_pairs<kBackward>(at);
-        if (ahead != 0) ask_for<V::kCount>(at + ahead);
-      }
+      for (int j = 0; j < radix; ++j) x[j] = V::template load_mixed<kBackward>(from + j * m * pitch);
       dft<V, false, radix>::run(x);
       turn_all<V, radix>(x, p, twiddles);
 #pragma GCC unroll 16
@@ -168,23 +169,35 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
   }
 }
 
-/// m = 1. Elements q = inner index + inner count * outer index, of k at out + outer index * pitch + k *
-/// k_pitch.
+/// The last pass of a line: m = 1.
 template <class R, bool kBackward, int radix>
-void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, core_int outer, core_int pitch,
-               core_int k_pitch) {
-  const core_int s = inner * outer;
-  for (core_int o = 0; o < outer; ++o) {
-    by_registers<R>(inner, [&]<class V>(core_int i) QEL_BODY {
-      const core_int q = o * inner + i;
+void last_of_line(const R* re, const R* im, complex_type<R>* out, core_int s) {
+  by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+    reg_of<V> x[radix];
+#pragma GCC unroll 16
+    for (int j = 0; j < radix; ++j) x[j] = V::load(re + q + j * s, im + q + j * s);
+    dft<V, false, radix>::run(x);
+#pragma GCC unroll 16
+    for (int k = 0; k < radix; ++k) V::template store_pairs<kBackward>(out + q + k * s, x[k]);
+  });
+}
+
+/// The last pass of s lines side by side, of count * radix elements: element k count + i of all of them at
+/// out
+/// + (k count + i) pitch.
+template <class R, bool kBackward, int radix>
+void last_of_columns(const R* re, const R* im, core_int s, core_int count, complex_type<R>* out,
+                     core_int pitch) {
+  for (core_int i = 0; i < count; ++i) {
+    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+      const core_int from = i * s + q;
       reg_of<V> x[radix];
 #pragma GCC unroll 16
-      for (int j = 0; j < radix; ++j) x[j] = V::load(re + q + j * s, im + q + j * s);
+      for (int j = 0; j < radix; ++j) x[j] = V::load(re + from + j * count * s, im + from + j * count * s);
       dft<V, false, radix>::run(x);
+      complex_type<R>* const to = out + i * pitch + q;
 #pragma GCC unroll 16
-      for (int k = 0; k < radix; ++k) {
-        V::template store_pairs<kBackward>(out + o * pitch + k * k_pitch + i, x[k]);
-      }
+      for (int k = 0; k < radix; ++k) V::template store_mixed<kBackward>(to + k * count * pitch, x[k]);
     });
   }
 }
@@ -235,12 +248,13 @@ template <class R, bool kBackward, int n>
 void short_columns(const complex_type<R>* input, core_int pitch, complex_type<R>* output, core_int out_pitch,
                    core_int s, core_int ahead) {
   const auto run = [&]<class V>(core_int q) QEL_BODY {
+    if (ahead != 0) {
+#pragma GCC unroll 1
+      for (int j = 0; j < n; ++j) ask_for<V::kCount>(input + j * pitch + q + ahead);
+    }
     reg_of<V> x[n];
 #pragma GCC unroll 16
-    for (int j = 0; j < n; ++j) {
-      x[j] = V::load(input + j * pitch + q);
-      if (ahead != 0) ask_for<V::kCount>(input + j * pitch + q + ahead);
-    }
+    for (int j = 0; j < n; ++j) x[j] = V::load(input + j * pitch + q);
     dft<V, kBackward, n>::run(x);
 #pragma GCC unroll 16
     for (int k = 0; k < n; ++k) V::store(output + k * out_pitch + q, x[k]);
