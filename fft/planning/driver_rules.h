@@ -17,8 +17,8 @@ core_int block_width(core_int dimension, const core_int* lengths, core_int first
 /// The node whose lines are dealt to threads in the pass over a node.
 int parallel_axis(core_int dimension, int pass_node);
 
-/// Whether each line of a batch is asked for before the one in front of it is computed: batches beyond the
-/// second cache, of lines that the processor's own foresight does not reach but that the first cache holds.
+/// Whether each line of a batch is asked for before the one in front of it is computed: batches beyond all
+/// caches, of lines that the processor's own foresight does not reach but that the first cache holds.
 bool asks_ahead(core_int transforms, core_int line_bytes);
 
 /// Whether the lines of a strided dimension are asked for a block ahead: if all of them do not fit the second

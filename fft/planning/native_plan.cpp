@@ -15,7 +15,7 @@ namespace {
 
 constexpr core_int kLongestPrimeLine = kLargestDirect;  ///< primes beyond are faster as convolutions
 constexpr core_int kLongestInTwoSteps = 256;
-constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
+constexpr core_int kLongestLine = 1 << 14;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestAutosort = 1 << 27;
 constexpr core_int kLongestOddLine = 1 << 25;
 // Costs of an element, in passes of radix 2.

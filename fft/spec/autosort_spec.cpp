@@ -20,14 +20,14 @@ constexpr core_int kGap = 24;
 }  // namespace
 
 template <class R>
-bool autosort_spec<R>::make(core_int n) {
+bool autosort_spec<R>::make(core_int n, line_use use) {
   kernels = native_passes<R>();
+  in_columns = use == line_use::kAny;
   length = static_cast<int>(n);
   if (n <= kStraightLengths) return true;
   const autosort_plan plan = plan_autosort(n);
-  const auto roots = make_root_table(n);
-  if (roots == nullptr) return false;
-  if (!make_whole(roots.get())) return false;
+  half_circle roots;
+  if (!roots.make(n) || !make_whole(roots)) return false;
   pass_count = plan.count;
   core_int left = n;
   for (int i = 0; i < plan.count; ++i) {
@@ -36,17 +36,19 @@ bool autosort_spec<R>::make(core_int n) {
     p.index = index_of(p.radix);
     const core_int step = n / left;
     p.m = left / p.radix;
-    p.twiddles = make_table<C>(std::max<core_int>(1, (p.radix - 1) * p.m));
-    if (p.twiddles == nullptr) return false;
-    C* next = p.twiddles.get();
-    for (core_int j = 0; j < p.m; ++j) {
-      for (core_int k = 1; k < p.radix; ++k) *next++ = narrowed<C>(roots[static_cast<size_t>(j * k * step)]);
+    if (i > 0 || in_columns) {
+      p.twiddles = make_table<C>(std::max<core_int>(1, (p.radix - 1) * p.m));
+      if (p.twiddles == nullptr) return false;
+      C* next = p.twiddles.get();
+      for (core_int j = 0; j < p.m; ++j) {
+        for (core_int k = 1; k < p.radix; ++k) *next++ = narrowed<C>(roots[j * k * step]);
+      }
     }
     if (p.index < 0) {
       p.roots = make_table<C>(p.radix);
       if (p.roots == nullptr) return false;
       for (core_int j = 0; j < p.radix; ++j) {
-        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[static_cast<size_t>(j * (n / p.radix))]);
+        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[j * (n / p.radix)]);
       }
       largest_generic = std::max(largest_generic, p.radix);
     }
@@ -58,7 +60,7 @@ bool autosort_spec<R>::make(core_int n) {
   R* next = line_twiddles.get();
   for (core_int k = 1; k < first.radix; ++k, next += 2 * first.m) {
     for (core_int j = 0; j < first.m; ++j) {
-      const C w = first.twiddles[static_cast<size_t>(j * (first.radix - 1) + k - 1)];
+      const C w = narrowed<C>(roots[j * k]);
       next[j] = w.real;
       next[first.m + j] = w.imag;
     }
@@ -67,7 +69,7 @@ bool autosort_spec<R>::make(core_int n) {
 }
 
 template <class R>
-bool autosort_spec<R>::make_whole(const complex16* roots) {
+bool autosort_spec<R>::make_whole(const half_circle& roots) {
   whole = plan_whole_line(length);
   if (whole.method == whole_line::kTwoSteps) {
     step_twiddles = make_table<C>(length);
@@ -177,7 +179,7 @@ bool long_spec<R>::make(core_int row_count, core_int column_count) {
   rows = row_count;
   columns = column_count;
   const core_int n = rows * columns;
-  if (!of_rows.make(rows) || !of_columns.make(columns)) return false;
+  if (!of_rows.make(rows, line_use::kAny) || !of_columns.make(columns, line_use::kAny)) return false;
   bases = make_table<C>(blocks_of_columns() * rows);
   powers = make_table<C>(rows * kBlock);
   if (bases == nullptr || powers == nullptr) return false;

@@ -54,6 +54,7 @@ struct dft_spec {
   typename precision_types<R>::kernels::straight* whole[2];
   int kind;
   line_form form;
+  line_use use;
   int length;
   int scaled[2];  ///< by direction
   double scale;
@@ -75,7 +76,8 @@ struct dft_spec {
 
 /// Creates the plan; 0 or a spec_result.
 template <class R>
-int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form form = line_form::kOrdered);
+int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form form = line_form::kOrdered,
+                    line_use use = line_use::kOneByOne);
 /// Null is ignored.
 template <class R>
 void dft_spec_free(dft_spec<R>* spec);

@@ -305,8 +305,8 @@ int dft_spec_run_split(split_line<const R> input, split_line<R> output, const df
 
 template <class R>
 bool takes_columns(const dft_spec<R>& spec) {
-  return spec.autosort != nullptr ||
-         (spec.plan.method == line_method::kStraight && native_passes<R>() != nullptr);
+  if (spec.autosort != nullptr) return spec.autosort->in_columns;
+  return spec.plan.method == line_method::kStraight && native_passes<R>() != nullptr;
 }
 
 template <class R>

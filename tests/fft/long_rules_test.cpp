@@ -127,7 +127,7 @@ TEST(NativePlan, MethodsByLength) {
   } cases[] = {{64, kAutosort, 0, 0},     {37, kAutosort, 0, 0},        {149, kAutosort, 0, 0},
                {151, kRader, 0, 0},       {1009, kRader, 0, 0},         {65537, kRader, 0, 0},
                {167, kBluestein, 0, 384}, {1019, kBluestein, 0, 2048},  {22201, kLong, 149, 0},
-               {8192, kAutosort, 0, 0},   {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
+               {16384, kAutosort, 0, 0},  {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
                {302, kBluestein, 0, 640}};
   for (const auto& c : cases) {
     const native_plan plan = plan_native_line(c.length);
@@ -178,8 +178,8 @@ TEST(RealPlan, MethodsByLength) {
 }
 
 TEST(DriverRules, LargeBatchesAreAskedForAhead) {
-  EXPECT_TRUE(asks_ahead(1000, 4096));
-  EXPECT_FALSE(asks_ahead(100, 4096)) << "fits the second cache";
+  EXPECT_TRUE(asks_ahead(10000, 4096));
+  EXPECT_FALSE(asks_ahead(1000, 4096)) << "fits a cache";
   EXPECT_FALSE(asks_ahead(100000, 256)) << "short enough to be foreseen";
   EXPECT_FALSE(asks_ahead(1000, 1 << 15)) << "a line would push itself out";
 }

@@ -20,8 +20,15 @@ template <class V, int radix>
 #pragma GCC unroll 16
     for (int k = 0; k < radix; ++k) V::store(re + k, im + k, x[k]);
   } else if constexpr (radix % 4 == 0 && V::kCount >= 4) {
+    constexpr int kEights = V::kCount == 16 ? radix / 8 * 8 : 0;
+    if constexpr (kEights > 0) {
+      const typename V::lane a[8] = {x[0].re, x[1].re, x[2].re, x[3].re, x[4].re, x[5].re, x[6].re, x[7].re};
+      const typename V::lane b[8] = {x[0].im, x[1].im, x[2].im, x[3].im, x[4].im, x[5].im, x[6].im, x[7].im};
+      part::store_eight_columns(re, radix, a);
+      part::store_eight_columns(im, radix, b);
+    }
 #pragma GCC unroll 4
-    for (int k = 0; k < radix; k += 4) {
+    for (int k = kEights; k < radix; k += 4) {
       const typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
       const typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
       part::store_columns(re + k, radix, a);

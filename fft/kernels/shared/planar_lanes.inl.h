@@ -275,6 +275,31 @@ struct parts<float, 16> {
       _mm_storeu_ps(to + (i + 12) * step, _mm512_extractf32x4_ps(y[i], 3));
     }
   }
+  /// The same of eight registers.
+  QEL_LANES void store_eight_columns(float* to, core_int step, const reg* x) {
+    const __m512i low = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
+    const __m512i high = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
+    __m512d part[8];  // four columns of a row in each 128 bits
+#pragma GCC unroll 2
+    for (int i = 0; i < 2; ++i) {
+      const reg* const y = x + 4 * i;
+      const reg a = _mm512_unpacklo_ps(y[0], y[1]), b = _mm512_unpackhi_ps(y[0], y[1]);
+      const reg c = _mm512_unpacklo_ps(y[2], y[3]), d = _mm512_unpackhi_ps(y[2], y[3]);
+      part[4 * i] = _mm512_castps_pd(_mm512_shuffle_ps(a, c, _MM_SHUFFLE(1, 0, 1, 0)));
+      part[4 * i + 1] = _mm512_castps_pd(_mm512_shuffle_ps(a, c, _MM_SHUFFLE(3, 2, 3, 2)));
+      part[4 * i + 2] = _mm512_castps_pd(_mm512_shuffle_ps(b, d, _MM_SHUFFLE(1, 0, 1, 0)));
+      part[4 * i + 3] = _mm512_castps_pd(_mm512_shuffle_ps(b, d, _MM_SHUFFLE(3, 2, 3, 2)));
+    }
+#pragma GCC unroll 4
+    for (int i = 0; i < 4; ++i) {
+      const __m512d p = _mm512_permutex2var_pd(part[i], low, part[i + 4]);
+      const __m512d q = _mm512_permutex2var_pd(part[i], high, part[i + 4]);
+      _mm256_storeu_ps(to + i * step, _mm256_castpd_ps(_mm512_castpd512_pd256(p)));
+      _mm256_storeu_ps(to + (i + 4) * step, _mm256_castpd_ps(_mm512_extractf64x4_pd(p, 1)));
+      _mm256_storeu_ps(to + (i + 8) * step, _mm256_castpd_ps(_mm512_castpd512_pd256(q)));
+      _mm256_storeu_ps(to + (i + 12) * step, _mm256_castpd_ps(_mm512_extractf64x4_pd(q, 1)));
+    }
+  }
 };
 inline constexpr int kPartBytes = 64;
 #else
