@@ -15,7 +15,7 @@ namespace {
 
 constexpr core_int kLongestPrimeLine = kLargestDirect;  ///< primes beyond are faster as convolutions
 constexpr core_int kLongestInTwoSteps = 256;
-constexpr core_int kLongestLine = 1 << 14;  ///< beyond, rows times columns keep the work in cache
+constexpr core_int kLongestLine = 1 << 17;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestAutosort = 1 << 27;
 constexpr core_int kLongestOddLine = 1 << 25;
 // Costs of an element, in passes of radix 2.
@@ -207,14 +207,17 @@ bool prefers_rader(core_int prime, core_int padded) {
   return cyclic + move * static_cast<double>(prime) < chirp + 1.5 * kMoveCost * static_cast<double>(padded);
 }
 
+native_plan split_native_line(core_int length) {
+  const native_plan split = split_long(length);
+  return split.rows >= 8 ? split : native_plan{native_method::kAutosort, 0, 0, 0};
+}
+
 native_plan plan_native_line(core_int length) {
   const autosort_plan passes = plan_autosort(length);
   const bool prime = passes.count == 0 || passes.radices[0] == length || passes.radices[1] == length;
   if (passes.count > 0 && !(prime && length > kLongestPrimeLine)) {
     if (length <= kLongestLine) return {native_method::kAutosort, 0, 0, 0};
-    const native_plan split = split_long(length);
-    if (split.rows >= 8) return split;
-    return {native_method::kAutosort, 0, 0, 0};
+    return split_native_line(length);
   }
   if (length >= kLongestOddLine) return {native_method::kRefused, 0, 0, 0};
   const core_int padded = good_length(2 * length - 1);

@@ -146,14 +146,24 @@ int build_rader(dft_spec<R>& spec) {
   const auto roots = make_root_table(n);
   if (spec.powers == nullptr || spec.factor_spectrum == nullptr || roots == nullptr) return kSpecNoMemory;
   C* const spectrum = spec.factor_spectrum.get();
-  // root is small: the product's quotient is the rounded one or next to it.
+  // Products stay below 2^53, so that the quotient is the rounded one or next to it. Chains, because each
+  // product waits for the one before it.
   const double inverse = 1.0 / static_cast<double>(n);
-  for (core_int k = 0, power = 1; k < count; ++k) {
-    spec.powers[static_cast<size_t>(k)] = static_cast<int>(power);
-    spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power)]);
-    const core_int product = power * root;
-    power = product - static_cast<core_int>(static_cast<double>(product) * inverse) * n;
-    power += power < 0 ? n : power >= n ? -n : 0;
+  const auto product = [=](core_int a, core_int b) {
+    const core_int rest = a * b - static_cast<core_int>(static_cast<double>(a * b) * inverse) * n;
+    return rest + (rest < 0 ? n : rest >= n ? -n : 0);
+  };
+  constexpr core_int kChains = 4;
+  core_int power[kChains + 1] = {1};
+  for (core_int i = 0; i < kChains; ++i) power[i + 1] = product(power[i], root);
+  const core_int leap = power[kChains];
+  for (core_int first = 0; first < count; first += kChains) {
+    for (core_int i = 0; i < std::min(kChains, count - first); ++i) {
+      const core_int k = first + i;
+      spec.powers[static_cast<size_t>(k)] = static_cast<int>(power[i]);
+      spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power[i])]);
+      power[i] = product(power[i], leap);
+    }
   }
   if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
   polish_gauss_sums(spectrum, n);

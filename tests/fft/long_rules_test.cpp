@@ -126,8 +126,8 @@ TEST(NativePlan, MethodsByLength) {
     core_int rows, padded;
   } cases[] = {{64, kAutosort, 0, 0},     {37, kAutosort, 0, 0},        {149, kAutosort, 0, 0},
                {151, kRader, 0, 0},       {1009, kRader, 0, 0},         {65537, kRader, 0, 0},
-               {167, kBluestein, 0, 384}, {1019, kBluestein, 0, 2048},  {22201, kLong, 149, 0},
-               {16384, kAutosort, 0, 0},  {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
+               {167, kBluestein, 0, 384}, {1019, kBluestein, 0, 2048},  {152576, kLong, 256, 0},
+               {65536, kAutosort, 0, 0},  {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
                {302, kBluestein, 0, 640}};
   for (const auto& c : cases) {
     const native_plan plan = plan_native_line(c.length);
@@ -163,6 +163,13 @@ TEST(NativePlan, WholeLines) {
     EXPECT_EQ(plan.rows, c.plan.rows) << c.length;
     EXPECT_EQ(plan.columns, c.plan.columns) << c.length;
   }
+}
+
+TEST(NativePlan, ThreadsSplitLinesThatOneThreadDoesNot) {
+  const native_plan split = split_native_line(1 << 16);
+  EXPECT_EQ(split.method, native_method::kLong);
+  EXPECT_EQ(split.rows * split.columns, 1 << 16);
+  EXPECT_EQ(split_native_line(2 * 131).method, native_method::kAutosort) << "two rows are none";
 }
 
 TEST(RealPlan, MethodsByLength) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Roots of unity for tables, several at a time: sines and cosines of angles up to an eighth of the circle, which
-// are known to twice the precision, by their series. Errors stay below 0.8 units of the last place.
+// Roots of unity for tables, several at a time: sines and cosines of angles up to an eighth of the circle,
+// which are known to twice the precision, by their series. Errors stay below 0.8 units of the last place.
 #pragma once
 
 #include "fft/kernels/shared/planar_lanes.inl.h"
