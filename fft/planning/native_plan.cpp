@@ -150,14 +150,15 @@ autosort_plan plan_autosort(core_int length) {
 
 whole_line_plan plan_whole_line(core_int length) {
   if (length > kLongestInTwoSteps) return {whole_line::kPasses, 0, 0};
-  int smallest = 2;
-  while (length % smallest != 0) ++smallest;
-  if (smallest == length) return {length <= kLargestDirect ? whole_line::kSums : whole_line::kPasses, 0, 0};
   for (int rows = static_cast<int>(std::sqrt(static_cast<double>(length))); rows > 1; --rows) {
     const auto columns = static_cast<int>(length / rows);
     if (length % rows == 0 && columns <= kStraightLengths) return {whole_line::kTwoSteps, rows, columns};
   }
-  return {whole_line::kPasses, 0, 0};
+  // Sums err more than passes do, but less than passes of a radix without code of its own cost.
+  const autosort_plan passes = plan_autosort(length);
+  const bool generic = !std::all_of(passes.radices, passes.radices + passes.count, has_autosort_pass);
+  const bool sums = generic && length % 2 == 1 && length <= kLargestDirect;
+  return {sums ? whole_line::kSums : whole_line::kPasses, 0, 0};
 }
 
 core_int good_length(core_int n) {

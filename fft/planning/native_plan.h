@@ -19,7 +19,7 @@ bool has_autosort_pass(int radix);
 enum class whole_line : int {
   kPasses,    ///< it is not
   kTwoSteps,  ///< rows times columns, through a buffer
-  kSums,      ///< prime: sums over folded terms, side by side
+  kSums,      ///< odd, with a factor that has no pass of its own: sums over folded terms, side by side
 };
 struct whole_line_plan {
   whole_line method;

@@ -156,7 +156,8 @@ TEST(NativePlan, WholeLines) {
   } cases[] = {{18, {kTwoSteps, 3, 6}},    {128, {kTwoSteps, 8, 16}},  {144, {kTwoSteps, 12, 12}},
                {256, {kTwoSteps, 16, 16}}, {121, {kTwoSteps, 11, 11}}, {34, {kPasses, 0, 0}},
                {250, {kPasses, 0, 0}},     {512, {kPasses, 0, 0}},     {17, {kSums, 0, 0}},
-               {149, {kSums, 0, 0}},       {151, {kPasses, 0, 0}}};
+               {149, {kSums, 0, 0}},       {51, {kSums, 0, 0}},        {147, {kPasses, 0, 0}},
+               {151, {kPasses, 0, 0}}};
   for (const auto& c : cases) {
     const whole_line_plan plan = plan_whole_line(c.length);
     EXPECT_EQ(plan.method, c.plan.method) << c.length;

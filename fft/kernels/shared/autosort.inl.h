@@ -148,9 +148,6 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
         const core_int at = q + s * (n * p + k);
         V::store(to_re + at, to_im + at, value);
       };
-      const auto kept = [&](int j) {
-        return V::load(work + 2 * j * V::kCount, work + (2 * j + 1) * V::kCount);
-      };
       const reg_of<V> first = of(0);
       reg_of<V> zeroth = first;
       for (int j = 1; j <= half; ++j) {
@@ -162,9 +159,10 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
       put(0, zeroth);
       for (int k = 1; k <= half; ++k) {
         reg_of<V> even = first, odd{};
-        for (int j = 1, at = k; j <= half; ++j) {
-          even = V::mul_add(kept(2 * j), roots[at].real, even);
-          odd = V::mul_add(kept(2 * j + 1), -roots[at].imag, odd);
+        const R* term = work + 4 * V::kCount;
+        for (int j = 1, at = k; j <= half; ++j, term += 4 * V::kCount) {
+          even = V::mul_add(V::load(term, term + V::kCount), roots[at].real, even);
+          odd = V::mul_add(V::load(term + 2 * V::kCount, term + 3 * V::kCount), -roots[at].imag, odd);
           at += k;
           if (at >= n) at -= n;
         }
