@@ -20,24 +20,22 @@ class boxes {
   boxes(const dfti_node* first, const box_shape& shape, const core_int* other_stride, C* data, direction way)
       : first_(first), shape_(shape), other_stride_(other_stride), data_(data), way_(way) {}
 
-  /// rows(other offset, offset, work) transforms a row; work_of(part): the work of a thread. Columns follow
-  /// their rows, or come before them. A status.
+  /// rows(other offset, offset, count, work) transforms the rows of so many indices of node 1; work_of(part):
+  /// the work of a thread. Columns follow their rows, or come before them. A status.
   template <class Rows, class Work>
   int run(int threads, bool rows_first, Rows rows, Work work_of) const {
     const int last = shape_.dimension - 1;
-    const auto box = [&](int part, int top, core_int from, core_int to) {
-      const room own(*this, work_of(part));
-      if (!own) return int{DFTI_MEMORY_ERROR};
-      for (core_int i = from; i < to; ++i) {
-        const int status = walk(top, i * other_stride_[last], i * shape_.stride[last], rows_first, rows, own);
-        if (status != DFTI_NO_ERROR) return status;
-      }
-      return int{DFTI_NO_ERROR};
-    };
-    if (threads == 1) return box(0, last, 0, 1);
+    if (threads == 1) {
+      const room own(*this, work_of(0));
+      return own ? walk(last, 0, 0, rows_first, rows, own) : int{DFTI_MEMORY_ERROR};
+    }
     const auto rows_and_boxes = [&] {
-      return over_shares(shape_.count[last], threads,
-                         [&](int part, core_int from, core_int to) { return box(part, last - 1, from, to); });
+      return over_shares(shape_.count[last], threads, [&](int part, core_int from, core_int to) {
+        const room own(*this, work_of(part));
+        if (!own) return int{DFTI_MEMORY_ERROR};
+        return inner(last, from * other_stride_[last], from * shape_.stride[last], to - from, rows_first,
+                     rows, own);
+      });
     };
     const column_axes axes = columns_below(shape_, last);
     const int outer = axes.count - 1;
@@ -72,15 +70,23 @@ class boxes {
 
   template <class Rows>
   int walk(int top, core_int other, core_int at, bool rows_first, Rows& rows, const room& own) const {
-    if (top == 0) return rows(other, at, own.work);
     const column_axes axes = columns_below(shape_, top);
     const auto passes = [&] { return columns(top, axes, at, 0, axes.extent[axes.count - 1], own); };
     int status = rows_first ? int{DFTI_NO_ERROR} : passes();
-    for (core_int i = 0; i < shape_.count[top] && status == DFTI_NO_ERROR; ++i) {
-      status =
-          walk(top - 1, other + i * other_stride_[top], at + i * shape_.stride[top], rows_first, rows, own);
-    }
+    if (status == DFTI_NO_ERROR) status = inner(top, other, at, shape_.count[top], rows_first, rows, own);
     return rows_first && status == DFTI_NO_ERROR ? passes() : status;
+  }
+  /// All nodes below one, for count of its indices.
+  template <class Rows>
+  int inner(int node, core_int other, core_int at, core_int count, bool rows_first, Rows& rows,
+            const room& own) const {
+    if (node == 1) return rows(other, at, count, own.work);
+    int status = DFTI_NO_ERROR;
+    for (core_int i = 0; i < count && status == DFTI_NO_ERROR; ++i) {
+      status = walk(node - 1, other + i * other_stride_[node], at + i * shape_.stride[node], rows_first, rows,
+                    own);
+    }
+    return status;
   }
 
   /// The lines of a node, for all indices of the axes, those of the outermost axis limited.

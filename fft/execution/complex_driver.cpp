@@ -43,19 +43,6 @@ void* slice(const dfti_node* first, int part) {
   return static_cast<char*>(first->workspace) + core_int{part} * first->workspace_bytes;
 }
 
-template <class C>
-void ask_for(const C* line, core_int bytes, bool written) {
-  constexpr core_int kCacheLine = 64;
-  const auto* at = reinterpret_cast<const char*>(line);
-  for (core_int i = 0; i < bytes; i += kCacheLine) {
-    if (written) {
-      __builtin_prefetch(at + i, 1);
-    } else {
-      __builtin_prefetch(at + i, 0);
-    }
-  }
-}
-
 /// One thread's part of the pass over node k.
 template <class R>
 int run_pass(const dfti_node* first, const pass_shape& shape, int k, const pass_range& range, direction way,
@@ -86,13 +73,23 @@ int run_boxes(const dfti_node* first, const complex_of<R>* in, complex_of<R>* ou
   std::copy_n(shape.count, shape.dimension, box.count);
   std::copy_n(shape.out_stride, shape.dimension, box.stride);
   const bool dense = shape.in_stride[0] == 1 && shape.out_stride[0] == 1;
-  const auto row = [&](core_int in_offset, core_int out_offset, void* work) {
-    if (dense) return kernel(in + in_offset, out + out_offset, first, work);
-    return run_line<C, C>({in + in_offset, shape.in_stride[0], shape.count[0]},
-                          {out + out_offset, shape.out_stride[0], shape.count[0]}, first, kernel, false,
-                          work);
+  const R scale = scale_of<R>(*first, way);
+  const auto rows = [&](core_int in_offset, core_int out_offset, core_int count, void* work) {
+    const C* const from = in + in_offset;
+    C* const to = out + out_offset;
+    if (dense) {
+      return run_dense_lines<R>({from, to, shape.in_stride[1], shape.out_stride[1], count, scale, false},
+                                first, kernel, way, work);
+    }
+    int status = DFTI_NO_ERROR;
+    for (core_int i = 0; i < count && status == DFTI_NO_ERROR; ++i) {
+      status = run_line<C, C>({from + i * shape.in_stride[1], shape.in_stride[0], shape.count[0]},
+                              {to + i * shape.out_stride[1], shape.out_stride[0], shape.count[0]}, first,
+                              kernel, false, work);
+    }
+    return status;
   };
-  return boxes<R>(first, box, shape.in_stride, out, way).run(threads, true, row, work_of);
+  return boxes<R>(first, box, shape.in_stride, out, way).run(threads, true, rows, work_of);
 }
 
 template <class R>
@@ -116,16 +113,16 @@ int run_sequential(const dfti_node* first, const complex_of<R>* in, complex_of<R
     return run_lines<R>({in, first->input_stride, 1}, {out, first->output_stride, 1}, transforms,
                         kWidestBlock, first, way, buffer.as<C>(), work);
   }
+  if (first->dimension == 1 && first->input_stride == 1 && first->output_stride == 1 &&
+      first->ordering == DFTI_ORDERED) {
+    const core_int bytes = first->length * static_cast<core_int>(sizeof(C));
+    return run_dense_lines<R>({in, out, first->input_distance, output_distance_of(*first), transforms,
+                               scale_of<R>(*first, way), asks_ahead(transforms, bytes)},
+                              first, kernel, way, work);
+  }
   const pass_shape shape = shape_of(first);
-  const core_int bytes = first->length * static_cast<core_int>(sizeof(C));
-  const bool ahead = first->dimension == 1 && first->input_stride == 1 && first->output_stride == 1 &&
-                     asks_ahead(transforms, bytes);
   int status = DFTI_NO_ERROR;
   for (core_int t = 0; t < transforms && status == DFTI_NO_ERROR; ++t) {
-    if (ahead && t + 1 < transforms) {
-      ask_for(in + first->input_distance, bytes, in == out);
-      if (in != out) ask_for(out + output_distance_of(*first), bytes, true);
-    }
     for (int k = 0; k < first->dimension && status == DFTI_NO_ERROR; ++k) {
       const pass_range range = first->dimension > 1 ? whole_pass(shape, k) : pass_range{-1, 0, 0};
       status = run_pass<R>(first, shape, k, range, way, in, out, buffer.as<C>(), work);

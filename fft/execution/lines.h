@@ -55,6 +55,22 @@ int run_line(strided<const T> in, strided<U> out, const dfti_node* node, node_ke
   return kernel(in.data, out.data, node, work);
 }
 
+/// Lines at unit stride; their scale is the node's.
+template <class R>
+int run_dense_lines(const dense_lines<R>& lines, const dfti_node* node, node_kernel* kernel, direction way,
+                    void* work) {
+  const dft_spec<R>* spec = ordered_spec_of<R>(*node);
+  if (spec == nullptr) {
+    for (core_int i = 0; i < lines.count; ++i) {
+      if (const int status =
+              kernel(lines.input + i * lines.in_step, lines.output + i * lines.out_step, node, work))
+        return status;
+    }
+    return DFTI_NO_ERROR;
+  }
+  return spec_status(dft_spec_run_lines<R>(lines, *spec, work, way));
+}
+
 /// kWidth lines that lie step apart, from or to dense lines of n elements.
 template <int kWidth, class C>
 void gather_block(const C* from, core_int stride, core_int step, C* lines, core_int n) {
@@ -111,8 +127,8 @@ void run_side_by_side(line_places<const complex_of<R>> in, line_places<complex_o
   const R scale = scale_of<R>(node, way);
   const core_int ahead =
       asks_ahead_of_columns(node.length * count * core_int{sizeof(complex_of<R>)}) ? kLongBlock<R> : 0;
-  for (core_int done = 0; done < count; done += kLongBlock<R>) {
-    const core_int lines = std::min(kLongBlock<R>, count - done);
+  core_int lines = first_block(reinterpret_cast<uintptr_t>(out.data), sizeof(complex_of<R>), count);
+  for (core_int done = 0; done < count; done += lines, lines = std::min(kLongBlock<R>, count - done)) {
     dft_spec_run_columns<R>({in.data + done, in.stride}, {out.data + done, out.stride}, lines, spec, buffer,
                             way, ahead);
     if (scale == 1) continue;

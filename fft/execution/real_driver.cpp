@@ -219,8 +219,13 @@ class real_call {
     const int status = boxes<R>(first_, box, reals_.stride, half, kWay)
                            .run(
                                threads, kWay == kForward,
-                               [&](core_int other, core_int at, void* own) {
-                                 return row(real + other, half + at, strides[0], format, own);
+                               [&](core_int other, core_int at, core_int count, void* own) {
+                                 int result = DFTI_NO_ERROR;
+                                 for (core_int i = 0; i < count && result == DFTI_NO_ERROR; ++i) {
+                                   result = row(real + other + i * reals_.stride[1],
+                                                half + at + i * strides[1], strides[0], format, own);
+                                 }
+                                 return result;
                                },
                                [&](int part) { return threads > 1 ? slice(part) : work; });
     if (joined && kWay == kForward && status == DFTI_NO_ERROR) edges.part();

@@ -37,8 +37,8 @@ struct autosort_kernels {
                       const C* twiddles);
   using middle_of_any = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
                              const C* twiddles, int n, const C* roots, R* work);
-  using last = void(const R* re, const R* im, C* out, core_int inner, core_int outer, core_int pitch,
-                    core_int k_pitch);
+  using last_of_line = void(const R* re, const R* im, C* out, core_int s);
+  using last_of_columns = void(const R* re, const R* im, core_int s, core_int count, C* out, core_int pitch);
   using short_columns = void(const C* input, core_int pitch, C* output, core_int out_pitch, core_int s,
                              core_int ahead);
   using turn_and_deal = void(const C* lines, core_int rows, core_int count, const C* bases, const C* powers,
@@ -54,7 +54,8 @@ struct autosort_kernels {
   first_of_columns* columns[2][kAutosortCount];
   middle* middles[kAutosortCount];
   middle_of_any* any_middle;
-  last* lasts[2][kAutosortCount];
+  last_of_line* line_lasts[2][kAutosortCount];
+  last_of_columns* column_lasts[2][kAutosortCount];
   short_columns* short_lines[2][kStraightLengths + 1];
   /// Whole lines in registers, by length, without scale; null where there is none.
   void (*registers[2][kRegisterLengths + 1])(const C* input, C* output, R);
@@ -65,6 +66,8 @@ struct autosort_kernels {
   /// The transform of half complex numbers becomes the one of the reals in them, is multiplied by factors and
   /// goes back to before its end step; half is even, roots those of real_ends.
   void (*real_filter)(C* data, core_int half, const C* roots, const C* factors);
+  /// roots[i] = exp(-2 pi i (start + step i) / n) for i < count, all within an eighth of the circle from 1.
+  void (*roots_of_unity)(complex16* roots, core_int count, core_int start, core_int step, core_int n);
 };
 
 template <class C, class R>

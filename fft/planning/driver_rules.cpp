@@ -7,6 +7,9 @@ namespace qel::fft {
 namespace {
 
 constexpr core_int kCached = 1 << 19;
+// What the third cache holds comes soon enough, and being asked for too much at once delays it: measured on a
+// Zen 4.
+constexpr core_int kNear = 1 << 23;
 
 }  // namespace
 
@@ -30,9 +33,17 @@ int parallel_axis(core_int dimension, int pass_node) {
 
 bool asks_ahead(core_int transforms, core_int line_bytes) {
   constexpr core_int kShortest = 512, kLongest = 16384;
-  return line_bytes >= kShortest && line_bytes <= kLongest && transforms * line_bytes > kCached;
+  return line_bytes >= kShortest && line_bytes <= kLongest && transforms * line_bytes > kNear;
 }
 
 bool asks_ahead_of_columns(core_int bytes) { return bytes > kCached; }
+
+core_int first_block(uintptr_t address, core_int element_bytes, core_int count) {
+  constexpr core_int kCacheLine = 64, kFewestBlocks = 16;
+  const core_int block = 2 * kCacheLine / element_bytes;
+  const auto over = static_cast<core_int>(address % kCacheLine);
+  const bool cuts = over % element_bytes == 0 && over != 0 && count >= kFewestBlocks * block;
+  return cuts ? (kCacheLine - over) / element_bytes : std::min(block, count);
+}
 
 }  // namespace qel::fft

@@ -83,8 +83,9 @@ int build(split_plan<R>& plan, const dfti_node& first, const long_choice& choice
   const bool fixed = choice.tier == long_tier::kFixed;
   plan.parts = fixed ? choice.parts : 0;
   if (native_passes<R>() != nullptr) {
-    const native_plan native = plan_native_line(first.length);
-    if (native.method == native_method::kLong) {
+    const bool smooth = plan_autosort(first.length).count > 0;
+    const native_plan native = split_native_line(first.length);
+    if (smooth && native.method == native_method::kLong) {
       plan.long_line = make_object<long_spec<R>>();
       const bool made = plan.long_line != nullptr && plan.long_line->make(native.rows, native.columns);
       return made ? DFTI_NO_ERROR : DFTI_MEMORY_ERROR;

@@ -16,7 +16,7 @@ constexpr int kFirstSplitOrder = 16;
 constexpr int kFirstFixedOrder = 10;
 constexpr int kLastFixedOrder = 26;
 // Below it two regions cost more than the second thread gains; measured on two cores of a Zen 4.
-constexpr core_int kFirstNativeLength = core_int{1} << 15;
+constexpr core_int kFirstNativeLength = core_int{1} << 16;
 
 bool is_plain(const long_facts& f) {
   return f.complex_storage == DFTI_COMPLEX_COMPLEX && f.ordering == DFTI_ORDERED && f.transforms == 1 &&

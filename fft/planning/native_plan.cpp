@@ -15,7 +15,7 @@ namespace {
 
 constexpr core_int kLongestPrimeLine = kLargestDirect;  ///< primes beyond are faster as convolutions
 constexpr core_int kLongestInTwoSteps = 256;
-constexpr core_int kLongestLine = 1 << 13;  ///< beyond, rows times columns keep the work in cache
+constexpr core_int kLongestLine = 1 << 17;  ///< beyond, rows times columns keep the work in cache
 constexpr core_int kLongestAutosort = 1 << 27;
 constexpr core_int kLongestOddLine = 1 << 25;
 // Costs of an element, in passes of radix 2.
@@ -150,14 +150,15 @@ autosort_plan plan_autosort(core_int length) {
 
 whole_line_plan plan_whole_line(core_int length) {
   if (length > kLongestInTwoSteps) return {whole_line::kPasses, 0, 0};
-  int smallest = 2;
-  while (length % smallest != 0) ++smallest;
-  if (smallest == length) return {length <= kLargestDirect ? whole_line::kSums : whole_line::kPasses, 0, 0};
   for (int rows = static_cast<int>(std::sqrt(static_cast<double>(length))); rows > 1; --rows) {
     const auto columns = static_cast<int>(length / rows);
     if (length % rows == 0 && columns <= kStraightLengths) return {whole_line::kTwoSteps, rows, columns};
   }
-  return {whole_line::kPasses, 0, 0};
+  // Sums err more than passes do, but less than passes of a radix without code of its own cost.
+  const autosort_plan passes = plan_autosort(length);
+  const bool generic = !std::all_of(passes.radices, passes.radices + passes.count, has_autosort_pass);
+  const bool sums = generic && length % 2 == 1 && length <= kLargestDirect;
+  return {sums ? whole_line::kSums : whole_line::kPasses, 0, 0};
 }
 
 core_int good_length(core_int n) {
@@ -207,14 +208,17 @@ bool prefers_rader(core_int prime, core_int padded) {
   return cyclic + move * static_cast<double>(prime) < chirp + 1.5 * kMoveCost * static_cast<double>(padded);
 }
 
+native_plan split_native_line(core_int length) {
+  const native_plan split = split_long(length);
+  return split.rows >= 8 ? split : native_plan{native_method::kAutosort, 0, 0, 0};
+}
+
 native_plan plan_native_line(core_int length) {
   const autosort_plan passes = plan_autosort(length);
   const bool prime = passes.count == 0 || passes.radices[0] == length || passes.radices[1] == length;
   if (passes.count > 0 && !(prime && length > kLongestPrimeLine)) {
     if (length <= kLongestLine) return {native_method::kAutosort, 0, 0, 0};
-    const native_plan split = split_long(length);
-    if (split.rows >= 8) return split;
-    return {native_method::kAutosort, 0, 0, 0};
+    return split_native_line(length);
   }
   if (length >= kLongestOddLine) return {native_method::kRefused, 0, 0, 0};
   const core_int padded = good_length(2 * length - 1);

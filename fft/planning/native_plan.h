@@ -19,7 +19,7 @@ bool has_autosort_pass(int radix);
 enum class whole_line : int {
   kPasses,    ///< it is not
   kTwoSteps,  ///< rows times columns, through a buffer
-  kSums,      ///< prime: sums over folded terms, side by side
+  kSums,      ///< odd, with a factor that has no pass of its own: sums over folded terms, side by side
 };
 struct whole_line_plan {
   whole_line method;
@@ -41,6 +41,9 @@ struct native_plan {
 };
 /// The plan of a length above 16.
 native_plan plan_native_line(core_int length);
+/// A product of small primes as rows times columns, which several threads can share; kAutosort: there are
+/// none.
+native_plan split_native_line(core_int length);
 
 /// What a line costs, in passes of radix 2 over one element; below zero if it is no product of small primes.
 double native_cost(core_int length);

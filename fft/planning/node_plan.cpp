@@ -50,9 +50,9 @@ line_form form_of(spec_slot slot) {
 }
 
 template <class R>
-int plan_complex_node(dfti_node* node, spec_slot slot) {
+int plan_complex_node(dfti_node* node, spec_slot slot, line_use use) {
   dft_spec<R>* spec = nullptr;
-  if (const int result = dft_spec_create(&spec, node->length, kUnscaled, form_of(slot)))
+  if (const int result = dft_spec_create(&spec, node->length, kUnscaled, form_of(slot), use))
     return spec_status(result);
   node->specs[slot][kSpecPrecision<R>] = spec;
   node->node_workspace = spec->workspace_bytes;
@@ -86,7 +86,8 @@ int plan_node(const dfti_node& first, dfti_node* node) {
   if (node != &first) copy_configuration(first, node);
   if (first.forward_domain == DFTI_COMPLEX) {
     pick_complex_kernels<R>(node);
-    return plan_complex_node<R>(node, slot_of(*node));
+    const bool single = first.dimension == 1 && first.number_of_transforms == 1;
+    return plan_complex_node<R>(node, slot_of(*node), single ? line_use::kOneByOne : line_use::kAny);
   }
   if (node != &first) {
     // The columns of a spectrum are ordinary complex lines, whatever the storage set for complex data.
@@ -94,7 +95,7 @@ int plan_node(const dfti_node& first, dfti_node* node) {
     node->ordering = DFTI_ORDERED;
     pick_complex_kernels<R>(node);
     node->complex_storage = first.complex_storage;
-    return plan_complex_node<R>(node, kOrderedSpec);
+    return plan_complex_node<R>(node, kOrderedSpec, line_use::kAny);
   }
   packing format;
   if (!packing_of(first, &format)) return DFTI_UNIMPLEMENTED;

@@ -20,13 +20,14 @@ constexpr core_int kGap = 24;
 }  // namespace
 
 template <class R>
-bool autosort_spec<R>::make(core_int n) {
+bool autosort_spec<R>::make(core_int n, line_use use) {
+  kernels = native_passes<R>();
+  in_columns = use == line_use::kAny;
   length = static_cast<int>(n);
   if (n <= kStraightLengths) return true;
   const autosort_plan plan = plan_autosort(n);
-  const auto roots = make_root_table(n);
-  if (roots == nullptr) return false;
-  if (!make_whole(roots.get())) return false;
+  half_circle roots;
+  if (!roots.make(n) || !make_whole(roots)) return false;
   pass_count = plan.count;
   core_int left = n;
   for (int i = 0; i < plan.count; ++i) {
@@ -35,17 +36,19 @@ bool autosort_spec<R>::make(core_int n) {
     p.index = index_of(p.radix);
     const core_int step = n / left;
     p.m = left / p.radix;
-    p.twiddles = make_table<C>(std::max<core_int>(1, (p.radix - 1) * p.m));
-    if (p.twiddles == nullptr) return false;
-    C* next = p.twiddles.get();
-    for (core_int j = 0; j < p.m; ++j) {
-      for (core_int k = 1; k < p.radix; ++k) *next++ = narrowed<C>(roots[static_cast<size_t>(j * k * step)]);
+    if (i > 0 || in_columns) {
+      p.twiddles = make_table<C>(std::max<core_int>(1, (p.radix - 1) * p.m));
+      if (p.twiddles == nullptr) return false;
+      C* next = p.twiddles.get();
+      for (core_int j = 0; j < p.m; ++j) {
+        for (core_int k = 1; k < p.radix; ++k) *next++ = narrowed<C>(roots[j * k * step]);
+      }
     }
     if (p.index < 0) {
       p.roots = make_table<C>(p.radix);
       if (p.roots == nullptr) return false;
       for (core_int j = 0; j < p.radix; ++j) {
-        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[static_cast<size_t>(j * (n / p.radix))]);
+        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[j * (n / p.radix)]);
       }
       largest_generic = std::max(largest_generic, p.radix);
     }
@@ -57,7 +60,7 @@ bool autosort_spec<R>::make(core_int n) {
   R* next = line_twiddles.get();
   for (core_int k = 1; k < first.radix; ++k, next += 2 * first.m) {
     for (core_int j = 0; j < first.m; ++j) {
-      const C w = first.twiddles[static_cast<size_t>(j * (first.radix - 1) + k - 1)];
+      const C w = narrowed<C>(roots[j * k]);
       next[j] = w.real;
       next[first.m + j] = w.imag;
     }
@@ -66,7 +69,7 @@ bool autosort_spec<R>::make(core_int n) {
 }
 
 template <class R>
-bool autosort_spec<R>::make_whole(const complex16* roots) {
+bool autosort_spec<R>::make_whole(const half_circle& roots) {
   whole = plan_whole_line(length);
   if (whole.method == whole_line::kTwoSteps) {
     step_twiddles = make_table<C>(length);
@@ -108,7 +111,6 @@ core_int autosort_spec<R>::most_work_reals(core_int longest, core_int lines) {
 /// All passes but the first and the last; the parts that the last one reads.
 template <class R>
 const R* autosort_spec<R>::run_middle(R* work, core_int lines) const {
-  const auto& kernels = *native_passes<R>();
   const core_int pitch = pitch_of_parts(lines);
   R *from = work, *to = work + 2 * pitch;
   R* scratch = work + 4 * pitch;
@@ -116,10 +118,10 @@ const R* autosort_spec<R>::run_middle(R* work, core_int lines) const {
   for (int i = 1; i + 1 < pass_count; ++i) {
     const pass& p = passes[i];
     if (p.index >= 0) {
-      kernels.middles[p.index](from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get());
+      kernels->middles[p.index](from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get());
     } else {
-      kernels.any_middle(from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get(), p.radix, p.roots.get(),
-                         scratch);
+      kernels->any_middle(from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get(), p.radix,
+                          p.roots.get(), scratch);
     }
     s *= p.radix;
     std::swap(from, to);
@@ -128,57 +130,48 @@ const R* autosort_spec<R>::run_middle(R* work, core_int lines) const {
 }
 
 template <class R>
-void autosort_spec<R>::finish(const R* parts, core_int lines, C* output, core_int inner, core_int outer,
-                              core_int pitch, direction way) const {
-  const pass& p = passes[pass_count - 1];
-  const core_int k_pitch = outer == 1 ? inner : outer * pitch;
-  native_passes<R>()->lasts[way][p.index](parts, parts + pitch_of_parts(lines), output, inner, outer, pitch,
-                                          k_pitch);
-}
-
-template <class R>
 void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction way) const {
   if (length <= kStraightLengths) {
     level_kernels<R>().unscaled[way][length](input, output, R{1});
     return;
   }
-  if (auto* kernel = register_kernel<R>(length, way)) {
-    kernel(input, output, R{1});
+  if (length <= kRegisterLengths && kernels->registers[way][length] != nullptr) {
+    kernels->registers[way][length](input, output, R{1});
     return;
   }
-  const auto& kernels = *native_passes<R>();
   if (whole.method == whole_line::kTwoSteps) {
     C* const buffer = reinterpret_cast<C*>(work);
-    kernels.of_columns[way][whole.rows](input, whole.columns, buffer, step_twiddles.get());
-    kernels.of_rows[way][whole.columns](buffer, whole.rows, output);
+    kernels->of_columns[way][whole.rows](input, whole.columns, buffer, step_twiddles.get());
+    kernels->of_rows[way][whole.columns](buffer, whole.rows, output);
     return;
   }
   if (whole.method == whole_line::kSums) {
     const core_int half = length / 2, pitch = sum_pitch();
-    kernels.by_sums[way](input, output, length, pitch, sum_factors.get(), sum_factors.get() + half * pitch,
-                         work);
+    kernels->by_sums[way](input, output, length, pitch, sum_factors.get(), sum_factors.get() + half * pitch,
+                          work);
     return;
   }
   const pass& first = passes[0];
-  kernels.line[way][first.index](input, work, work + pitch_of_parts(1), first.m, line_twiddles.get());
-  const core_int s = length / passes[pass_count - 1].radix;
-  finish(run_middle(work, 1), 1, output, s, 1, 0, way);
+  kernels->line[way][first.index](input, work, work + pitch_of_parts(1), first.m, line_twiddles.get());
+  const pass& last = passes[pass_count - 1];
+  const R* const parts = run_middle(work, 1);
+  kernels->line_lasts[way][last.index](parts, parts + pitch_of_parts(1), output, length / last.radix);
 }
 
 template <class R>
 void autosort_spec<R>::run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work,
                                    direction way, core_int ahead) const {
-  const auto& kernels = *native_passes<R>();
   if (length <= kStraightLengths) {
-    kernels.short_lines[way][length](input.data, input.pitch, output.data, output.pitch, lines, ahead);
+    kernels->short_lines[way][length](input.data, input.pitch, output.data, output.pitch, lines, ahead);
     return;
   }
   const pass& first = passes[0];
-  kernels.columns[way][first.index](input.data, input.pitch, lines, work, work + pitch_of_parts(lines),
-                                    first.m, first.twiddles.get(), ahead);
-  const core_int outer = length / passes[pass_count - 1].radix;
-  const R* parts = run_middle(work, lines);
-  finish(parts, lines, output.data, lines, outer, output.pitch, way);
+  kernels->columns[way][first.index](input.data, input.pitch, lines, work, work + pitch_of_parts(lines),
+                                     first.m, first.twiddles.get(), ahead);
+  const pass& last = passes[pass_count - 1];
+  const R* const parts = run_middle(work, lines);
+  kernels->column_lasts[way][last.index](parts, parts + pitch_of_parts(lines), lines, length / last.radix,
+                                         output.data, output.pitch);
 }
 
 template <class R>
@@ -186,7 +179,7 @@ bool long_spec<R>::make(core_int row_count, core_int column_count) {
   rows = row_count;
   columns = column_count;
   const core_int n = rows * columns;
-  if (!of_rows.make(rows) || !of_columns.make(columns)) return false;
+  if (!of_rows.make(rows, line_use::kAny) || !of_columns.make(columns, line_use::kAny)) return false;
   bases = make_table<C>(blocks_of_columns() * rows);
   powers = make_table<C>(rows * kBlock);
   if (bases == nullptr || powers == nullptr) return false;
@@ -211,7 +204,7 @@ core_int long_spec<R>::work_reals() const {
 template <class R>
 void long_spec<R>::first_half(const C* input, C* middle, core_int from, core_int to, R* work,
                               direction way) const {
-  const auto& kernels = *native_passes<R>();
+  const auto& kernels = *of_rows.kernels;
   C* lines = reinterpret_cast<C*>(work);
   R* passes_work = work + 2 * rows * kBlock;
   for (core_int b = from; b < to; ++b) {

@@ -16,6 +16,9 @@ struct columns_of {
   core_int pitch;
 };
 
+/// What a plan is for: lines one by one, or any, also side by side, which takes larger tables.
+enum class line_use : int { kOneByOne, kAny };
+
 /// The kernel that holds a whole line of that length in registers; null if there is none.
 template <class R>
 auto* register_kernel(core_int length, direction way) {
@@ -33,6 +36,8 @@ struct autosort_spec {
     table<C> twiddles;  ///< radix - 1 of them for each p
     table<C> roots;     ///< of a pass of any radix
   };
+  const typename precision_types<R>::autosort* kernels;
+  bool in_columns;  ///< run_columns is there
   int length;
   int pass_count;
   int largest_generic;
@@ -43,7 +48,7 @@ struct autosort_spec {
   table<R> sum_factors;    ///< of its sums: rows of cosines, then of sines
 
   /// False if memory is out. A length of up to 16 needs no passes.
-  bool make(core_int n);
+  bool make(core_int n, line_use use);
   /// Reals of work for so many lines side by side.
   core_int work_reals(core_int lines) const;
   /// The most that any length up to this one needs.
@@ -56,13 +61,11 @@ struct autosort_spec {
                    core_int ahead) const;
 
  private:
-  bool make_whole(const complex16* roots);
+  bool make_whole(const half_circle& roots);
   core_int sum_pitch() const { return (length / 2 + kSumPitch - 1) / kSumPitch * kSumPitch; }
   static constexpr core_int kSumPitch = 64 / static_cast<core_int>(sizeof(R));
   const R* run_middle(R* work, core_int lines) const;
   core_int pitch_of_parts(core_int lines) const;
-  void finish(const R* parts, core_int lines, C* output, core_int inner, core_int outer, core_int pitch,
-              direction way) const;
 };
 
 /// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows.

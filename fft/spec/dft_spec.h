@@ -50,8 +50,11 @@ struct dft_spec {
     table<C> own_roots;
   };
 
+  /// The one kernel that transforms the line, scale and all; null if it takes more.
+  typename precision_types<R>::kernels::straight* whole[2];
   int kind;
   line_form form;
+  line_use use;
   int length;
   int scaled[2];  ///< by direction
   double scale;
@@ -73,7 +76,8 @@ struct dft_spec {
 
 /// Creates the plan; 0 or a spec_result.
 template <class R>
-int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form form = line_form::kOrdered);
+int dft_spec_create(dft_spec<R>** spec, core_int length, int flag, line_form form = line_form::kOrdered,
+                    line_use use = line_use::kOneByOne);
 /// Null is ignored.
 template <class R>
 void dft_spec_free(dft_spec<R>* spec);
@@ -95,6 +99,19 @@ size_t column_work_bytes(core_int length, core_int lines);
 template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
                  direction way);
+
+/// count such lines, from one to the next a step of either side; the results are multiplied by scale. ahead:
+/// each is asked for while the one before it is transformed.
+template <class R>
+struct dense_lines {
+  const complex_of<R>* input;
+  complex_of<R>* output;
+  core_int in_step, out_step, count;
+  R scale;
+  bool ahead;
+};
+template <class R>
+int dft_spec_run_lines(const dense_lines<R>& lines, const dft_spec<R>& spec, void* work, direction way);
 
 /// The two arrays of a split line.
 template <class R>

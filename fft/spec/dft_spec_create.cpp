@@ -126,7 +126,8 @@ void polish_gauss_sums(C* spectrum, core_int n) {
   for (core_int k = 1; 2 * k <= count; ++k) {
     const double sign = k % 2 == 0 ? 1 : -1;
     const C a = spectrum[k], b = spectrum[count - k];
-    const double re = a.real + sign * b.real, im = a.imag - sign * b.imag, size = root / std::hypot(re, im);
+    const double re = a.real + sign * b.real, im = a.imag - sign * b.imag;
+    const double size = root / std::sqrt(re * re + im * im);
     spectrum[k] = narrowed<C>({re * size, im * size});
     spectrum[count - k] = narrowed<C>({sign * re * size, -sign * im * size});
   }
@@ -145,9 +146,24 @@ int build_rader(dft_spec<R>& spec) {
   const auto roots = make_root_table(n);
   if (spec.powers == nullptr || spec.factor_spectrum == nullptr || roots == nullptr) return kSpecNoMemory;
   C* const spectrum = spec.factor_spectrum.get();
-  for (core_int k = 0, power = 1; k < count; ++k, power = power * root % n) {
-    spec.powers[static_cast<size_t>(k)] = static_cast<int>(power);
-    spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power)]);
+  // Products stay below 2^53, so that the quotient is the rounded one or next to it. Chains, because each
+  // product waits for the one before it.
+  const double inverse = 1.0 / static_cast<double>(n);
+  const auto product = [=](core_int a, core_int b) {
+    const core_int rest = a * b - static_cast<core_int>(static_cast<double>(a * b) * inverse) * n;
+    return rest + (rest < 0 ? n : rest >= n ? -n : 0);
+  };
+  constexpr core_int kChains = 4;
+  core_int power[kChains + 1] = {1};
+  for (core_int i = 0; i < kChains; ++i) power[i + 1] = product(power[i], root);
+  const core_int leap = power[kChains];
+  for (core_int first = 0; first < count; first += kChains) {
+    for (core_int i = 0; i < std::min(kChains, count - first); ++i) {
+      const core_int k = first + i;
+      spec.powers[static_cast<size_t>(k)] = static_cast<int>(power[i]);
+      spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power[i])]);
+      power[i] = product(power[i], leap);
+    }
   }
   if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
   polish_gauss_sums(spectrum, n);
@@ -157,7 +173,7 @@ int build_rader(dft_spec<R>& spec) {
 template <class R>
 int build_autosort(dft_spec<R>& spec) {
   spec.autosort = make_object<autosort_spec<R>>();
-  if (spec.autosort == nullptr || !spec.autosort->make(spec.length)) return kSpecNoMemory;
+  if (spec.autosort == nullptr || !spec.autosort->make(spec.length, spec.use)) return kSpecNoMemory;
   spec.workspace_bytes += static_cast<int>(spec.autosort->work_reals(1) * core_int{sizeof(R)});
   return 0;
 }
@@ -198,6 +214,22 @@ int build(dft_spec<R>& spec) {
   return kSpecBadLength;
 }
 
+template <class R>
+void pick_whole(dft_spec<R>& spec) {
+  const auto& kernels = level_kernels<R>();
+  const bool straight = spec.plan.method == line_method::kStraight;
+  for (const direction way : {kForward, kBackward}) {
+    auto* const in_registers = register_kernel<R>(spec.length, way);
+    if (straight && spec.scaled[way] != 0) {
+      spec.whole[way] = kernels.scaled[way][spec.length];
+    } else if (straight && in_registers == nullptr) {
+      spec.whole[way] = kernels.unscaled[way][spec.length];
+    } else if (spec.scaled[way] == 0) {
+      spec.whole[way] = in_registers;
+    }
+  }
+}
+
 /// A split line's pairs, aligned.
 template <class R>
 int split_bytes(core_int length) {
@@ -216,7 +248,7 @@ dft_spec<R>::~dft_spec() {
 }
 
 template <class R>
-int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form form) {
+int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form form, line_use use) {
   if (length < 1) return kSpecBadLength;
   if (result == nullptr) return kSpecNull;
   if (flag != kForwardByN && flag != kBackwardByN && flag != kBothByRoot && flag != kUnscaled)
@@ -226,6 +258,7 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form f
   const auto n = static_cast<double>(length);
   spec->kind = dft_spec<R>::kind_of(form);
   spec->form = form;
+  spec->use = use;
   spec->length = static_cast<int>(length);
   spec->scaled[kForward] = flag == kForwardByN || flag == kBothByRoot;
   spec->scaled[kBackward] = flag == kBackwardByN || flag == kBothByRoot;
@@ -238,6 +271,7 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form f
     free_object(spec);
     return status;
   }
+  pick_whole(*spec);
   *result = spec;
   return 0;
 }
@@ -249,8 +283,8 @@ void dft_spec_free(dft_spec<R>* spec) {
 
 template struct dft_spec<float>;
 template struct dft_spec<double>;
-template int dft_spec_create<float>(dft_spec<float>**, core_int, int, line_form);
-template int dft_spec_create<double>(dft_spec<double>**, core_int, int, line_form);
+template int dft_spec_create<float>(dft_spec<float>**, core_int, int, line_form, line_use);
+template int dft_spec_create<double>(dft_spec<double>**, core_int, int, line_form, line_use);
 template void dft_spec_free<float>(dft_spec<float>*);
 template void dft_spec_free<double>(dft_spec<double>*);
 

@@ -218,20 +218,28 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
 template <class R>
 void run_scaled(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, void* work,
                 direction way) {
-  const auto& kernels = level_kernels<R>();
-  const bool scaled = spec.scaled[way] != 0;
   const auto factor = static_cast<R>(spec.scale);
-  auto* in_registers = register_kernel<R>(spec.length, way);
-  if (spec.plan.method == line_method::kStraight && (scaled || in_registers == nullptr)) {
-    (scaled ? kernels.scaled : kernels.unscaled)[way][spec.length](input, output, factor);
-    return;
-  }
-  if (spec.plan.method == line_method::kStraight) {
-    in_registers(input, output, R{1});
+  if (auto* const whole = spec.whole[way]) {
+    whole(input, output, factor);
     return;
   }
   run_line(input, output, spec, static_cast<complex_of<R>*>(work), way);
-  if (scaled) kernels.scale(output, spec.length, factor);
+  if (spec.scaled[way] != 0) level_kernels<R>().scale(output, spec.length, factor);
+}
+
+/// written: to be written to.
+template <class C>
+void ask_for(const C* line, core_int elements, bool written) {
+  constexpr core_int kCacheLine = 64;
+  const auto* at = reinterpret_cast<const char*>(line);
+  const core_int bytes = elements * static_cast<core_int>(sizeof(C));
+  for (core_int i = 0; i < bytes; i += kCacheLine) {
+    if (written) {
+      __builtin_prefetch(at + i, 1);
+    } else {
+      __builtin_prefetch(at + i, 0);
+    }
+  }
 }
 
 /// Calls run with the aligned work, the caller's or the call's own.
@@ -261,6 +269,23 @@ int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_sp
 }
 
 template <class R>
+int dft_spec_run_lines(const dense_lines<R>& lines, const dft_spec<R>& spec, void* work, direction way) {
+  return with_work(spec, work, [&](void* aligned) {
+    const complex_of<R>* input = lines.input;
+    complex_of<R>* output = lines.output;
+    const bool in_place = input == output;
+    for (core_int i = 0; i < lines.count; ++i, input += lines.in_step, output += lines.out_step) {
+      if (lines.ahead && i + 1 < lines.count) {
+        ask_for(input + lines.in_step, spec.length, in_place);
+        if (!in_place) ask_for(output + lines.out_step, spec.length, true);
+      }
+      run_scaled(input, output, spec, aligned, way);
+      if (lines.scale != 1) level_kernels<R>().scale(output, spec.length, lines.scale);
+    }
+  });
+}
+
+template <class R>
 int dft_spec_run_split(split_line<const R> input, split_line<R> output, const dft_spec<R>* spec, void* work,
                        direction way) {
   if (input.real == nullptr || input.imag == nullptr || output.real == nullptr || output.imag == nullptr ||
@@ -280,8 +305,8 @@ int dft_spec_run_split(split_line<const R> input, split_line<R> output, const df
 
 template <class R>
 bool takes_columns(const dft_spec<R>& spec) {
-  return spec.autosort != nullptr ||
-         (spec.plan.method == line_method::kStraight && native_passes<R>() != nullptr);
+  if (spec.autosort != nullptr) return spec.autosort->in_columns;
+  return spec.plan.method == line_method::kStraight && native_passes<R>() != nullptr;
 }
 
 template <class R>
@@ -302,6 +327,7 @@ size_t column_work_bytes(core_int length, core_int lines) {
 }
 
 #define QEL_INSTANTIATE(R)                                                                          \
+  template int dft_spec_run_lines<R>(const dense_lines<R>&, const dft_spec<R>&, void*, direction);  \
   template bool takes_columns<R>(const dft_spec<R>&);                                               \
   template void dft_spec_run_columns<R>(columns_of<const complex_of<R>>, columns_of<complex_of<R>>, \
                                         core_int, const dft_spec<R>&, void*, direction, core_int);  \

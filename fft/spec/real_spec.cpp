@@ -116,6 +116,26 @@ void transform(const real_spec<R>& spec, const R* input, R* output, void* work, 
   }
 }
 
+/// -i exp(-2 pi i k / n) / 2 for a quarter of the circle.
+template <class R>
+bool make_end_roots(real_spec<R>& spec) {
+  using C = complex_of<R>;
+  const core_int n = spec.length;
+  // The second half of the quarter mirrors the first, bit by bit, and needs no sines and cosines.
+  const core_int computed = n % 4 == 0 ? n / 8 : n / 4;
+  const auto roots = make_table<complex16>(computed + 1);
+  spec.end_roots = make_table<C>(n / 4 + 1);
+  if (roots == nullptr || spec.end_roots == nullptr) return false;
+  fill_roots(roots.get(), computed + 1, n);
+  C* const ends = spec.end_roots.get();
+  for (core_int k = 0; k <= computed; ++k) {
+    const complex16 w = roots[static_cast<size_t>(k)];
+    ends[k] = narrowed<C>({w.imag / 2, -w.real / 2});
+  }
+  for (core_int k = computed + 1; k <= n / 4; ++k) ends[k] = {ends[n / 4 - k].imag, ends[n / 4 - k].real};
+  return true;
+}
+
 template <class R>
 int build(real_spec<R>& spec) {
   const core_int n = spec.length;
@@ -132,19 +152,7 @@ int build(real_spec<R>& spec) {
       spec.workspace_bytes = 8 * spec.length + 32;
       return 0;
     case real_method::kHalf:
-      spec.end_roots = make_table<complex_of<R>>(n / 4 + 1);
-      if (spec.end_roots == nullptr) return kSpecNoMemory;
-      // The second half of the quarter mirrors the first, bit by bit, and needs no sines and cosines.
-      for (core_int k = 0, computed = n % 4 == 0 ? n / 8 : n / 4; k <= n / 4; ++k) {
-        auto& root = spec.end_roots[static_cast<size_t>(k)];
-        if (k > computed) {
-          const auto mirrored = spec.end_roots[static_cast<size_t>(n / 4 - k)];
-          root = {mirrored.imag, mirrored.real};
-          continue;
-        }
-        const complex16 w = unit_root(k, n);
-        root = narrowed<complex_of<R>>({w.imag / 2, -w.real / 2});
-      }
+      if (!make_end_roots(spec)) return kSpecNoMemory;
       break;
     case real_method::kWhole:
       spec.workspace_bytes = static_cast<int>((n + 3) / 4 * 4 * core_int{sizeof(complex_of<R>)});

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "fft/spec/tables.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
+
+#include "fft/spec/level_kernels.h"
 
 namespace qel::fft {
 
@@ -23,21 +26,53 @@ complex16 unit_root(core_int k, core_int n) {
   return {std::cos(angle), -std::sin(angle)};
 }
 
-table<complex16> make_root_table(core_int n) {
-  auto roots = make_table<complex16>(n);
-  if (roots == nullptr) return roots;
-  complex16* w = roots.get();
+void fill_roots(complex16* roots, core_int count, core_int n) {
+  const auto* const native = native_passes<double>();
+  if (native == nullptr) {
+    for (core_int k = 0; k < count; ++k) roots[k] = unit_root(k, n);
+    return;
+  }
+  // Each third counts from its own axis: at angle 0, pi / 2, pi.
+  const core_int first = std::min(count, n / 8 + 1), second = std::min(count, 3 * n / 8 + 1);
+  native->roots_of_unity(roots, first, 0, 1, n);
+  native->roots_of_unity(roots + first, second - first, n - 4 * first, -4, 4 * n);
+  for (core_int k = first; k < second; ++k) roots[k] = {-roots[k].imag, -roots[k].real};
+  native->roots_of_unity(roots + second, count - second, 2 * second - n, 2, 2 * n);
+  for (core_int k = second; k < count; ++k) roots[k] = {-roots[k].real, -roots[k].imag};
+}
+
+namespace {
+
+/// Roots 0 .. n / 2, the functions called for as few of them as symmetries leave.
+void fill_half_circle(complex16* w, core_int n) {
   const bool quarters = n % 4 == 0, halves = n % 2 == 0;
   const core_int computed = quarters ? n / 8 : halves ? n / 4 : n / 2;
-  for (core_int k = 0; k <= computed; ++k) w[k] = unit_root(k, n);
+  fill_roots(w, computed + 1, n);
   if (quarters) {
     for (core_int k = computed + 1; k <= n / 4; ++k) w[k] = {-w[n / 4 - k].imag, -w[n / 4 - k].real};
   }
   if (halves) {
     for (core_int k = n / 4 + 1; k <= n / 2; ++k) w[k] = {-w[n / 2 - k].real, w[n / 2 - k].imag};
   }
+}
+
+}  // namespace
+
+table<complex16> make_root_table(core_int n) {
+  auto roots = make_table<complex16>(n);
+  if (roots == nullptr) return roots;
+  complex16* w = roots.get();
+  fill_half_circle(w, n);
   for (core_int k = n / 2 + 1; k < n; ++k) w[k] = {w[n - k].real, -w[n - k].imag};
   return roots;
+}
+
+bool half_circle::make(core_int n) {
+  n_ = n;
+  roots_ = make_table<complex16>(n / 2 + 1);
+  if (roots_ == nullptr) return false;
+  fill_half_circle(roots_.get(), n);
+  return true;
 }
 
 bool quarter_wave::make(core_int n) {

@@ -24,8 +24,28 @@ table<T> make_table(core_int count) {
 /// exp(-2 pi i k / n), its angle reduced to an eighth of the circle before the functions see it.
 complex16 unit_root(core_int k, core_int n);
 
+/// Those of 0 <= k < count <= n / 2 + 1; native levels have sines and cosines of their own.
+void fill_roots(complex16* roots, core_int count, core_int n);
+
 /// All of them for k < n, the functions called for an eighth of the circle only; null if memory is out.
 table<complex16> make_root_table(core_int n);
+
+/// The same by way of half of the circle, the other half being its conjugate.
+class half_circle {
+ public:
+  /// False if memory is out.
+  bool make(core_int n);
+  /// 0 <= k < n
+  complex16 operator[](core_int k) const {
+    if (2 * k <= n_) return roots_[static_cast<size_t>(k)];
+    const complex16 z = roots_[static_cast<size_t>(n_ - k)];
+    return {z.real, -z.imag};
+  }
+
+ private:
+  core_int n_ = 0;
+  table<complex16> roots_;
+};
 
 /// The same for a power of two n: from a quarter wave of sines, n / 4 + 1 of them.
 class quarter_wave {

@@ -2,8 +2,10 @@
 // Lines of all methods beside a long double transform, in place and out, both directions and precisions.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
+#include <numbers>
 
 #include "fft/spec/dft_spec.h"
 #include "tests/fft/reference.h"
@@ -72,6 +74,24 @@ TYPED_TEST(Line, PowersOfTwo) {
 TYPED_TEST(Line, ScaledForms) {
   for (const std::size_t n : {1, 7, 16, 32, 60, 64, 127, 151, 167, 1024}) {
     for (const int flag : {kForwardByN, kBackwardByN, kBothByRoot}) this->check(n, flag);
+  }
+}
+
+TEST(RootTable, ErrsInTheLastPlaceOnly) {
+  // Native tables are rounded once; the others round their angles as well.
+  const long double bound =
+      (native_passes<double>() != nullptr ? 0.4L : 1.0L) * std::numeric_limits<double>::epsilon();
+  for (const core_int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 31, 64, 100, 1021, 4096, 65537, 1 << 20}) {
+    const auto roots = make_root_table(n);
+    ASSERT_NE(roots, nullptr);
+    long double worst = 0;
+    for (core_int k = 0; k < n; ++k) {
+      const long double angle =
+          2 * std::numbers::pi_v<long double> * static_cast<long double>(k) / static_cast<long double>(n);
+      const complex16 root = roots[static_cast<size_t>(k)];
+      worst = std::max({worst, std::abs(root.real - std::cos(angle)), std::abs(root.imag + std::sin(angle))});
+    }
+    EXPECT_LT(worst, bound) << n;
   }
 }
 

@@ -126,8 +126,8 @@ TEST(NativePlan, MethodsByLength) {
     core_int rows, padded;
   } cases[] = {{64, kAutosort, 0, 0},     {37, kAutosort, 0, 0},        {149, kAutosort, 0, 0},
                {151, kRader, 0, 0},       {1009, kRader, 0, 0},         {65537, kRader, 0, 0},
-               {167, kBluestein, 0, 384}, {1019, kBluestein, 0, 2048},  {22201, kLong, 149, 0},
-               {8192, kAutosort, 0, 0},   {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
+               {167, kBluestein, 0, 384}, {1019, kBluestein, 0, 2048},  {152576, kLong, 256, 0},
+               {65536, kAutosort, 0, 0},  {1 << 20, kLong, 1 << 10, 0}, {1000000, kLong, 1000, 0},
                {302, kBluestein, 0, 640}};
   for (const auto& c : cases) {
     const native_plan plan = plan_native_line(c.length);
@@ -156,13 +156,21 @@ TEST(NativePlan, WholeLines) {
   } cases[] = {{18, {kTwoSteps, 3, 6}},    {128, {kTwoSteps, 8, 16}},  {144, {kTwoSteps, 12, 12}},
                {256, {kTwoSteps, 16, 16}}, {121, {kTwoSteps, 11, 11}}, {34, {kPasses, 0, 0}},
                {250, {kPasses, 0, 0}},     {512, {kPasses, 0, 0}},     {17, {kSums, 0, 0}},
-               {149, {kSums, 0, 0}},       {151, {kPasses, 0, 0}}};
+               {149, {kSums, 0, 0}},       {51, {kSums, 0, 0}},        {147, {kPasses, 0, 0}},
+               {151, {kPasses, 0, 0}}};
   for (const auto& c : cases) {
     const whole_line_plan plan = plan_whole_line(c.length);
     EXPECT_EQ(plan.method, c.plan.method) << c.length;
     EXPECT_EQ(plan.rows, c.plan.rows) << c.length;
     EXPECT_EQ(plan.columns, c.plan.columns) << c.length;
   }
+}
+
+TEST(NativePlan, ThreadsSplitLinesThatOneThreadDoesNot) {
+  const native_plan split = split_native_line(1 << 16);
+  EXPECT_EQ(split.method, native_method::kLong);
+  EXPECT_EQ(split.rows * split.columns, 1 << 16);
+  EXPECT_EQ(split_native_line(2 * 131).method, native_method::kAutosort) << "two rows are none";
 }
 
 TEST(RealPlan, MethodsByLength) {
@@ -178,10 +186,20 @@ TEST(RealPlan, MethodsByLength) {
 }
 
 TEST(DriverRules, LargeBatchesAreAskedForAhead) {
-  EXPECT_TRUE(asks_ahead(1000, 4096));
-  EXPECT_FALSE(asks_ahead(100, 4096)) << "fits the second cache";
+  EXPECT_TRUE(asks_ahead(10000, 4096));
+  EXPECT_FALSE(asks_ahead(1000, 4096)) << "fits a cache";
   EXPECT_FALSE(asks_ahead(100000, 256)) << "short enough to be foreseen";
   EXPECT_FALSE(asks_ahead(1000, 1 << 15)) << "a line would push itself out";
+}
+
+TEST(DriverRules, BlocksOfManyColumnsBeginWithACacheLine) {
+  const struct {
+    uintptr_t address;
+    core_int bytes, count, first;
+  } cases[] = {{4096, 16, 1024, 8},     {4096 + 16, 16, 1024, 3}, {4096 + 40, 8, 1024, 3},
+               {4096 + 8, 16, 1024, 8}, {4096 + 16, 16, 100, 8},  {4096 + 16, 16, 5, 5}};
+  for (const auto& c : cases)
+    EXPECT_EQ(first_block(c.address, c.bytes, c.count), c.first) << c.address << ' ' << c.count;
 }
 
 TEST(BoxRules, NeighbouringAxesAreOne) {

@@ -20,8 +20,15 @@ template <class V, int radix>
 #pragma GCC unroll 16
     for (int k = 0; k < radix; ++k) V::store(re + k, im + k, x[k]);
   } else if constexpr (radix % 4 == 0 && V::kCount >= 4) {
+    constexpr int kEights = V::kCount == 16 ? radix / 8 * 8 : 0;
+    if constexpr (kEights > 0) {
+      const typename V::lane a[8] = {x[0].re, x[1].re, x[2].re, x[3].re, x[4].re, x[5].re, x[6].re, x[7].re};
+      const typename V::lane b[8] = {x[0].im, x[1].im, x[2].im, x[3].im, x[4].im, x[5].im, x[6].im, x[7].im};
+      part::store_eight_columns(re, radix, a);
+      part::store_eight_columns(im, radix, b);
+    }
 #pragma GCC unroll 4
-    for (int k = 0; k < radix; k += 4) {
+    for (int k = kEights; k < radix; k += 4) {
       const typename V::lane a[4] = {x[k].re, x[k + 1].re, x[k + 2].re, x[k + 3].re};
       const typename V::lane b[4] = {x[k].im, x[k + 1].im, x[k + 2].im, x[k + 3].im};
       part::store_columns(re + k, radix, a);
@@ -84,13 +91,14 @@ void first_of_columns(const complex_type<R>* input, core_int pitch, core_int s, 
                       const complex_type<R>* twiddles, core_int ahead) {
   for (core_int p = 0; p < m; ++p) {
     by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+      const complex_type<R>* const from = input + p * pitch + q;
+      if (ahead != 0) {
+#pragma GCC unroll 1
+        for (int j = 0; j < radix; ++j) ask_for<V::kCount>(from + j * m * pitch + ahead);
+      }
       reg_of<V> x[radix];
 #pragma GCC unroll 16
-      for (int j = 0; j < radix; ++j) {
-        const complex_type<R>* at = input + (p + j * m) * pitch + q;
-        x[j] = V::template load_pairs<kBackward>(at);
-        if (ahead != 0) ask_for<V::kCount>(at + ahead);
-      }
+      for (int j = 0; j < radix; ++j) x[j] = V::template load_mixed<kBackward>(from + j * m * pitch);
       dft<V, false, radix>::run(x);
       turn_all<V, radix>(x, p, twiddles);
 #pragma GCC unroll 16
@@ -140,9 +148,6 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
         const core_int at = q + s * (n * p + k);
         V::store(to_re + at, to_im + at, value);
       };
-      const auto kept = [&](int j) {
-        return V::load(work + 2 * j * V::kCount, work + (2 * j + 1) * V::kCount);
-      };
       const reg_of<V> first = of(0);
       reg_of<V> zeroth = first;
       for (int j = 1; j <= half; ++j) {
@@ -154,9 +159,10 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
       put(0, zeroth);
       for (int k = 1; k <= half; ++k) {
         reg_of<V> even = first, odd{};
-        for (int j = 1, at = k; j <= half; ++j) {
-          even = V::mul_add(kept(2 * j), roots[at].real, even);
-          odd = V::mul_add(kept(2 * j + 1), -roots[at].imag, odd);
+        const R* term = work + 4 * V::kCount;
+        for (int j = 1, at = k; j <= half; ++j, term += 4 * V::kCount) {
+          even = V::mul_add(V::load(term, term + V::kCount), roots[at].real, even);
+          odd = V::mul_add(V::load(term + 2 * V::kCount, term + 3 * V::kCount), -roots[at].imag, odd);
           at += k;
           if (at >= n) at -= n;
         }
@@ -168,23 +174,35 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
   }
 }
 
-/// m = 1. Elements q = inner index + inner count * outer index, of k at out + outer index * pitch + k *
-/// k_pitch.
+/// The last pass of a line: m = 1.
 template <class R, bool kBackward, int radix>
-void last_pass(const R* re, const R* im, complex_type<R>* out, core_int inner, core_int outer, core_int pitch,
-               core_int k_pitch) {
-  const core_int s = inner * outer;
-  for (core_int o = 0; o < outer; ++o) {
-    by_registers<R>(inner, [&]<class V>(core_int i) QEL_BODY {
-      const core_int q = o * inner + i;
+void last_of_line(const R* re, const R* im, complex_type<R>* out, core_int s) {
+  by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+    reg_of<V> x[radix];
+#pragma GCC unroll 16
+    for (int j = 0; j < radix; ++j) x[j] = V::load(re + q + j * s, im + q + j * s);
+    dft<V, false, radix>::run(x);
+#pragma GCC unroll 16
+    for (int k = 0; k < radix; ++k) V::template store_pairs<kBackward>(out + q + k * s, x[k]);
+  });
+}
+
+/// The last pass of s lines side by side, of count * radix elements: element k count + i of all of them at
+/// out
+/// + (k count + i) pitch.
+template <class R, bool kBackward, int radix>
+void last_of_columns(const R* re, const R* im, core_int s, core_int count, complex_type<R>* out,
+                     core_int pitch) {
+  for (core_int i = 0; i < count; ++i) {
+    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+      const core_int from = i * s + q;
       reg_of<V> x[radix];
 #pragma GCC unroll 16
-      for (int j = 0; j < radix; ++j) x[j] = V::load(re + q + j * s, im + q + j * s);
+      for (int j = 0; j < radix; ++j) x[j] = V::load(re + from + j * count * s, im + from + j * count * s);
       dft<V, false, radix>::run(x);
+      complex_type<R>* const to = out + i * pitch + q;
 #pragma GCC unroll 16
-      for (int k = 0; k < radix; ++k) {
-        V::template store_pairs<kBackward>(out + o * pitch + k * k_pitch + i, x[k]);
-      }
+      for (int k = 0; k < radix; ++k) V::template store_mixed<kBackward>(to + k * count * pitch, x[k]);
     });
   }
 }
@@ -235,12 +253,13 @@ template <class R, bool kBackward, int n>
 void short_columns(const complex_type<R>* input, core_int pitch, complex_type<R>* output, core_int out_pitch,
                    core_int s, core_int ahead) {
   const auto run = [&]<class V>(core_int q) QEL_BODY {
+    if (ahead != 0) {
+#pragma GCC unroll 1
+      for (int j = 0; j < n; ++j) ask_for<V::kCount>(input + j * pitch + q + ahead);
+    }
     reg_of<V> x[n];
 #pragma GCC unroll 16
-    for (int j = 0; j < n; ++j) {
-      x[j] = V::load(input + j * pitch + q);
-      if (ahead != 0) ask_for<V::kCount>(input + j * pitch + q + ahead);
-    }
+    for (int j = 0; j < n; ++j) x[j] = V::load(input + j * pitch + q);
     dft<V, kBackward, n>::run(x);
 #pragma GCC unroll 16
     for (int k = 0; k < n; ++k) V::store(output + k * out_pitch + q, x[k]);

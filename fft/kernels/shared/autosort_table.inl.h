@@ -5,6 +5,7 @@
 #include "fft/kernels/shared/autosort.inl.h"
 #include "fft/kernels/shared/filter.inl.h"
 #include "fft/kernels/shared/register_lines.inl.h"
+#include "fft/kernels/shared/roots.inl.h"
 #include "fft/kernels/shared/whole_lines.inl.h"
 
 namespace qel::QEL_LEVEL {
@@ -44,14 +45,15 @@ constexpr autosort_kernels<C, R> all_autosort() {
           {QEL_RADICES(first_of_columns, R, false), QEL_RADICES(first_of_columns, R, true)},
           QEL_RADICES(middle_pass, R),
           middle_of_any<R>,
-          {QEL_RADICES(last_pass, R, false), QEL_RADICES(last_pass, R, true)},
+          {QEL_RADICES(last_of_line, R, false), QEL_RADICES(last_of_line, R, true)},
+          {QEL_RADICES(last_of_columns, R, false), QEL_RADICES(last_of_columns, R, true)},
           {QEL_LENGTHS(short_columns, false), QEL_LENGTHS(short_columns, true)},
           {},
           {turn_and_deal<R, false>, turn_and_deal<R, true>},
           {QEL_LENGTHS(line_columns, false), QEL_LENGTHS(line_columns, true)},
           {QEL_LENGTHS(line_rows, false), QEL_LENGTHS(line_rows, true)},
           {line_by_sums<R, false>, line_by_sums<R, true>},
-          real_filter<R>};
+          real_filter<R>, roots_of_unity};
   add_registers<C, R, false>(kernels);
   add_registers<C, R, true>(kernels);
   return kernels;

@@ -8,6 +8,13 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
+/// Two instructions that read the same memory are two loads, which mostly cross cache lines.
+template <class V>
+[[gnu::always_inline]] inline V loaded_once(V v) {
+  __asm__("" : "+v"(v));
+  return v;
+}
+
 template <class R, int kCount>
 struct parts;
 
@@ -100,10 +107,22 @@ struct parts<double, 4> {
   /// c - a b
   QEL_LANES reg minus(reg a, reg b, reg c) { return _mm256_fnmadd_pd(a, b, c); }
   QEL_LANES void load_pairs(const complex16* p, reg& re, reg& im) {
-    const reg a = load(reinterpret_cast<const double*>(p)), b = load(reinterpret_cast<const double*>(p + 2));
+    const reg a = loaded_once(load(reinterpret_cast<const double*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const double*>(p + 2)));
     const reg low = _mm256_permute2f128_pd(a, b, 0x20), high = _mm256_permute2f128_pd(a, b, 0x31);
     re = _mm256_unpacklo_pd(low, high);
     im = _mm256_unpackhi_pd(low, high);
+  }
+  /// The same, but in an order of lanes of its own; store_mixed puts them back.
+  QEL_LANES void load_mixed(const complex16* p, reg& re, reg& im) {
+    const reg a = loaded_once(load(reinterpret_cast<const double*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const double*>(p + 2)));
+    re = _mm256_unpacklo_pd(a, b);
+    im = _mm256_unpackhi_pd(a, b);
+  }
+  QEL_LANES void store_mixed(complex16* p, reg re, reg im) {
+    store(reinterpret_cast<double*>(p), _mm256_unpacklo_pd(re, im));
+    store(reinterpret_cast<double*>(p + 2), _mm256_unpackhi_pd(re, im));
   }
   QEL_LANES void store_pairs(complex16* p, reg re, reg im) {
     const reg low = _mm256_unpacklo_pd(re, im), high = _mm256_unpackhi_pd(re, im);
@@ -130,10 +149,21 @@ struct parts<float, 8> {
   QEL_LANES reg plus(reg a, reg b, reg c) { return _mm256_fmadd_ps(a, b, c); }
   QEL_LANES reg minus(reg a, reg b, reg c) { return _mm256_fnmadd_ps(a, b, c); }
   QEL_LANES void load_pairs(const complex8* p, reg& re, reg& im) {
-    const reg a = load(reinterpret_cast<const float*>(p)), b = load(reinterpret_cast<const float*>(p + 4));
+    const reg a = loaded_once(load(reinterpret_cast<const float*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const float*>(p + 4)));
     const reg low = _mm256_permute2f128_ps(a, b, 0x20), high = _mm256_permute2f128_ps(a, b, 0x31);
     re = _mm256_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0));
     im = _mm256_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1));
+  }
+  QEL_LANES void load_mixed(const complex8* p, reg& re, reg& im) {
+    const reg a = loaded_once(load(reinterpret_cast<const float*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const float*>(p + 4)));
+    re = _mm256_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0));
+    im = _mm256_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1));
+  }
+  QEL_LANES void store_mixed(complex8* p, reg re, reg im) {
+    store(reinterpret_cast<float*>(p), _mm256_unpacklo_ps(re, im));
+    store(reinterpret_cast<float*>(p + 4), _mm256_unpackhi_ps(re, im));
   }
   QEL_LANES void store_pairs(complex8* p, reg re, reg im) {
     const reg low = _mm256_unpacklo_ps(re, im), high = _mm256_unpackhi_ps(re, im);
@@ -164,9 +194,20 @@ struct parts<double, 8> {
   QEL_LANES reg plus(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
   QEL_LANES reg minus(reg a, reg b, reg c) { return _mm512_fnmadd_pd(a, b, c); }
   QEL_LANES void load_pairs(const complex16* p, reg& re, reg& im) {
-    const reg a = load(reinterpret_cast<const double*>(p)), b = load(reinterpret_cast<const double*>(p + 4));
+    const reg a = loaded_once(load(reinterpret_cast<const double*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const double*>(p + 4)));
     re = _mm512_permutex2var_pd(a, _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14), b);
     im = _mm512_permutex2var_pd(a, _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15), b);
+  }
+  QEL_LANES void load_mixed(const complex16* p, reg& re, reg& im) {
+    const reg a = loaded_once(load(reinterpret_cast<const double*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const double*>(p + 4)));
+    re = _mm512_unpacklo_pd(a, b);
+    im = _mm512_unpackhi_pd(a, b);
+  }
+  QEL_LANES void store_mixed(complex16* p, reg re, reg im) {
+    store(reinterpret_cast<double*>(p), _mm512_unpacklo_pd(re, im));
+    store(reinterpret_cast<double*>(p + 4), _mm512_unpackhi_pd(re, im));
   }
   QEL_LANES void store_pairs(complex16* p, reg re, reg im) {
     store(reinterpret_cast<double*>(p),
@@ -198,10 +239,21 @@ struct parts<float, 16> {
   QEL_LANES reg plus(reg a, reg b, reg c) { return _mm512_fmadd_ps(a, b, c); }
   QEL_LANES reg minus(reg a, reg b, reg c) { return _mm512_fnmadd_ps(a, b, c); }
   QEL_LANES void load_pairs(const complex8* p, reg& re, reg& im) {
-    const reg a = load(reinterpret_cast<const float*>(p)), b = load(reinterpret_cast<const float*>(p + 8));
+    const reg a = loaded_once(load(reinterpret_cast<const float*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const float*>(p + 8)));
     const __m512i even = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
     re = _mm512_permutex2var_ps(a, even, b);
     im = _mm512_permutex2var_ps(a, _mm512_add_epi32(even, _mm512_set1_epi32(1)), b);
+  }
+  QEL_LANES void load_mixed(const complex8* p, reg& re, reg& im) {
+    const reg a = loaded_once(load(reinterpret_cast<const float*>(p)));
+    const reg b = loaded_once(load(reinterpret_cast<const float*>(p + 8)));
+    re = _mm512_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0));
+    im = _mm512_shuffle_ps(a, b, _MM_SHUFFLE(3, 1, 3, 1));
+  }
+  QEL_LANES void store_mixed(complex8* p, reg re, reg im) {
+    store(reinterpret_cast<float*>(p), _mm512_unpacklo_ps(re, im));
+    store(reinterpret_cast<float*>(p + 8), _mm512_unpackhi_ps(re, im));
   }
   QEL_LANES void store_pairs(complex8* p, reg re, reg im) {
     const __m512i low = _mm512_setr_epi32(0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
@@ -221,6 +273,31 @@ struct parts<float, 16> {
       _mm_storeu_ps(to + (i + 4) * step, _mm512_extractf32x4_ps(y[i], 1));
       _mm_storeu_ps(to + (i + 8) * step, _mm512_extractf32x4_ps(y[i], 2));
       _mm_storeu_ps(to + (i + 12) * step, _mm512_extractf32x4_ps(y[i], 3));
+    }
+  }
+  /// The same of eight registers.
+  QEL_LANES void store_eight_columns(float* to, core_int step, const reg* x) {
+    const __m512i low = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
+    const __m512i high = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
+    __m512d part[8];  // four columns of a row in each 128 bits
+#pragma GCC unroll 2
+    for (int i = 0; i < 2; ++i) {
+      const reg* const y = x + 4 * i;
+      const reg a = _mm512_unpacklo_ps(y[0], y[1]), b = _mm512_unpackhi_ps(y[0], y[1]);
+      const reg c = _mm512_unpacklo_ps(y[2], y[3]), d = _mm512_unpackhi_ps(y[2], y[3]);
+      part[4 * i] = _mm512_castps_pd(_mm512_shuffle_ps(a, c, _MM_SHUFFLE(1, 0, 1, 0)));
+      part[4 * i + 1] = _mm512_castps_pd(_mm512_shuffle_ps(a, c, _MM_SHUFFLE(3, 2, 3, 2)));
+      part[4 * i + 2] = _mm512_castps_pd(_mm512_shuffle_ps(b, d, _MM_SHUFFLE(1, 0, 1, 0)));
+      part[4 * i + 3] = _mm512_castps_pd(_mm512_shuffle_ps(b, d, _MM_SHUFFLE(3, 2, 3, 2)));
+    }
+#pragma GCC unroll 4
+    for (int i = 0; i < 4; ++i) {
+      const __m512d p = _mm512_permutex2var_pd(part[i], low, part[i + 4]);
+      const __m512d q = _mm512_permutex2var_pd(part[i], high, part[i + 4]);
+      _mm256_storeu_ps(to + i * step, _mm256_castpd_ps(_mm512_castpd512_pd256(p)));
+      _mm256_storeu_ps(to + (i + 4) * step, _mm256_castpd_ps(_mm512_extractf64x4_pd(p, 1)));
+      _mm256_storeu_ps(to + (i + 8) * step, _mm256_castpd_ps(_mm512_castpd512_pd256(q)));
+      _mm256_storeu_ps(to + (i + 12) * step, _mm256_castpd_ps(_mm512_extractf64x4_pd(q, 1)));
     }
   }
 };
@@ -269,6 +346,27 @@ struct px {
   template <bool kSwap>
   QEL_LANES void store_pairs(complex_type<R>* p, reg a) {
     part::store_pairs(p, kSwap ? a.im : a.re, kSwap ? a.re : a.im);
+  }
+  // In registers of more than 128 bits pairs are parted cheapest in an order of lanes of its own, which lines
+  // side by side may have from their first pass to their last.
+  static constexpr bool kMixes = sizeof(lane) > 16;
+  template <bool kSwap>
+  QEL_LANES reg load_mixed(const complex_type<R>* p) {
+    if constexpr (kMixes) {
+      reg a;
+      part::load_mixed(p, a.re, a.im);
+      return kSwap ? swapped(a) : a;
+    } else {
+      return load_pairs<kSwap>(p);
+    }
+  }
+  template <bool kSwap>
+  QEL_LANES void store_mixed(complex_type<R>* p, reg a) {
+    if constexpr (kMixes) {
+      part::store_mixed(p, kSwap ? a.im : a.re, kSwap ? a.re : a.im);
+    } else {
+      store_pairs<kSwap>(p, a);
+    }
   }
   QEL_LANES reg all(complex_type<R> z) { return {part::all(z.real), part::all(z.imag)}; }
 #undef QEL_LANES

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Whole lines of up to some hundred elements: r m of them in two steps through a buffer, a prime number of
+// Whole lines of up to some hundred elements: r m of them in two steps through a buffer, an odd number of
 // them by sums.
 #pragma once
 
@@ -117,14 +117,13 @@ void line_by_sums(const complex_type<R>* input, complex_type<R>* output, core_in
       a[4 * i] = part::all(first.real), a[4 * i + 1] = part::all(first.imag);
       a[4 * i + 2] = a[4 * i + 3] = part::all(R{0});
     }
-    for (core_int j = 0; j < h; ++j) {
-      const R* const t = terms + 4 * j;
+    const R *t = terms, *cosine = cosines + k, *sine = sines + k;
+    for (core_int j = 0; j < h; ++j, t += 4, cosine += pitch, sine += pitch) {
       const lane sum_re = part::all(t[0]), sum_im = part::all(t[1]), dif_re = part::all(t[2]),
                  dif_im = part::all(t[3]);
 #pragma GCC unroll 4
       for (int i = 0; i < kWidth; ++i) {
-        const core_int at = j * pitch + k + i * V::kCount;
-        const lane c = part::load(cosines + at), s = part::load(sines + at);
+        const lane c = part::load(cosine + i * V::kCount), s = part::load(sine + i * V::kCount);
         a[4 * i] = part::plus(sum_re, c, a[4 * i]);
         a[4 * i + 1] = part::plus(sum_im, c, a[4 * i + 1]);
         a[4 * i + 2] = part::plus(dif_re, s, a[4 * i + 2]);
