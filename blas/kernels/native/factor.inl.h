@@ -9,9 +9,6 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
-inline float root_of(float v) { return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(v))); }
-inline double root_of(double v) { return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(v))); }
-
 inline core_int place_of_largest(core_int n, const float* x) {
   const core_int one = 1;
   return l5_avx2::isamax(&n, x, &one);
@@ -250,60 +247,6 @@ core_int lu_panel(core_int m, core_int n, T* a, core_int lda, core_int* pivots) 
   const core_int first_zero = factor_columns(m, rows, n, copy, rows, pivots);
   for (core_int j = 0; j < n; ++j) move_column(m, copy + j * rows, a + j * lda, false);
   return first_zero;
-}
-
-/// The columns of L in a square of kFactorColumns; what stands above its diagonal means nothing.
-template <class T>
-core_int factor_lower(core_int n, core_int end, T* l) {
-  using P = pivots_of<T>;
-  using R = typename P::R;
-  constexpr core_int kLanes = tile_shape<T>::kLanes;
-  for (core_int j = 0; j < n; ++j) {
-    T* const column = l + j * kFactorColumns;
-    const R pivot = P::real(column[j]);
-    column[j] = P::from(pivot);
-    if (!(pivot > 0)) return j + 1;  // nor is a NaN
-    // Root and reciprocal side by side; the reciprocal of a very small pivot would overflow.
-    const R root = root_of(pivot), reciprocal = pivot > R(1e-30) ? 1 / pivot * root : 1 / root;
-    const core_int top = j / kLanes * kLanes;
-    scale_rows(top, end, P::from(reciprocal), column);
-    column[j] = P::from(root);
-    for (core_int c = j + 1; c < n; c += 4) {
-      const core_int columns = n - c < 4 ? n - c : 4;
-      add_multiples(c / kLanes * kLanes, end, column, columns, l + c * kFactorColumns,
-                    core_int{kFactorColumns},
-                    [&](core_int k) { return negative(P::conjugate(column[c + k])); });
-    }
-  }
-  return 0;
-}
-
-template <class T>
-core_int cholesky(bool upper, core_int n, T* a, core_int lda) {
-  using P = pivots_of<T>;
-  constexpr core_int kLanes = tile_shape<T>::kLanes;
-  const core_int end = (n + kLanes - 1) / kLanes * kLanes;
-  alignas(64) T l[kFactorColumns * kFactorColumns + kLanes];
-  for (core_int j = 0; j < n; ++j) {
-    T* const column = l + j * kFactorColumns;
-    for (core_int i = j / kLanes * kLanes; i < j; ++i) column[i] = T{};
-    if (upper) {
-      for (core_int i = j; i < n; ++i) column[i] = P::conjugate(element_at(a + j + i * lda));
-      for (core_int i = n; i < end; ++i) column[i] = T{};
-    } else {
-      move_column(n - j, a + j * (lda + 1), column + j, true);
-    }
-  }
-  const core_int minor = factor_lower(n, end, l);
-  for (core_int j = 0; j < n; ++j) {
-    const T* const column = l + j * kFactorColumns;
-    if (upper) {
-      for (core_int i = j; i < n; ++i) set_element(a + j + i * lda, P::conjugate(column[i]));
-    } else {
-      move_column(n - j, column + j, a + j * (lda + 1), false);
-    }
-  }
-  return minor;
 }
 
 }  // namespace

@@ -10,13 +10,21 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
-/// A's next vectors of rows: packed, or in place with a last vector that may be a part.
+/// A's next vectors of rows: packed, as far apart as told, or in place with a last vector that may be a part.
 template <class R, int kVectors>
 struct packed_rows {
   using V = vec<R>;
   const R* at;
   typename V::reg get(int v) const { return V::load(at + v * V::kLanes); }
   void advance() { at += kVectors * V::kLanes; }
+};
+template <class R, int kVectors>
+struct rows_apart {
+  using V = vec<R>;
+  const R* at;
+  core_int step;
+  typename V::reg get(int v) const { return V::load(at + v * V::kLanes); }
+  void advance() { at += step; }
 };
 template <class R, int kVectors, bool kPart>
 struct direct_rows {
