@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -129,6 +130,49 @@ TYPED_TEST(factored, triangles) {
       EXPECT_EQ(invert_triangle(upper, false, n, square.data(), square.lda), n / 2 + 1);
       EXPECT_TRUE(
           std::equal(f.cells.begin(), f.cells.end(), square.cells.begin(), [](T u, T v) { return u == v; }));
+    }
+  }
+}
+
+// Triangles with few columns at their right. What stands in the other triangle, and on a diagonal of ones, is
+// not read; pivots without a reciprocal are divided by.
+TYPED_TEST(factored, triangles_with_few_columns) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  const R nan = std::numeric_limits<R>::quiet_NaN(),
+          small =
+              std::sqrt(std::sqrt(std::numeric_limits<R>::min())) * std::sqrt(std::numeric_limits<R>::min());
+  for (const core_int n : {1, 2, 5, 8, 9, 15, 17, 33, 64}) {
+    for (const bool upper : {false, true}) {
+      for (const char diag : {'U', 'N', 'S'}) {  // S: small pivots
+        const bool unit = diag == 'U';
+        matrix<T> f = factors_of<T>(n, 3);
+        for (core_int j = 0; j < n; ++j) {
+          for (core_int i = 0; i < n; ++i) {
+            if (diag == 'S') f(i, j) = small * f(i, j);
+            if (i == j ? unit : (i < j) != upper) f(i, j) = from_real<T>(nan);
+          }
+        }
+        for (const char trans : {'N', 'T', 'C'}) {
+          for (const core_int count : {1, 2, 3, 4, 7}) {
+            SCOPED_TRACE(testing::Message() << n << ' ' << upper << trans << diag << ' ' << count);
+            matrix<T> b = random_matrix<T>(n, count, 6);
+            if (diag == 'S') {
+              for (T& value : b.cells) value = small * value;
+            }
+            matrix<T> x = b;
+            solve('L', upper ? 'U' : 'L', trans, unit ? 'U' : 'N', n, count, f.data(), f.lda, x.data(),
+                  x.lda);
+            wide_matrix t = triangle(f, upper, unit);
+            if (trans != 'N') t = turned(t, trans == 'C');
+            const double size = diag == 'S' ? small : 1;
+            EXPECT_LT(apart<T>(t * whole(x), whole(b), size * largest(whole(x))), kMost);
+            for (core_int j = 0; j < count; ++j) {
+              for (core_int i = n; i < x.lda; ++i) ASSERT_TRUE(x(i, j) == b(i, j)) << "below the columns";
+            }
+          }
+        }
+      }
     }
   }
 }

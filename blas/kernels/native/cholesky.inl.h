@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Small Cholesky factors in a copy of whole vectors. A block of columns, as wide as the register tile, gets all
-// that the columns before it take away as one sum over the depth; what it needs of itself follows in registers.
-// Inside the diagonal block columns are divided by pivots, not by their roots, so that no step waits for one.
+// Small Cholesky factors in a copy of whole vectors. A block of columns, as wide as the register tile, gets
+// all that the columns before it take away as one sum over the depth; what it needs of itself follows in
+// registers. Inside the diagonal block columns are divided by pivots, not by their roots, so that no step
+// waits for one.
 #pragma once
 
-#include "blas/kernels/native/triangle.inl.h"
-#include "blas/kernels/shared/lanes.inl.h"
+#include "blas/kernels/native/turn.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
@@ -39,8 +39,8 @@ class subtrahend {
   reg y_, turned_;  ///< turned: (imaginary, -real)
 };
 
-/// A triangle of order n being factored, its columns whole vectors apart; behind row n - 1 zeros, behind column
-/// n - 1 ones on the diagonal up to a whole block.
+/// A triangle of order n being factored, its columns whole vectors apart; behind row n - 1 zeros, behind
+/// column n - 1 ones on the diagonal up to a whole block.
 template <class T>
 struct cholesky_copy {
   using R = typename reals<T>::type;
@@ -61,7 +61,7 @@ struct cholesky_rows {
   reg x[kColumns][kVectors];
 
   [[gnu::always_inline]] cholesky_rows(const cholesky_copy<T>& a, core_int i, core_int j) {
-    const tile_sums<R, kVectors, kColumns * kParts> sum = sum_tile<R, kVectors, kColumns * kParts>(
+    const tile_sums<R, kVectors, kColumns* kParts> sum = sum_tile<R, kVectors, kColumns * kParts>(
         j, rows_apart<R, kVectors>{a.at(i, 0), a.rows * kParts},
         direct_columns<R, kParts>{a.at(j, 0), a.rows * kParts, kParts});
     [[maybe_unused]] const reg signs = V::pairs(1, -1);
@@ -99,8 +99,8 @@ template <class T, int kFirst, int kStep, class Rows>
   }
 }
 
-/// The rows of the vector in which the diagonal block at column j lies. Returns how many pivots are positive and
-/// leaves their roots' reciprocals; the column of the first other keeps it on its diagonal.
+/// The rows of the vector in which the diagonal block at column j lies. Returns how many pivots are positive
+/// and leaves their roots' reciprocals; the column of the first other keeps it on its diagonal.
 template <class T, int kFirst>
 int factor_diagonal(const cholesky_copy<T>& a, core_int j, typename reals<T>::type* reciprocals) {
   using R = typename reals<T>::type;
@@ -129,7 +129,8 @@ int factor_diagonal(const cholesky_copy<T>& a, core_int j, typename reals<T>::ty
 
 /// kVectors vectors of rows below the diagonal block.
 template <class T, int kVectors>
-void finish_rows(const cholesky_copy<T>& a, core_int i, core_int j, const typename reals<T>::type* reciprocals) {
+void finish_rows(const cholesky_copy<T>& a, core_int i, core_int j,
+                 const typename reals<T>::type* reciprocals) {
   using R = typename reals<T>::type;
   using V = vec<R>;
   constexpr int kColumns = tile_shape<T>::kColumns;
@@ -205,34 +206,12 @@ inline void give_column_below(const cholesky_copy<T>& copy, core_int j, T* colum
   if (i < end) V::store_part(to + i, there(), V::load(from + i));
 }
 
-/// The part of `from` on one side of its diagonal, or on it, to the other side of `to`'s.
-template <class T>
-inline void turn_triangle(bool below, core_int n, const T* from, core_int from_step, T* to, core_int to_step) {
-  constexpr core_int kGroup = 4;
-  const core_int whole = n / kGroup * kGroup;
-  const auto by_elements = [=](core_int i_begin, core_int i_end, core_int j_begin, core_int j_end) {
-    for (core_int j = j_begin; j < j_end; ++j) {
-      for (core_int i = i_begin; i < i_end; ++i) {
-        if (below ? i >= j : i <= j) set_element(to + j + i * to_step, element_at(from + i + j * from_step));
-      }
-    }
-  };
-  for (core_int j = 0; j < whole; j += kGroup) {
-    by_elements(j, j + kGroup, j, j + kGroup);
-    const core_int begin = below ? j + kGroup : 0, end = below ? whole : j;
-    for (core_int i = begin; i < end; i += kGroup) {
-      transpose4(from + i + j * from_step, from_step, to + j + i * to_step, to_step);
-    }
-  }
-  by_elements(below ? whole : 0, n, below ? 0 : whole, below ? whole : n);
-  if (below) by_elements(whole, n, whole, n);
-}
-
 template <class T>
 core_int cholesky(bool upper, core_int n, T* a, core_int lda) {
   constexpr core_int kLanes = tile_shape<T>::kLanes, kColumns = tile_shape<T>::kColumns;
   alignas(64) T l[kCholeskyOrder<T> * kCholeskyOrder<T>];
-  const core_int rows = (n + kLanes - 1) / kLanes * kLanes, columns = (n + kColumns - 1) / kColumns * kColumns;
+  const core_int rows = (n + kLanes - 1) / kLanes * kLanes,
+                 columns = (n + kColumns - 1) / kColumns * kColumns;
   const cholesky_copy<T> copy{l, n, rows};
   using V = vec<typename reals<T>::type>;
   for (core_int j = upper ? 0 : n; j < columns; ++j) {

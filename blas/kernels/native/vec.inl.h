@@ -62,6 +62,9 @@ struct vec<double> {
   /// Real and imaginary parts exchanged. (The form without a mask trips g++ 12's test for uninitialised
   /// values.)
   static reg swapped(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x55); }
+  /// (first, first, third, third ...), (second, second, fourth, fourth ...)
+  static reg evens(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x00); }
+  static reg odds(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0xFF); }
   /// (even, odd, even, odd ...)
   static reg pairs(double even, double odd) {
     return _mm512_set_pd(odd, even, odd, even, odd, even, odd, even);
@@ -100,6 +103,8 @@ struct vec<float> {
   static reg fma(reg a, reg b, reg c) { return _mm512_fmadd_ps(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm512_fnmadd_ps(a, b, c); }
   static reg swapped(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xB1); }
+  static reg evens(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xA0); }
+  static reg odds(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xF5); }
   static reg pairs(float even, float odd) {
     return _mm512_set_ps(odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd,
                          even);
@@ -156,6 +161,8 @@ struct vec<double> {
   static reg fma(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm256_fnmadd_pd(a, b, c); }
   static reg swapped(reg v) { return _mm256_permute_pd(v, 5); }
+  static reg evens(reg v) { return _mm256_permute_pd(v, 0x0); }
+  static reg odds(reg v) { return _mm256_permute_pd(v, 0xF); }
   static reg pairs(double even, double odd) { return _mm256_set_pd(odd, even, odd, even); }
 };
 
@@ -212,12 +219,46 @@ struct vec<float> {
   static reg fma(reg a, reg b, reg c) { return _mm256_fmadd_ps(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm256_fnmadd_ps(a, b, c); }
   static reg swapped(reg v) { return _mm256_permute_ps(v, 0xB1); }
+  static reg evens(reg v) { return _mm256_permute_ps(v, 0xA0); }
+  static reg odds(reg v) { return _mm256_permute_ps(v, 0xF5); }
   static reg pairs(float even, float odd) {
     return _mm256_set_ps(odd, even, odd, even, odd, even, odd, even);
   }
 };
 
 #endif
+
+/// Lanes from `first` on of one vector, the lanes before of another.
+template <class R>
+class lanes_from {
+  using V = vec<R>;
+  using reg = typename V::reg;
+
+ public:
+#ifdef __AVX512F__
+  explicit lanes_from(core_int first) : before_(V::first(static_cast<int>(first))) {}
+  __m512d choose(__m512d behind, __m512d before) const {
+    return _mm512_mask_blend_pd(before_, behind, before);
+  }
+  __m512 choose(__m512 behind, __m512 before) const { return _mm512_mask_blend_ps(before_, behind, before); }
+
+ private:
+  decltype(V::first(0)) before_;
+#else
+  explicit lanes_from(core_int first)
+      : before_(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(
+            kLaneMask + 8 - first * static_cast<core_int>(sizeof(R) / sizeof(int))))) {}
+  __m256d choose(__m256d behind, __m256d before) const {
+    return _mm256_blendv_pd(behind, before, _mm256_castsi256_pd(before_));
+  }
+  __m256 choose(__m256 behind, __m256 before) const {
+    return _mm256_blendv_ps(behind, before, _mm256_castsi256_ps(before_));
+  }
+
+ private:
+  __m256i before_;
+#endif
+};
 
 }  // namespace
 }  // namespace qel::QEL_LEVEL
