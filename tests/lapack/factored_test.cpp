@@ -177,5 +177,34 @@ TYPED_TEST(factored, triangles_with_few_columns) {
   }
 }
 
+// Wide blocks, natively, whatever room the work array has.
+TYPED_TEST(factored, large_inverse) {
+  using T = TypeParam;
+  const core_int n = 450;
+  const matrix<T> f = factors_of<T>(n, 3);
+  std::vector<core_int> pivots(static_cast<size_t>(n));
+  for (core_int i = 0; i < n; ++i) pivots[static_cast<size_t>(i)] = i + 1 + (n - 1 - i) * (i % 3) / 2;
+  for (const core_int length : {n, 64 * n}) {
+    matrix<T> inverse = f;
+    std::vector<T> work(static_cast<size_t>(length));
+    EXPECT_EQ(invert_triangle(true, false, n, inverse.data(), inverse.lda), 0);
+    finish_lu_inverse(n, inverse.data(), inverse.lda, pivots.data(), work.data(), length);
+    for (const core_int j : {core_int{0}, n / 2, n - 1}) {
+      const wide_matrix x = filled(n, 1, [&](core_int i, core_int) { return widened(inverse(i, j)); });
+      wide_matrix y = triangle(f, false, true) * (triangle(f, true, false) * x);
+      for (core_int i = n - 1; i >= 0; --i) std::swap(y(i, 0), y(pivots[static_cast<size_t>(i)] - 1, 0));
+      const wide_matrix one = filled(n, 1, [&](core_int i, core_int) { return wide(i == j ? 1 : 0); });
+      EXPECT_LT(apart<T>(y, one, largest(x)), kMost) << length << ' ' << j;
+    }
+  }
+}
+
+TEST(inverse_block, by_order_room_and_level) {
+  EXPECT_EQ(inverse_block(300, 40, true), 40);
+  EXPECT_EQ(inverse_block(300, 100, true), 64);
+  EXPECT_EQ(inverse_block(385, 1, true), 192);
+  EXPECT_EQ(inverse_block(5000, 100, false), 64);
+}
+
 }  // namespace
 }  // namespace qel::lapack
