@@ -8,8 +8,11 @@
 
 namespace qel {
 
-/// Most columns of an LU panel, most rows of a Cholesky triangle.
+/// Most columns of an LU panel.
 inline constexpr int kFactorColumns = 32;
+/// Most rows of a Cholesky triangle: its copy lies on the stack.
+template <class T>
+inline constexpr int kCholeskyOrder = sizeof(T) > 8 ? 64 : 128;
 
 template <class T>
 struct real_of_pair {
@@ -31,8 +34,8 @@ struct factor_kernels {
   /// A = P L U, m x n, n at most kFactorColumns; returns the number of the first zero pivot, 0 if there is
   /// none.
   core_int (*lu)(core_int m, core_int n, T* a, core_int lda, core_int* pivots);
-  /// A = U**H U (upper) or L L**H, one triangle of order n, at most kFactorColumns; returns the order of the
-  /// first leading minor that is not positive, 0 if all are.
+  /// A = U**H U (upper) or L L**H, one triangle of order n, at most kCholeskyOrder<T>; returns the order of
+  /// the first leading minor that is not positive, 0 if all are.
   core_int (*cholesky)(bool upper, core_int n, T* a, core_int lda);
   /// Rotates neighbouring columns of A, m x n with at least two of them, or its rows (left), by pairs from
   /// the first on or from the last back: (x, y) becomes (c x + s y, c y - s x).

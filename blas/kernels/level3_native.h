@@ -68,6 +68,20 @@ struct triangle_product {
   core_int ldb;
 };
 
+/// B = inv(op(T)) B for a triangle where it lies and few columns of B: op transposes if turned and conjugates
+/// if conjugated.
+template <class T>
+struct narrow_solve {
+  core_int order;  ///< of T, at most kTriangleOrder
+  core_int count;  ///< columns of B
+  const T* t;
+  core_int ldt;
+  bool upper, unit;  ///< T as it is stored
+  bool turned, conjugated;
+  T* b;
+  core_int ldb;
+};
+
 template <class T>
 struct level3_kernels {
   int tile_rows, tile_columns;
@@ -78,6 +92,7 @@ struct level3_kernels {
   void (*multiply_direct)(const direct_product<T>& what);
   void (*triangle_rows)(const triangle_product<T>& what, bool solve);     ///< B has `count` rows
   void (*triangle_columns)(const triangle_product<T>& what, bool solve);  ///< B has `count` columns
+  void (*solve_narrow)(const narrow_solve<T>& what);
 };
 
 /// Rows of the next panel when `left` are to come: whole tiles, but no last panel of a single vector behind a

@@ -56,7 +56,7 @@ core_int factor_turned(core_int n, T* a, core_int lda) {
 template <class T>
 core_int factor_cholesky(bool upper, core_int n, T* a, core_int lda) {
   if (const factor_kernels<T>* native = native_factor_kernels<T>()) {
-    if (n <= kFactorColumns) return native->cholesky(upper, n, a, lda);
+    if (n <= kCholeskyOrder<T>) return native->cholesky(upper, n, a, lda);
   } else if (upper && n <= kTurned) {
     return factor_turned(n, a, lda);
   } else if (n <= kNarrow) {

@@ -5,9 +5,27 @@
 #include "blas/level1/level1.h"
 #include "blas/level2/level2.h"
 #include "blas/level3/level3.h"
+#include "blas/level3/native/level3_native.h"
 #include "service/complex_arithmetic.h"
 
 namespace qel::lapack {
+
+/// Whether so many columns at the right of a triangle of that order go as they lie, without packing.
+constexpr bool is_narrow(core_int order, core_int count) {
+  constexpr core_int kFew = 32;
+  return order > 0 && order <= kTriangleOrder && count > 0 && count <= kFew;
+}
+/// B = inv(op(A)) B; false if another way is to be taken.
+template <class T>
+inline bool native_solve(char uplo, char trans, char diag, core_int m, core_int n, const T* a, core_int lda,
+                         T* b, core_int ldb) {
+  if (!is_narrow(m, n)) return false;
+  const level3_kernels<T>* const kernels = native::native_kernels<T>();
+  if (kernels == nullptr) return false;
+  kernels->solve_narrow(
+      {m, n, a, lda, uplo == 'U', diag == 'U', trans != 'N', is_complex<T> && trans == 'C', b, ldb});
+  return true;
+}
 
 #define QEL_CALLS(T, letter, turned, ger_name, gerc_name, herk_name, norm_name)                              \
   inline real_of<T> norm(core_int n, const T* x) {                                                           \
@@ -58,13 +76,14 @@ namespace qel::lapack {
                                core_int lda, const T* b, core_int ldb, T* c, core_int ldc) {                 \
     product(transa, transb, m, n, k, -1, a, lda, b, ldb, 1, c, ldc);                                         \
   }                                                                                                          \
-  /* B = alpha inv(op(A)) B, or B inv(op(A)); one column goes without the machinery of many */               \
+  /* B = alpha inv(op(A)) B, or B inv(op(A)); few columns go without the machinery of many */                \
   inline void solve(char side, char uplo, char trans, char diag, core_int m, core_int n, const T* a,         \
                     core_int lda, T* b, core_int ldb, real_of<T> alpha = 1) {                                \
     const core_int one = 1;                                                                                  \
     const T factor = from_real<T>(alpha);                                                                    \
-    if (side == 'L' && n == 1 && alpha == 1) {                                                               \
-      return core::letter##trsv(&uplo, &trans, &diag, &m, a, &lda, b, &one);                                 \
+    if (side == 'L' && alpha == 1) {                                                                         \
+      if (native_solve(uplo, trans, diag, m, n, a, lda, b, ldb)) return;                                     \
+      if (n == 1) return core::letter##trsv(&uplo, &trans, &diag, &m, a, &lda, b, &one);                     \
     }                                                                                                        \
     core::letter##trsm(&side, &uplo, &trans, &diag, &m, &n, &factor, a, &lda, b, &ldb);                      \
   }                                                                                                          \

@@ -3,6 +3,7 @@
 // 32-bit or 64-bit integers.
 #pragma once
 
+#include "blas/plain/scratch.h"
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/row_swaps.h"
 
@@ -30,12 +31,26 @@ void solve_by_cholesky(bool upper, core_int n, core_int nrhs, const T* a, core_i
   solve('L', uplo, upper ? 'N' : kTurnedLetter<T>, 'N', n, nrhs, a, lda, b, ldb);
 }
 
+/// Columns of a block of the inverse, for so many that the caller's work array has room for. Natively a
+/// product with few columns would spend its time packing the other factor.
+constexpr core_int inverse_block(core_int n, core_int room, bool native) {
+  constexpr core_int kBlock = 64, kWide = 192;
+  if (native && n > 2 * kWide) return kWide;
+  return room < kBlock ? room : kBlock;
+}
+
 /// A = inv(U) inv(L), columns put back in their places, where A holds inv(U) and L. Blocks of columns from
-/// the right, as wide as the work array (`length`, at least n) has room for.
+/// the right; the work array (`length`, at least n) is used unless blocks are to be wider than it has room
+/// for.
 template <class T, class Pivot>
 void finish_lu_inverse(core_int n, T* a, core_int lda, const Pivot* pivots, T* work, core_int length) {
-  constexpr core_int kBlock = 64;
-  const core_int most = length / n < kBlock ? length / n : kBlock;
+  core_int most = inverse_block(n, length / n, native::native_level3());
+  const plain::scratch<T> beside(most > length / n ? n * most : 0);
+  if (beside.get() != nullptr) {
+    work = beside.get();
+  } else {
+    most = most < length / n ? most : length / n;
+  }
   for (core_int end = n; end > 0;) {
     const core_int width = (end - 1) % most + 1, first = end - width;
     for (core_int j = first; j < end; ++j) {

@@ -19,7 +19,7 @@ constexpr core_int kNarrow = 8;
 /// The same with native kernels: more while the panel stays in the first cache.
 template <class T>
 core_int native_columns(core_int rows) {
-  constexpr core_int kCache = 16384 / static_cast<core_int>(sizeof(T));
+  constexpr core_int kCache = 32768 / static_cast<core_int>(sizeof(T));
   return rows * kFactorColumns <= kCache ? kFactorColumns : kNarrow;
 }
 

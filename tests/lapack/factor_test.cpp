@@ -241,7 +241,7 @@ TYPED_TEST(factors, cholesky_of_every_order_and_path) {
   using T = TypeParam;
   std::mt19937 generator(21);
   for (const bool upper : {false, true}) {
-    for (const core_int n : {1, 2, 15, 16, 17, 33, 64, 65, 100, 129, 150}) {
+    for (const core_int n : {1, 2, 3, 5, 8, 9, 15, 16, 17, 31, 33, 47, 64, 65, 100, 128, 129, 150}) {
       for (const int threads : {1, 5}) {
         const auto block = static_cast<core_int>(1 + generator() % 40);
         const core_int grain = upper ? n : 2;
@@ -249,15 +249,19 @@ TYPED_TEST(factors, cholesky_of_every_order_and_path) {
                      << (upper ? "upper " : "lower ") << n << " threads " << threads << " block " << block);
         const matrix<T> a = positive_matrix<T>(n, 2);
         matrix<T> f = a;
+        const auto is_other = [=](core_int i, core_int j) { return i >= n || (upper ? i > j : i < j); };
+        for (core_int j = 0; j < n; ++j) {
+          for (core_int i = 0; i < f.lda; ++i)
+            if (is_other(i, j)) f(i, j) = from_real<T>(std::numeric_limits<real_of<T>>::quiet_NaN());
+        }
         const cholesky_plan plan{threads == 1 ? cholesky_path::serial : cholesky_path::tasks, threads, block,
                                  grain, ""};
         EXPECT_EQ(factor_cholesky_as_planned(plan, upper, n, f.data(), f.lda), 0);
         EXPECT_LT(cholesky_residual(a, f, upper), kMostResidual);
         for (core_int j = 0; j < n; ++j) {
           for (core_int i = 0; i < f.lda; ++i) {
-            if (i >= n || (upper ? i > j : i < j)) {
-              ASSERT_TRUE(f(i, j) == a(i, j)) << "the other triangle";
-            }
+            ASSERT_EQ(std::isnan(real_part(f(i, j))), is_other(i, j))
+                << "the other triangle " << i << ' ' << j;
           }
         }
       }
@@ -280,6 +284,46 @@ TYPED_TEST(factors, cholesky_names_the_first_minor_that_is_not_positive) {
             << upper << ' ' << threads;
       }
     }
+  }
+}
+
+// What comes before the bad pivot is factored, and the pivot stands on the diagonal.
+TYPED_TEST(factors, cholesky_keeps_what_it_has_before_a_bad_pivot) {
+  using T = TypeParam;
+  const core_int n = 21;
+  for (const bool upper : {false, true}) {
+    for (core_int bad = 1; bad <= n; ++bad) {
+      SCOPED_TRACE(testing::Message() << upper << ' ' << bad);
+      matrix<T> a = positive_matrix<T>(n, 4);
+      matrix<T> whole = a;
+      ASSERT_EQ(
+          factor_cholesky_as_planned({cholesky_path::serial, 1, 0, 0, ""}, upper, n, whole.data(), whole.lda),
+          0);
+      const real_of<T> pivot = real_part(whole(bad - 1, bad - 1));
+      a(bad - 1, bad - 1) = a(bad - 1, bad - 1) - from_real<T>(pivot * pivot + 1);
+      ASSERT_EQ(factor_cholesky_as_planned({cholesky_path::serial, 1, 0, 0, ""}, upper, n, a.data(), a.lda),
+                bad);
+      EXPECT_NEAR(real_part(a(bad - 1, bad - 1)), -1, 1e-4);
+      for (core_int j = 0; j < bad - 1; ++j) {
+        for (core_int i = j; i < bad - 1; ++i) {
+          const auto found = widened(upper ? a(j, i) : a(i, j)),
+                     good = widened(upper ? whole(j, i) : whole(i, j));
+          EXPECT_NEAR(std::abs(found - good), 0, 1e-5) << i << ' ' << j;
+        }
+      }
+    }
+  }
+}
+
+TYPED_TEST(factors, cholesky_of_tiny_and_huge_pivots) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  const core_int n = 9;
+  for (const R size : {std::numeric_limits<R>::denorm_min(), std::numeric_limits<R>::max()}) {
+    matrix<T> a(n, n);
+    for (core_int i = 0; i < n; ++i) a(i, i) = from_real<T>(i % 2 == 0 ? size : R(1));
+    EXPECT_EQ(potrf(false, n, a.data(), a.lda), 0);
+    for (core_int i = 0; i < n; ++i) EXPECT_EQ(real_part(a(i, i)), i % 2 == 0 ? std::sqrt(size) : R(1));
   }
 }
 

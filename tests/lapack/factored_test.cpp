@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <vector>
 
@@ -131,6 +132,78 @@ TYPED_TEST(factored, triangles) {
           std::equal(f.cells.begin(), f.cells.end(), square.cells.begin(), [](T u, T v) { return u == v; }));
     }
   }
+}
+
+// Triangles with few columns at their right. What stands in the other triangle, and on a diagonal of ones, is
+// not read; pivots without a reciprocal are divided by.
+TYPED_TEST(factored, triangles_with_few_columns) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  const R nan = std::numeric_limits<R>::quiet_NaN(),
+          small =
+              std::sqrt(std::sqrt(std::numeric_limits<R>::min())) * std::sqrt(std::numeric_limits<R>::min());
+  for (const core_int n : {1, 2, 5, 8, 9, 15, 17, 33, 64}) {
+    for (const bool upper : {false, true}) {
+      for (const char diag : {'U', 'N', 'S'}) {  // S: small pivots
+        const bool unit = diag == 'U';
+        matrix<T> f = factors_of<T>(n, 3);
+        for (core_int j = 0; j < n; ++j) {
+          for (core_int i = 0; i < n; ++i) {
+            if (diag == 'S') f(i, j) = small * f(i, j);
+            if (i == j ? unit : (i < j) != upper) f(i, j) = from_real<T>(nan);
+          }
+        }
+        for (const char trans : {'N', 'T', 'C'}) {
+          for (const core_int count : {1, 2, 3, 4, 7}) {
+            SCOPED_TRACE(testing::Message() << n << ' ' << upper << trans << diag << ' ' << count);
+            matrix<T> b = random_matrix<T>(n, count, 6);
+            if (diag == 'S') {
+              for (T& value : b.cells) value = small * value;
+            }
+            matrix<T> x = b;
+            solve('L', upper ? 'U' : 'L', trans, unit ? 'U' : 'N', n, count, f.data(), f.lda, x.data(),
+                  x.lda);
+            wide_matrix t = triangle(f, upper, unit);
+            if (trans != 'N') t = turned(t, trans == 'C');
+            const double size = diag == 'S' ? small : 1;
+            EXPECT_LT(apart<T>(t * whole(x), whole(b), size * largest(whole(x))), kMost);
+            for (core_int j = 0; j < count; ++j) {
+              for (core_int i = n; i < x.lda; ++i) ASSERT_TRUE(x(i, j) == b(i, j)) << "below the columns";
+            }
+          }
+        }
+      }
+    }
+  }
+}
+
+// Wide blocks, natively, whatever room the work array has.
+TYPED_TEST(factored, large_inverse) {
+  using T = TypeParam;
+  const core_int n = 450;
+  const matrix<T> f = factors_of<T>(n, 3);
+  std::vector<core_int> pivots(static_cast<size_t>(n));
+  for (core_int i = 0; i < n; ++i) pivots[static_cast<size_t>(i)] = i + 1 + (n - 1 - i) * (i % 3) / 2;
+  for (const core_int length : {n, 64 * n}) {
+    matrix<T> inverse = f;
+    std::vector<T> work(static_cast<size_t>(length));
+    EXPECT_EQ(invert_triangle(true, false, n, inverse.data(), inverse.lda), 0);
+    finish_lu_inverse(n, inverse.data(), inverse.lda, pivots.data(), work.data(), length);
+    for (const core_int j : {core_int{0}, n / 2, n - 1}) {
+      const wide_matrix x = filled(n, 1, [&](core_int i, core_int) { return widened(inverse(i, j)); });
+      wide_matrix y = triangle(f, false, true) * (triangle(f, true, false) * x);
+      for (core_int i = n - 1; i >= 0; --i) std::swap(y(i, 0), y(pivots[static_cast<size_t>(i)] - 1, 0));
+      const wide_matrix one = filled(n, 1, [&](core_int i, core_int) { return wide(i == j ? 1 : 0); });
+      EXPECT_LT(apart<T>(y, one, largest(x)), kMost) << length << ' ' << j;
+    }
+  }
+}
+
+TEST(inverse_block, by_order_room_and_level) {
+  EXPECT_EQ(inverse_block(300, 40, true), 40);
+  EXPECT_EQ(inverse_block(300, 100, true), 64);
+  EXPECT_EQ(inverse_block(385, 1, true), 192);
+  EXPECT_EQ(inverse_block(5000, 100, false), 64);
 }
 
 }  // namespace

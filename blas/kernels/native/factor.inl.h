@@ -3,14 +3,11 @@
 // a few at a time, vectors of rows at once.
 #pragma once
 
-#include "blas/kernels/native/triangle.inl.h"
+#include "blas/kernels/native/narrow.inl.h"
 #include "blas/kernels/shared/lanes.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
-
-inline float root_of(float v) { return _mm_cvtss_f32(_mm_sqrt_ss(_mm_set_ss(v))); }
-inline double root_of(double v) { return _mm_cvtsd_f64(_mm_sqrt_sd(_mm_setzero_pd(), _mm_set_sd(v))); }
 
 inline core_int place_of_largest(core_int n, const float* x) {
   const core_int one = 1;
@@ -70,38 +67,6 @@ struct pivots_of {
   }
 };
 
-/// Lanes from `first` on of one vector, the lanes before of another.
-template <class R>
-class lanes_from {
-  using V = vec<R>;
-  using reg = typename V::reg;
-
- public:
-#ifdef __AVX512F__
-  explicit lanes_from(core_int first) : before_(V::first(static_cast<int>(first))) {}
-  __m512d choose(__m512d behind, __m512d before) const {
-    return _mm512_mask_blend_pd(before_, behind, before);
-  }
-  __m512 choose(__m512 behind, __m512 before) const { return _mm512_mask_blend_ps(before_, behind, before); }
-
- private:
-  decltype(V::first(0)) before_;
-#else
-  explicit lanes_from(core_int first)
-      : before_(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(
-            kLaneMask + 8 - first * static_cast<core_int>(sizeof(R) / sizeof(int))))) {}
-  __m256d choose(__m256d behind, __m256d before) const {
-    return _mm256_blendv_pd(behind, before, _mm256_castsi256_pd(before_));
-  }
-  __m256 choose(__m256 behind, __m256 before) const {
-    return _mm256_blendv_ps(behind, before, _mm256_castsi256_ps(before_));
-  }
-
- private:
-  __m256i before_;
-#endif
-};
-
 /// Calls step(i, load, store) for the vectors that cover reals begin .. end - 1 of a column. Vectors stand at
 /// multiples of their length from the column's top, so that a step finds whole what the step before wrote;
 /// store(p, v, old) leaves `old` before begin.
@@ -137,16 +102,26 @@ template <int kColumns, class T>
 inline void add_multiples(core_int begin, core_int end, const T* l, const T* factors, T* c, core_int ldc) {
   using R = typename reals<T>::type;
   constexpr int kParts = reals<T>::kCount;
-  const R* const from = reinterpret_cast<const R*>(l);
+  using V = vec<R>;
+  const R *const from = reinterpret_cast<const R*>(l), *const factor = reinterpret_cast<const R*>(factors);
   R* const to = reinterpret_cast<R*>(c);
   const core_int step = ldc * kParts;
+  typename V::reg real[kColumns], imag[kColumns];
+  for (int j = 0; j < kColumns; ++j) {
+    real[j] = V::all(factor[j * kParts]);
+    imag[j] = V::all(factor[j * kParts + kParts - 1]);
+  }
   over_rows<R>(begin * kParts, end * kParts, [&](core_int i, const auto& load, const auto& store) {
-    const typename vec<R>::reg v = load(from + i);
+    const typename V::reg v = load(from + i);
+    typename V::reg turned = v;
+    if constexpr (kParts == 2) turned = V::mul(V::swapped(v), V::pairs(-1, 1));
 #pragma GCC unroll 4
     for (int j = 0; j < kColumns; ++j) {
       R* const at = to + i + j * step;
-      const typename vec<R>::reg old = load(at);
-      store(at, finish<T>::add_multiple(factors[j], v, old), old);
+      const typename V::reg old = load(at);
+      typename V::reg sum = V::fma(v, real[j], old);
+      if constexpr (kParts == 2) sum = V::fma(turned, imag[j], sum);
+      store(at, sum, old);
     }
   });
 }
@@ -216,6 +191,47 @@ core_int factor_columns(core_int m, core_int end, core_int n, T* a, core_int lda
   return first_zero;
 }
 
+/// Rows first .. end - 1 of n columns exchanged with those that the pivots name.
+template <class T>
+inline void exchange_rows(core_int n, T* a, core_int lda, core_int first, core_int end,
+                          const core_int* pivots) {
+  for (core_int i = first; i < end; ++i) {
+    if (pivots[i] == i + 1) continue;
+    T *x = a + i, *y = a + pivots[i] - 1;
+    for (core_int c = 0; c < n; ++c, x += lda, y += lda) {
+      const T kept = element_at(x);
+      set_element(x, element_at(y));
+      set_element(y, kept);
+    }
+  }
+}
+
+/// A few columns of many at a time get all that the columns before them take away, then are factored.
+template <class T>
+core_int factor_blocks(core_int m, core_int end, core_int n, T* a, core_int lda, core_int* pivots) {
+  constexpr core_int kBlock = 8, kAtOnce = 16;
+  if (n <= kAtOnce) return factor_columns(m, end, n, a, lda, pivots);
+  core_int first_zero = 0;
+  for (core_int j = 0; j < n; j += kBlock) {
+    const core_int width = n - j < kBlock ? n - j : kBlock, done = j < m ? j : m;
+    T* const block = a + j * lda;
+    exchange_rows(width, block, lda, 0, done, pivots);
+    if (j > 0) solve_narrow<T>({done, width, a, lda, false, true, false, false, block, lda});
+    if (done == m) continue;
+    if (j > 0) {
+      const T one = pivots_of<T>::one();
+      multiply_direct<T>({end - j, width, j, negative(one), one, a + j, lda, block, 1, lda, false, false,
+                          true, block + j, lda});
+    }
+    const core_int zero = factor_columns(m - j, end - j, width, block + j, lda, pivots + j);
+    if (first_zero == 0 && zero != 0) first_zero = j + zero;
+    const core_int behind = j + width < m ? j + width : m;
+    for (core_int i = j; i < behind; ++i) pivots[i] += j;
+    exchange_rows(j, a, lda, j, behind, pivots);
+  }
+  return first_zero;
+}
+
 /// Whole vectors from one column to another.
 template <class T>
 inline void move_column(core_int rows, const T* from, T* to, bool to_buffer) {
@@ -243,67 +259,13 @@ core_int lu_panel(core_int m, core_int n, T* a, core_int lda, core_int* pivots) 
   constexpr core_int kLanes = tile_shape<T>::kLanes;
   const core_int rows = (m + kLanes - 1) / kLanes * kLanes;
   if (rows * n * static_cast<core_int>(sizeof(T)) > kCopyBytes) {
-    return factor_columns(m, m, n, a, lda, pivots);
+    return factor_blocks(m, m, n, a, lda, pivots);
   }
   alignas(64) T copy[kCopyBytes / sizeof(T)];
   for (core_int j = 0; j < n; ++j) move_column(m, a + j * lda, copy + j * rows, true);
-  const core_int first_zero = factor_columns(m, rows, n, copy, rows, pivots);
+  const core_int first_zero = factor_blocks(m, rows, n, copy, rows, pivots);
   for (core_int j = 0; j < n; ++j) move_column(m, copy + j * rows, a + j * lda, false);
   return first_zero;
-}
-
-/// The columns of L in a square of kFactorColumns; what stands above its diagonal means nothing.
-template <class T>
-core_int factor_lower(core_int n, core_int end, T* l) {
-  using P = pivots_of<T>;
-  using R = typename P::R;
-  constexpr core_int kLanes = tile_shape<T>::kLanes;
-  for (core_int j = 0; j < n; ++j) {
-    T* const column = l + j * kFactorColumns;
-    const R pivot = P::real(column[j]);
-    column[j] = P::from(pivot);
-    if (!(pivot > 0)) return j + 1;  // nor is a NaN
-    // Root and reciprocal side by side; the reciprocal of a very small pivot would overflow.
-    const R root = root_of(pivot), reciprocal = pivot > R(1e-30) ? 1 / pivot * root : 1 / root;
-    const core_int top = j / kLanes * kLanes;
-    scale_rows(top, end, P::from(reciprocal), column);
-    column[j] = P::from(root);
-    for (core_int c = j + 1; c < n; c += 4) {
-      const core_int columns = n - c < 4 ? n - c : 4;
-      add_multiples(c / kLanes * kLanes, end, column, columns, l + c * kFactorColumns,
-                    core_int{kFactorColumns},
-                    [&](core_int k) { return negative(P::conjugate(column[c + k])); });
-    }
-  }
-  return 0;
-}
-
-template <class T>
-core_int cholesky(bool upper, core_int n, T* a, core_int lda) {
-  using P = pivots_of<T>;
-  constexpr core_int kLanes = tile_shape<T>::kLanes;
-  const core_int end = (n + kLanes - 1) / kLanes * kLanes;
-  alignas(64) T l[kFactorColumns * kFactorColumns + kLanes];
-  for (core_int j = 0; j < n; ++j) {
-    T* const column = l + j * kFactorColumns;
-    for (core_int i = j / kLanes * kLanes; i < j; ++i) column[i] = T{};
-    if (upper) {
-      for (core_int i = j; i < n; ++i) column[i] = P::conjugate(element_at(a + j + i * lda));
-      for (core_int i = n; i < end; ++i) column[i] = T{};
-    } else {
-      move_column(n - j, a + j * (lda + 1), column + j, true);
-    }
-  }
-  const core_int minor = factor_lower(n, end, l);
-  for (core_int j = 0; j < n; ++j) {
-    const T* const column = l + j * kFactorColumns;
-    if (upper) {
-      for (core_int i = j; i < n; ++i) set_element(a + j + i * lda, P::conjugate(column[i]));
-    } else {
-      move_column(n - j, column + j, a + j * (lda + 1), false);
-    }
-  }
-  return minor;
 }
 
 }  // namespace

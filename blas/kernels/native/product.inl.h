@@ -168,6 +168,7 @@ void multiply_direct(const direct_product<T>& what) {
     tables[vectors - 1][columns - 1](how, what, a, panels ? width : what.lda, what.b + j * what.b_column_step,
                                      rows, what.c + i + j * what.ldc);
   };
+  if (what.m <= shape::kRows && what.n <= shape::kColumns) return tile(0, what.m, 0, what.n);
   core_int rows = 0, columns = 0;
   if (what.columns_outside) {
     for (core_int j = 0; j < what.n; j += columns) {

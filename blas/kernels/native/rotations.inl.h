@@ -3,6 +3,7 @@
 // matrix. What two rotations share stays in registers between them: each element is read and written once.
 #pragma once
 
+#include "blas/kernels/native/cholesky.inl.h"
 #include "blas/kernels/native/factor.inl.h"
 
 namespace qel::QEL_LEVEL {

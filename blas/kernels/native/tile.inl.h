@@ -10,13 +10,21 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
-/// A's next vectors of rows: packed, or in place with a last vector that may be a part.
+/// A's next vectors of rows: packed, as far apart as told, or in place with a last vector that may be a part.
 template <class R, int kVectors>
 struct packed_rows {
   using V = vec<R>;
   const R* at;
   typename V::reg get(int v) const { return V::load(at + v * V::kLanes); }
   void advance() { at += kVectors * V::kLanes; }
+};
+template <class R, int kVectors>
+struct rows_apart {
+  using V = vec<R>;
+  const R* at;
+  core_int step;
+  typename V::reg get(int v) const { return V::load(at + v * V::kLanes); }
+  void advance() { at += step; }
 };
 template <class R, int kVectors, bool kPart>
 struct direct_rows {
@@ -93,9 +101,11 @@ struct finish {
   using reg = typename V::reg;
   static constexpr int kParts = reals<T>::kCount;
   T alpha, beta;
+  bool is_plain;               ///< C is the sum itself
   reg real_signs, imag_signs;  ///< of the two sums of a complex product
 
   finish(T alpha_, T beta_, bool a_conjugated, bool b_conjugated) : alpha(alpha_), beta(beta_) {
+    is_plain = is_one(alpha) && !keeps_c();
     // (ar, ai) br and (ar, ai) bi; the second with its parts exchanged. Conjugation turns signs.
     if constexpr (kParts == 1) return;
     const R a = a_conjugated ? R(-1) : R(1), b = b_conjugated ? R(-1) : R(1);
@@ -109,13 +119,14 @@ struct finish {
       return beta.real != 0 || beta.imag != 0;
     }
   }
-  bool has_beta_one() const {
+  static bool is_one(T v) {
     if constexpr (kParts == 1) {
-      return beta == 1;
+      return v == 1;
     } else {
-      return beta.real == 1 && beta.imag == 0;
+      return v.real == 1 && v.imag == 0;
     }
   }
+  bool has_beta_one() const { return is_one(beta); }
   /// sum += factor v
   static reg add_multiple(T factor, reg v, reg sum) {
     if constexpr (kParts == 1) {
@@ -142,30 +153,46 @@ template <class T, int kVectors, int kColumns>
   using V = vec<R>;
   constexpr int kParts = reals<T>::kCount;
   const int last = static_cast<int>(rows) * kParts - (kVectors - 1) * V::kLanes;
+  const auto product_of = [&](int j, int v) {
+    if constexpr (kParts == 1) {
+      return sum.of[j][v];
+    } else {
+      return V::fma(how.imag_signs, V::swapped(sum.of[2 * j + 1][v]),
+                    V::mul(how.real_signs, sum.of[2 * j][v]));
+    }
+  };
+  const auto is_part = [&](int v) { return v == kVectors - 1 && last < V::kLanes; };
+  const auto put = [&](R* at, int v, typename V::reg value) {
+    if (is_part(v)) {
+      V::store_part(at, last, value);
+    } else {
+      V::store(at, value);
+    }
+  };
+  if (how.is_plain) {
+#pragma GCC unroll 16
+    for (int j = 0; j < kColumns / kParts; ++j) {
+      R* const column = reinterpret_cast<R*>(c + j * ldc);
+#pragma GCC unroll 4
+      for (int v = 0; v < kVectors; ++v) put(column + v * V::kLanes, v, product_of(j, v));
+    }
+    return;
+  }
   const bool keeps = how.keeps_c(), one = how.has_beta_one();
 #pragma GCC unroll 16
   for (int j = 0; j < kColumns / kParts; ++j) {
-    R* column = reinterpret_cast<R*>(c + j * ldc);
+    R* const column = reinterpret_cast<R*>(c + j * ldc);
 #pragma GCC unroll 4
     for (int v = 0; v < kVectors; ++v) {
-      R* at = column + v * V::kLanes;
-      typename V::reg product = sum.of[j * kParts][v];
-      if constexpr (kParts == 2) {
-        product = V::fma(how.imag_signs, V::swapped(sum.of[2 * j + 1][v]), V::mul(how.real_signs, product));
-      }
-      const bool part = v == kVectors - 1 && last < V::kLanes;
-      typename V::reg value;
+      R* const at = column + v * V::kLanes;
+      typename V::reg value = product_of(j, v);
       if (keeps) {
-        const typename V::reg old = part ? V::load_part(at, last) : V::load(at);
-        value = how.add_multiple(how.alpha, product, one ? old : how.multiple(how.beta, old));
+        const typename V::reg old = is_part(v) ? V::load_part(at, last) : V::load(at);
+        value = how.add_multiple(how.alpha, value, one ? old : how.multiple(how.beta, old));
       } else {
-        value = how.multiple(how.alpha, product);
+        value = how.multiple(how.alpha, value);
       }
-      if (part) {
-        V::store_part(at, last, value);
-      } else {
-        V::store(at, value);
-      }
+      put(at, v, value);
     }
   }
 }

@@ -220,12 +220,5 @@ void triangle_columns(const triangle_product<T>& what, bool solve) {
   }
 }
 
-template <class T>
-constexpr level3_kernels<T> level3_table() {
-  return {tile_shape<T>::kRows, tile_shape<T>::kColumns, tile_shape<T>::kLanes,
-          pack_rows<T>,         pack_columns<T>,         multiply<T>,
-          multiply_direct<T>,   triangle_rows<T>,        triangle_columns<T>};
-}
-
 }  // namespace
 }  // namespace qel::QEL_LEVEL

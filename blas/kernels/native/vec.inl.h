@@ -39,13 +39,32 @@ struct vec<double> {
   static __mmask8 first(int count) { return static_cast<__mmask8>((1 << count) - 1); }
   static reg load_part(const double* p, int count) { return _mm512_maskz_loadu_pd(first(count), p); }
   static void store_part(double* p, int count, reg v) { _mm512_mask_storeu_pd(p, first(count), v); }
+  /// Lanes begin .. end - 1, the others zero.
+  static reg load_between(const double* p, int begin, int end) {
+    return _mm512_maskz_loadu_pd(static_cast<__mmask8>(first(end) & ~first(begin)), p);
+  }
+  static void store_between(double* p, int begin, int end, reg v) {
+    _mm512_mask_storeu_pd(p, static_cast<__mmask8>(first(end) & ~first(begin)), v);
+  }
   static reg add(reg a, reg b) { return _mm512_add_pd(a, b); }
+  static reg minus(reg a, reg b) { return _mm512_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
+  static reg div(reg a, reg b) { return _mm512_div_pd(a, b); }
+  static reg sqrt(reg v) { return _mm512_maskz_sqrt_pd(0xFF, v); }
+  static double first_lane(reg v) { return v[0]; }
+  /// One lane in all.
+  template <int kLane>
+  static reg lane(reg v) {
+    return _mm512_maskz_permutexvar_pd(0xFF, _mm512_set1_epi64(kLane), v);
+  }
   static reg fma(reg a, reg b, reg c) { return _mm512_fmadd_pd(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm512_fnmadd_pd(a, b, c); }
   /// Real and imaginary parts exchanged. (The form without a mask trips g++ 12's test for uninitialised
   /// values.)
   static reg swapped(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x55); }
+  /// (first, first, third, third ...), (second, second, fourth, fourth ...)
+  static reg evens(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x00); }
+  static reg odds(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0xFF); }
   /// (even, odd, even, odd ...)
   static reg pairs(double even, double odd) {
     return _mm512_set_pd(odd, even, odd, even, odd, even, odd, even);
@@ -63,11 +82,29 @@ struct vec<float> {
   static __mmask16 first(int count) { return static_cast<__mmask16>((1 << count) - 1); }
   static reg load_part(const float* p, int count) { return _mm512_maskz_loadu_ps(first(count), p); }
   static void store_part(float* p, int count, reg v) { _mm512_mask_storeu_ps(p, first(count), v); }
+  /// Lanes begin .. end - 1, the others zero.
+  static reg load_between(const float* p, int begin, int end) {
+    return _mm512_maskz_loadu_ps(static_cast<__mmask16>(first(end) & ~first(begin)), p);
+  }
+  static void store_between(float* p, int begin, int end, reg v) {
+    _mm512_mask_storeu_ps(p, static_cast<__mmask16>(first(end) & ~first(begin)), v);
+  }
   static reg add(reg a, reg b) { return _mm512_add_ps(a, b); }
+  static reg minus(reg a, reg b) { return _mm512_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_ps(a, b); }
+  static reg div(reg a, reg b) { return _mm512_div_ps(a, b); }
+  static reg sqrt(reg v) { return _mm512_maskz_sqrt_ps(0xFFFF, v); }
+  static float first_lane(reg v) { return v[0]; }
+  /// One lane in all.
+  template <int kLane>
+  static reg lane(reg v) {
+    return _mm512_maskz_permutexvar_ps(0xFFFF, _mm512_set1_epi32(kLane), v);
+  }
   static reg fma(reg a, reg b, reg c) { return _mm512_fmadd_ps(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm512_fnmadd_ps(a, b, c); }
   static reg swapped(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xB1); }
+  static reg evens(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xA0); }
+  static reg odds(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xF5); }
   static reg pairs(float even, float odd) {
     return _mm512_set_ps(odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd,
                          even);
@@ -91,6 +128,18 @@ struct vec<double> {
     return _mm256_maskload_pd(
         p, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - 2 * count)));
   }
+  static reg load_between(const double* p, int begin, int end) {
+    const auto first = [](int count) {
+      return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - 2 * count));
+    };
+    return _mm256_maskload_pd(p, _mm256_andnot_si256(first(begin), first(end)));
+  }
+  static void store_between(double* p, int begin, int end, reg v) {
+    if (begin == 0) return store_part(p, end, v);
+    alignas(32) double lanes[kLanes];
+    store(lanes, v);
+    for (int i = begin; i < end; ++i) __builtin_memcpy(p + i, lanes + i, sizeof *p);
+  }
   // A masked store is slow on many processors.
   static void store_part(double* p, int count, reg v) {
     const __m128d low = _mm256_castpd256_pd128(v), high = _mm256_extractf128_pd(v, 1);
@@ -100,10 +149,20 @@ struct vec<double> {
     if (count == 3) _mm_storel_pd(p + 2, high);
   }
   static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
+  static reg minus(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
+  static reg div(reg a, reg b) { return _mm256_div_pd(a, b); }
+  static reg sqrt(reg v) { return _mm256_sqrt_pd(v); }
+  static double first_lane(reg v) { return v[0]; }
+  template <int kLane>
+  static reg lane(reg v) {
+    return _mm256_permute4x64_pd(v, kLane * 0x55);
+  }
   static reg fma(reg a, reg b, reg c) { return _mm256_fmadd_pd(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm256_fnmadd_pd(a, b, c); }
   static reg swapped(reg v) { return _mm256_permute_pd(v, 5); }
+  static reg evens(reg v) { return _mm256_permute_pd(v, 0x0); }
+  static reg odds(reg v) { return _mm256_permute_pd(v, 0xF); }
   static reg pairs(double even, double odd) { return _mm256_set_pd(odd, even, odd, even); }
 };
 
@@ -117,6 +176,18 @@ struct vec<float> {
   static void store(float* p, reg v) { _mm256_storeu_ps(p, v); }
   static reg load_part(const float* p, int count) {
     return _mm256_maskload_ps(p, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - count)));
+  }
+  static reg load_between(const float* p, int begin, int end) {
+    const auto first = [](int count) {
+      return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(kLaneMask + 8 - count));
+    };
+    return _mm256_maskload_ps(p, _mm256_andnot_si256(first(begin), first(end)));
+  }
+  static void store_between(float* p, int begin, int end, reg v) {
+    if (begin == 0) return store_part(p, end, v);
+    alignas(32) float lanes[kLanes];
+    store(lanes, v);
+    for (int i = begin; i < end; ++i) __builtin_memcpy(p + i, lanes + i, sizeof *p);
   }
   static void store_part(float* p, int count, reg v) {
     if (count >= 8) return store(p, v);
@@ -136,16 +207,58 @@ struct vec<float> {
     if (count == 1) _mm_store_ss(p, part);
   }
   static reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
+  static reg minus(reg a, reg b) { return _mm256_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_ps(a, b); }
+  static reg div(reg a, reg b) { return _mm256_div_ps(a, b); }
+  static reg sqrt(reg v) { return _mm256_sqrt_ps(v); }
+  static float first_lane(reg v) { return v[0]; }
+  template <int kLane>
+  static reg lane(reg v) {
+    return _mm256_permutevar8x32_ps(v, _mm256_set1_epi32(kLane));
+  }
   static reg fma(reg a, reg b, reg c) { return _mm256_fmadd_ps(a, b, c); }
   static reg minus_fma(reg a, reg b, reg c) { return _mm256_fnmadd_ps(a, b, c); }
   static reg swapped(reg v) { return _mm256_permute_ps(v, 0xB1); }
+  static reg evens(reg v) { return _mm256_permute_ps(v, 0xA0); }
+  static reg odds(reg v) { return _mm256_permute_ps(v, 0xF5); }
   static reg pairs(float even, float odd) {
     return _mm256_set_ps(odd, even, odd, even, odd, even, odd, even);
   }
 };
 
 #endif
+
+/// Lanes from `first` on of one vector, the lanes before of another.
+template <class R>
+class lanes_from {
+  using V = vec<R>;
+  using reg = typename V::reg;
+
+ public:
+#ifdef __AVX512F__
+  explicit lanes_from(core_int first) : before_(V::first(static_cast<int>(first))) {}
+  __m512d choose(__m512d behind, __m512d before) const {
+    return _mm512_mask_blend_pd(before_, behind, before);
+  }
+  __m512 choose(__m512 behind, __m512 before) const { return _mm512_mask_blend_ps(before_, behind, before); }
+
+ private:
+  decltype(V::first(0)) before_;
+#else
+  explicit lanes_from(core_int first)
+      : before_(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(
+            kLaneMask + 8 - first * static_cast<core_int>(sizeof(R) / sizeof(int))))) {}
+  __m256d choose(__m256d behind, __m256d before) const {
+    return _mm256_blendv_pd(behind, before, _mm256_castsi256_pd(before_));
+  }
+  __m256 choose(__m256 behind, __m256 before) const {
+    return _mm256_blendv_ps(behind, before, _mm256_castsi256_ps(before_));
+  }
+
+ private:
+  __m256i before_;
+#endif
+};
 
 }  // namespace
 }  // namespace qel::QEL_LEVEL

@@ -52,8 +52,8 @@ void planned_gemm(char transa, char transb, core_int m, core_int n, core_int k, 
 template <class T>
 inline void gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a,
                  core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc) {
-  if (blas::letter_is(transa, 'N') && m > 0 && n > 0 && k > 0 && reads_in_place(m, n, k) &&
-      !may_fork(m, n, k, kProductWeight<T>) && !(alpha == T{})) {
+  if (blas::letter_is(transa, 'N') && m > 0 && n > 0 && k > 0 && goes_at_once<T>(m, n, k) &&
+      !(alpha == T{})) {
     const bool plain_b = blas::letter_is(transb, 'N');
     return native_kernels<T>()->multiply_direct({m, n, k, alpha, beta, a, lda, b, plain_b ? 1 : ldb,
                                                  plain_b ? ldb : 1, false, blas::letter_is(transb, 'C'), true,

@@ -62,6 +62,14 @@ inline bool may_fork(core_int m, core_int n, core_int k, double weight) {
   return work_of(m, n, k, weight) >= 2 * kWorkToFork;
 }
 
+/// Whether a product goes in place on one thread in any case; in integers, as small calls feel every test.
+template <class T>
+constexpr bool goes_at_once(core_int m, core_int n, core_int k) {
+  constexpr auto kMost = static_cast<core_int>(2 * kWorkToFork / kProductWeight<T>) - 1;
+  static_assert(kMost <= 128 * 128 * 128 && kMost < (1 << 20));
+  return m <= kMost && n <= kMost && k <= kMost && m * n * k <= kMost;
+}
+
 /// The number of panels in `count` rows (columns), and where panel number i begins; i = number gives the end.
 core_int row_panels(core_int count, int tile_rows);
 core_int row_panel_begin(core_int i, core_int count, int tile_rows, int lanes);
