@@ -177,6 +177,25 @@ TYPED_TEST(factored, triangles_with_few_columns) {
   }
 }
 
+// Without a transpose a zero at the right leaves its column and its pivot out.
+TYPED_TEST(factored, zeros_at_the_right_of_a_triangle) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  const core_int n = 11;
+  for (const R bad : {R(0), std::numeric_limits<R>::infinity()}) {
+    matrix<T> f = factors_of<T>(n, 3);
+    f(4, 4) = from_real<T>(bad);
+    f(6, 4) = from_real<T>(std::numeric_limits<R>::quiet_NaN());
+    std::vector<T> x(static_cast<size_t>(n));
+    x[7] = from_real<T>(1);
+    solve('L', 'L', 'N', 'N', n, core_int{1}, f.data(), f.lda, x.data(), n);
+    for (core_int i = 0; i < n; ++i) {
+      EXPECT_TRUE(std::isfinite(real_part(x[static_cast<size_t>(i)]))) << i;
+      EXPECT_EQ(x[static_cast<size_t>(i)] == T{}, i < 7) << i;
+    }
+  }
+}
+
 // Wide blocks, natively, whatever room the work array has.
 TYPED_TEST(factored, large_inverse) {
   using T = TypeParam;

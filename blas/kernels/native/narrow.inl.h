@@ -150,13 +150,18 @@ inline T difference_of(T a, T b) {
   }
 }
 
-/// By division, for pivots whose reciprocals may overflow.
+/// By division, for pivots whose reciprocals may overflow. Unless told otherwise a zero of x leaves its
+/// column and its pivot out: a singular matrix with a side of zeros is solved by zeros, and no NaN behind a
+/// zero is met.
 template <class T>
-void solve_by_division(const narrow_triangle<T>& what, bool upper, T* x) {
+void solve_by_division(const narrow_triangle<T>& what, bool upper, bool skip_zeros, T* x) {
+  using R = typename reals<T>::type;
   for (core_int step = 0; step < what.n; ++step) {
     const core_int k = upper ? what.n - 1 - step : step;
     const T* const column = what.t + k * what.ldt;
-    x[k] = divided(x[k], element_at(column + k));
+    const R* const value = reinterpret_cast<const R*>(x + k);
+    if (skip_zeros && value[0] == 0 && value[reals<T>::kCount - 1] == 0) continue;
+    if (!what.unit) x[k] = divided(x[k], element_at(column + k));
     const core_int begin = upper ? 0 : k + 1, end = upper ? k : what.n;
     for (core_int i = begin; i < end; ++i)
       x[i] = difference_of(x[i], product_of(element_at(column + i), x[k]));
@@ -218,6 +223,19 @@ void move_side(core_int n, bool conjugated, const T* from, T* to, bool inwards) 
   }
 }
 
+/// No infinity and no NaN among n elements, zeros behind them.
+template <class T>
+bool is_finite(core_int n, const T* x) {
+  using R = typename reals<T>::type;
+  using V = vec<R>;
+  typename V::reg sum = V::zero();
+  for (core_int i = 0; i < n * reals<T>::kCount; i += V::kLanes) {
+    const typename V::reg v = V::load(reinterpret_cast<const R*>(x) + i);
+    sum = V::add(sum, V::minus(v, v));
+  }
+  return V::is_zero(sum);
+}
+
 template <class T>
 void solve_narrow(const narrow_solve<T>& what) {
   using R = typename reals<T>::type;
@@ -236,22 +254,33 @@ void solve_narrow(const narrow_solve<T>& what) {
   for (core_int j = 0; j < what.count; j += kSides) {
     const int count = static_cast<int>(what.count - j < kSides ? what.count - j : kSides);
     T* const b = what.b + j * what.ldb;
-    for (int s = 0; s < count; ++s) {
+    const auto take_side = [&](int s) {
       move_side(n, what.conjugated, b + s * what.ldb, sides + s * kTriangleOrder, true);
-    }
-    if (!safe) {
-      for (int s = 0; s < count; ++s) solve_by_division(triangle, upper, sides + s * kTriangleOrder);
-    } else if (count == 1) {
-      solve_sides<T, 1>(triangle, upper);
-    } else if (count == 2) {
-      solve_sides<T, 2>(triangle, upper);
-    } else if (count == 3) {
-      solve_sides<T, 3>(triangle, upper);
-    } else {
-      solve_sides<T, 4>(triangle, upper);
+    };
+    for (int s = 0; s < count; ++s) take_side(s);
+    switch (safe ? count : 0) {
+      case 1:
+        solve_sides<T, 1>(triangle, upper);
+        break;
+      case 2:
+        solve_sides<T, 2>(triangle, upper);
+        break;
+      case 3:
+        solve_sides<T, 3>(triangle, upper);
+        break;
+      case 4:
+        solve_sides<T, 4>(triangle, upper);
+        break;
+      default:
+        break;
     }
     for (int s = 0; s < count; ++s) {
-      move_side<T>(n, what.conjugated, sides + s * kTriangleOrder, b + s * what.ldb, false);
+      T* const side = sides + s * kTriangleOrder;
+      if (!safe || !is_finite(n, side)) {
+        take_side(s);
+        solve_by_division(triangle, upper, !what.turned, side);
+      }
+      move_side<T>(n, what.conjugated, side, b + s * what.ldb, false);
     }
   }
 }

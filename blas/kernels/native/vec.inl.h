@@ -49,6 +49,7 @@ struct vec<double> {
   static reg add(reg a, reg b) { return _mm512_add_pd(a, b); }
   static reg minus(reg a, reg b) { return _mm512_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
+  static bool is_zero(reg v) { return _mm512_cmp_pd_mask(v, zero(), _CMP_NEQ_UQ) == 0; }
   static reg div(reg a, reg b) { return _mm512_div_pd(a, b); }
   static reg sqrt(reg v) { return _mm512_maskz_sqrt_pd(0xFF, v); }
   static double first_lane(reg v) { return v[0]; }
@@ -92,6 +93,7 @@ struct vec<float> {
   static reg add(reg a, reg b) { return _mm512_add_ps(a, b); }
   static reg minus(reg a, reg b) { return _mm512_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_ps(a, b); }
+  static bool is_zero(reg v) { return _mm512_cmp_ps_mask(v, zero(), _CMP_NEQ_UQ) == 0; }
   static reg div(reg a, reg b) { return _mm512_div_ps(a, b); }
   static reg sqrt(reg v) { return _mm512_maskz_sqrt_ps(0xFFFF, v); }
   static float first_lane(reg v) { return v[0]; }
@@ -151,6 +153,7 @@ struct vec<double> {
   static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
   static reg minus(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
+  static bool is_zero(reg v) { return _mm256_movemask_pd(_mm256_cmp_pd(v, zero(), _CMP_NEQ_UQ)) == 0; }
   static reg div(reg a, reg b) { return _mm256_div_pd(a, b); }
   static reg sqrt(reg v) { return _mm256_sqrt_pd(v); }
   static double first_lane(reg v) { return v[0]; }
@@ -209,6 +212,7 @@ struct vec<float> {
   static reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
   static reg minus(reg a, reg b) { return _mm256_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_ps(a, b); }
+  static bool is_zero(reg v) { return _mm256_movemask_ps(_mm256_cmp_ps(v, zero(), _CMP_NEQ_UQ)) == 0; }
   static reg div(reg a, reg b) { return _mm256_div_ps(a, b); }
   static reg sqrt(reg v) { return _mm256_sqrt_ps(v); }
   static float first_lane(reg v) { return v[0]; }
