@@ -5,7 +5,7 @@
 # the service, the transforms, vector math and random streams, which take values, lacks its Fortran name.
 set -eu
 nm -D --defined-only "$1" | awk '
-  $2 ~ /[TW]/ && $3 !~ /^_Z/ { address[$3] = $1 }
+  $2 ~ /[TW]/ && $3 !~ /^_Z/ { address[$3] = "@" $1 }  # a text: some addresses look like numbers with exponents
   END {
     for (name in address) {
       stem = name
