@@ -27,6 +27,25 @@ product_facts facts(core_int m, core_int n, core_int k, int threads, bool wide =
           threads};
 }
 
+/// The short way in integers is taken only where the long one would come to the same.
+template <class T>
+void expect_short_way_agrees() {
+  for (const core_int m : {1, 8, 24, 50, 999, 200000}) {
+    for (const core_int n : {1, 9, 31, 70, 1 << 20}) {
+      for (const core_int k : {1, 7, 25, 64, 4096}) {
+        const bool serial = !may_fork(m, n, k, kProductWeight<T>);
+        EXPECT_EQ(goes_at_once<T>(m, n, k), serial && reads_in_place(m, n, k)) << m << ' ' << n << ' ' << k;
+      }
+    }
+  }
+}
+TEST(NativePlan, SmallProductsGoAtOnce) {
+  expect_short_way_agrees<float>();
+  expect_short_way_agrees<double>();
+  expect_short_way_agrees<complex8>();
+  expect_short_way_agrees<complex16>();
+}
+
 TEST(NativePlan, SchemeByShape) {
   using s = product_scheme;
   const struct {

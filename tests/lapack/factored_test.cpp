@@ -218,6 +218,15 @@ TYPED_TEST(factored, large_inverse) {
   }
 }
 
+TEST(is_narrow, by_order_and_columns) {
+  EXPECT_TRUE(is_narrow(1, 1));
+  EXPECT_TRUE(is_narrow(64, 32));
+  EXPECT_FALSE(is_narrow(65, 1));
+  EXPECT_FALSE(is_narrow(8, 33));
+  EXPECT_FALSE(is_narrow(0, 4));
+  EXPECT_FALSE(is_narrow(4, 0));
+}
+
 TEST(inverse_block, by_order_room_and_level) {
   EXPECT_EQ(inverse_block(300, 40, true), 40);
   EXPECT_EQ(inverse_block(300, 100, true), 64);
