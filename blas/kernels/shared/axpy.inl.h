@@ -61,7 +61,8 @@ inline void axpy_elements(core_int n, const multiple<T>& alpha_times, const T* x
 }
 
 template <bool kAligned, class T, class X>
-inline void axpy_stream(core_int n, const multiple<T>& alpha_times, X stream, const T* x, T* y) {
+[[gnu::always_inline]] inline void axpy_stream(core_int n, const multiple<T>& alpha_times, X stream,
+                                               const T* x, T* y) {
   using R = typename parts<T>::real;
   constexpr int kElements = lanes<R>::kCount / parts<T>::kCount;
   contiguous_axpy<T, X, kAligned> axpy{alpha_times, stream, reinterpret_cast<R*>(y)};
@@ -74,7 +75,7 @@ inline void axpy_stream(core_int n, const multiple<T>& alpha_times, X stream, co
 }
 
 template <class T>
-inline void axpy_contiguous(core_int n, const multiple<T>& alpha_times, const T* x, T* y) {
+[[gnu::noinline]] void axpy_misaligned(core_int n, const multiple<T>& alpha_times, const T* x, T* y) {
   using R = typename parts<T>::real;
   constexpr core_int kElements = lanes<R>::kCount / parts<T>::kCount;
   const core_int peeled = elements_to_boundary(y);
@@ -104,11 +105,21 @@ inline bool is_zero(complex8 a) { return a.real == 0 && a.imag == 0; }
 inline bool is_zero(complex16 a) { return a.real == 0 && a.imag == 0; }
 
 template <class T>
+[[gnu::noinline]] void axpy_strided(core_int n, const multiple<T>& alpha_times, const T* x, core_int incx,
+                                    T* y, core_int incy) {
+  axpy_elements(n, alpha_times, first_element(x, n, incx), incx, first_element(y, n, incy), incy);
+}
+
+// Aligned vectors are updated in line: a short update is bound by its stores, and every register that a call
+// saves is one more.
+template <class T>
 inline void axpy(core_int n, T alpha, const T* x, core_int incx, T* y, core_int incy) {
+  using R = typename parts<T>::real;
   if (n <= 0 || is_zero(alpha)) return;
   const multiple<T> alpha_times(alpha);
-  if (incx * incy == 1) return axpy_contiguous(n, alpha_times, x, y);
-  axpy_elements(n, alpha_times, first_element(x, n, incx), incx, first_element(y, n, incy), incy);
+  if (incx * incy != 1) return axpy_strided(n, alpha_times, x, incx, y, incy);
+  if ((misalignment(x) | misalignment(y)) != 0) return axpy_misaligned(n, alpha_times, x, y);
+  axpy_stream<true>(n, alpha_times, aligned_stream<R>{reinterpret_cast<const R*>(x)}, x, y);
 }
 
 }  // namespace

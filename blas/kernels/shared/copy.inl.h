@@ -56,7 +56,7 @@ inline void copy_stream(core_int n, X stream, const R* x, R* y) {
 }
 
 template <class R>
-inline void copy_contiguous(core_int n, const R* x, R* y) {
+[[gnu::noinline]] void copy_misaligned(core_int n, const R* x, R* y) {
   constexpr core_int kLanes = lanes<R>::kCount;
   const core_int peeled = elements_to_boundary(y);
   if (peeled < 0 || n < peeled + 2 * kLanes) return copy_stream<false>(n, unaligned_stream<R>{x}, x, y);
@@ -65,15 +65,21 @@ inline void copy_contiguous(core_int n, const R* x, R* y) {
   y += peeled;
   with_stream_beside_aligned(x, [&](auto stream) { copy_stream<true>(n - peeled, stream, x, y); });
 }
+template <class T>
+[[gnu::noinline]] void copy_strided(core_int n, const T* x, core_int incx, T* y, core_int incy) {
+  copy_elements(n, first_element(x, n, incx), incx, first_element(y, n, incy), incy);
+}
 
-// R is the unit of the contiguous copy, kUnits of which make one element.
+// R is the unit of the contiguous copy, kUnits of which make one element. Aligned vectors are copied in line:
+// a short copy is bound by its stores, and every register that a call saves is one more.
 template <class R, int kUnits, class T>
 inline void copy(core_int n, const T* x, core_int incx, T* y, core_int incy) {
   if (n <= 0) return;
-  if (incx * incy == 1) {
-    return copy_contiguous(n * kUnits, reinterpret_cast<const R*>(x), reinterpret_cast<R*>(y));
-  }
-  copy_elements(n, first_element(x, n, incx), incx, first_element(y, n, incy), incy);
+  if (incx * incy != 1) return copy_strided(n, x, incx, y, incy);
+  const R* from = reinterpret_cast<const R*>(x);
+  R* to = reinterpret_cast<R*>(y);
+  if ((misalignment(x) | misalignment(y)) != 0) return copy_misaligned(n * kUnits, from, to);
+  copy_stream<true>(n * kUnits, aligned_stream<R>{from}, from, to);
 }
 
 }  // namespace

@@ -104,16 +104,19 @@ inline C dot_streams(core_int n, const C* x, core_int incx, const C* y, core_int
 }
 
 template <bool kConjugate, class C>
+[[gnu::noinline]] C dot_complex_strided(core_int n, const C* x, core_int incx, const C* y, core_int incy) {
+  x = first_element(x, n, incx);
+  y = first_element(y, n, incy);
+  constexpr int kGroup = 8 / lanes<typename parts<C>::real>::kCount;  // four elements
+  return dot_streams<kConjugate, kGroup, 2, 1>(n, x, incx, y, incy, strided_stream<C>{x, incx},
+                                               strided_stream<C>{y, incy});
+}
+
+template <bool kConjugate, class C>
 inline C dot_complex(core_int n, const C* x, core_int incx, const C* y, core_int incy) {
   using R = typename parts<C>::real;
   if (n <= 0) return {0, 0};
-  if (incx * incy != 1) {
-    x = first_element(x, n, incx);
-    y = first_element(y, n, incy);
-    constexpr int kGroup = 8 / lanes<R>::kCount;  // four elements
-    return dot_streams<kConjugate, kGroup, 2, 1>(n, x, incx, y, incy, strided_stream<C>{x, incx},
-                                                 strided_stream<C>{y, incy});
-  }
+  if (incx * incy != 1) return dot_complex_strided<kConjugate>(n, x, incx, y, incy);
   const R *from_x = reinterpret_cast<const R*>(x), *from_y = reinterpret_cast<const R*>(y);
 #ifdef __SSSE3__
   if (misalignment(x) == 0 && misalignment(y) == 0) {

@@ -36,17 +36,22 @@ struct contiguous_dot {
   }
 };
 
-/// The sum over `peeled` products, which are taken already, and `left` elements from the streams' positions.
-template <class R, class X, class Y>
-inline R dot_streams(core_int left, X x, Y y, const R* product, core_int peeled) {
+/// The lanes of a, then those of b, neighbours first.
+inline double tree_sum_of(__m128d a, __m128d b) {
+  const __m128d pairs = _mm_hadd_pd(a, b);
+  return _mm_cvtsd_f64(_mm_hadd_pd(pairs, pairs));
+}
+inline float tree_sum_of(__m128 a, __m128 b) {
+  const __m128 pairs = _mm_hadd_ps(a, b), halves = _mm_hadd_ps(pairs, pairs);
+  return _mm_cvtss_f32(_mm_hadd_ps(halves, halves));
+}
+
+/// The sum of the dot's accumulators, `peeled` lanes rotated, and of the `left` elements from its streams'
+/// positions.
+template <class R, class Dot>
+[[gnu::noinline]] R sum_with_rest(const Dot& dot, core_int left, core_int peeled) {
   constexpr int kLanes = lanes<R>::kCount, kClasses = 2 * kLanes;
-  // Cleared by registers: g++ would call for clearing memory, which costs more than a short product.
   R sum[kClasses], by_class[kClasses];
-  lanes<R>::storeu(sum, lanes<R>::zero());
-  lanes<R>::storeu(sum + kLanes, lanes<R>::zero());
-  for (core_int i = 0; i < peeled; ++i) sum[kClasses - peeled + i] = product[i];
-  contiguous_dot<R, X, Y> dot{x, y, lanes<R>::loadu(sum), lanes<R>::loadu(sum + kLanes)};
-  left = run_tiers<16, 8, 4, 2, 1>(dot, left, kLanes, X::kKeepBack);
   lanes<R>::storeu(sum, dot.a);
   lanes<R>::storeu(sum + kLanes, dot.b);
   const core_int lane = dot.next_is_b ? kLanes : 0;
@@ -57,8 +62,22 @@ inline R dot_streams(core_int left, X x, Y y, const R* product, core_int peeled)
   return tree_sum<kClasses>(by_class);
 }
 
+/// The sum over `peeled` products, which are taken already, and `left` elements from the streams' positions.
+template <class R, class X, class Y>
+inline R dot_streams(core_int left, X x, Y y, const R* product, core_int peeled) {
+  constexpr int kLanes = lanes<R>::kCount, kClasses = 2 * kLanes;
+  // Cleared by registers: g++ would call for clearing memory, which costs more than a short product.
+  R sum[kClasses];
+  lanes<R>::storeu(sum, lanes<R>::zero());
+  lanes<R>::storeu(sum + kLanes, lanes<R>::zero());
+  for (core_int i = 0; i < peeled; ++i) sum[kClasses - peeled + i] = product[i];
+  contiguous_dot<R, X, Y> dot{x, y, lanes<R>::loadu(sum), lanes<R>::loadu(sum + kLanes)};
+  left = run_tiers<16, 8, 4, 2, 1>(dot, left, kLanes, X::kKeepBack);
+  return sum_with_rest<R>(dot, left, peeled);
+}
+
 template <class R>
-inline R dot_contiguous(core_int n, const R* x, const R* y) {
+[[gnu::noinline]] R dot_misaligned(core_int n, const R* x, const R* y) {
   constexpr int kLanes = lanes<R>::kCount;
   if (misalignment(x) == 0) {
     const R* aligned = x;
@@ -75,6 +94,17 @@ inline R dot_contiguous(core_int n, const R* x, const R* y) {
     result = dot_streams<R>(n - peeled, stream, aligned_stream<R>{y + peeled}, product, peeled);
   });
   return result;
+}
+
+// Aligned vectors go without a call and without memory for the accumulators: a short product takes little
+// longer than that.
+template <class R>
+inline R dot_contiguous(core_int n, const R* x, const R* y) {
+  if ((misalignment(x) | misalignment(y)) != 0) return dot_misaligned(n, x, y);
+  contiguous_dot<R, aligned_stream<R>, aligned_stream<R>> dot{{y}, {x}, lanes<R>::zero(), lanes<R>::zero()};
+  const core_int left = run_tiers<16, 8, 4, 2, 1>(dot, n, lanes<R>::kCount, 0);
+  if (left == 0) return tree_sum_of(dot.a, dot.b);
+  return sum_with_rest<R>(dot, left, 0);
 }
 
 template <class R>

@@ -22,7 +22,7 @@ struct strided_dot {
 };
 
 template <class R>
-inline R dot_strided(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
+[[gnu::noinline]] R dot_strided(core_int n, const R* x, core_int incx, const R* y, core_int incy) {
   constexpr int kLanes = lanes<R>::kCount;
   strided_dot<R> dot{{first_element(x, n, incx), incx}, {first_element(y, n, incy), incy}, lanes<R>::zero()};
   const core_int left = run_tiers<2, 1>(dot, n, kLanes, 0);

@@ -172,53 +172,45 @@ struct search {
     settle_in_register(found);
   }
 
-  /// A vector of some registers, the last one overlapping the one before, in one go: the extreme, then its
-  /// place. False, with nothing changed, if there is a NaN.
+  /// A vector of some registers, by groups of them, the last group overlapping the one before, in one go: the
+  /// extreme, then its place. False, with nothing changed, if there is a NaN.
   bool take_whole(core_int n) {
-    const core_int last = n - kWidth;
+    const core_int last = n - kExtremes * kWidth;
     reg extreme[kExtremes];
 #pragma GCC unroll 4
     for (int k = 0; k < kExtremes; ++k) extreme[k] = magnitudes(x + k * kWidth);
     reg nan = W::either(W::unordered(extreme[0], extreme[1]), W::unordered(extreme[2], extreme[3]));
-    core_int i = kExtremes * kWidth;
-    for (; i <= last - (kExtremes - 1) * kWidth; i += kExtremes * kWidth) {
+    for (core_int i = kExtremes * kWidth; i < n; i += kExtremes * kWidth) {
+      const T* at = x + (i < last ? i : last);
       reg v[kExtremes];
 #pragma GCC unroll 4
       for (int k = 0; k < kExtremes; ++k) {
-        v[k] = magnitudes(x + i + k * kWidth);
+        v[k] = magnitudes(at + k * kWidth);
         extreme[k] = Rule::template better<W>(extreme[k], v[k]);
       }
       nan = W::either(nan, W::either(W::unordered(v[0], v[1]), W::unordered(v[2], v[3])));
-    }
-    for (; i < n; i += kWidth) {
-      const reg v = magnitudes(x + (i < last ? i : last));
-      nan = W::either(nan, W::unordered(v, v));
-      extreme[0] = Rule::template better<W>(extreme[0], v);
     }
     if (any_lane(nan)) return false;
     extreme[0] = Rule::template better<W>(Rule::template better<W>(extreme[0], extreme[1]),
                                           Rule::template better<W>(extreme[2], extreme[3]));
     best = W::low_lane(in_all_lanes<kWidth / 2>(extreme[0]));
-    for (i = 0; i + kExtremes * kWidth <= n && !in_any(i); i += kExtremes * kWidth) {}
-    int found = 0;
-    for (; found == 0; i += kWidth) {
-      index = i < last ? i : last;
-      found = places(index);
-    }
+    core_int i = 0;
+    while (i < last && !in_any(i)) i += kExtremes * kWidth;
+    index = i < last ? i : last;
+    int found = places(index);
+    while (found == 0) found = places(index += kWidth);
     settle_in_register(found);
     return true;
   }
 };
 
 /// Negative if there was a NaN: the result then owes nothing to what stands before. Out of line, since native
-/// levels have two kernels over it.
+/// levels have two kernels over it; so are the steps of long vectors, whose registers short ones need not
+/// save.
 template <class Rule, class T>
-[[gnu::noinline]] core_int extreme_of_slice(core_int n, const T* x, core_int inc) {
+[[gnu::noinline]] core_int extreme_of_long_slice(core_int n, const T* x, core_int inc) {
   search<Rule, T> found{x, inc};
-  constexpr core_int kWidth = search<Rule, T>::kWidth;
-  if (inc == 1 && n >= 4 * kWidth && n < 64 * kWidth && found.take_whole(n)) {
-    // no NaN
-  } else if (inc == 1) {
+  if (inc == 1) {
     core_int i = found.template take_blocks<32>(0, n);
     i = found.template take_blocks<8>(i, n);
     i = found.template take_blocks<2>(i, n);
@@ -229,6 +221,15 @@ template <class Rule, class T>
     found.walk(1, n);
   }
   return found.nan_seen ? -found.index - 1 : found.index + 1;
+}
+template <class Rule, class T>
+[[gnu::noinline]] core_int extreme_of_slice(core_int n, const T* x, core_int inc) {
+  constexpr int kWidth = search<Rule, T>::kWidth;
+  if (inc == 1 && n >= 4 * kWidth && n < 64 * kWidth) {
+    search<Rule, T> found{x, inc};
+    if (found.take_whole(n)) return found.index + 1;
+  }
+  return extreme_of_long_slice<Rule>(n, x, inc);
 }
 template <class Rule, class T>
 inline core_int extreme_index(core_int n, const T* x, core_int inc) {

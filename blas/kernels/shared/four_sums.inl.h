@@ -16,6 +16,7 @@ struct four_sums {
   typename L::reg sum[4];
 
   four_sums(const R* peeled, core_int count) : sum{L::zero(), L::zero(), L::zero(), L::zero()} {
+    if (count == 0) return;
     R start[L::kCount] = {};
     for (core_int i = 0; i < count; ++i) start[i] = peeled[i];
     sum[0] = L::loadu(start);
@@ -26,9 +27,12 @@ struct four_sums {
   template <class Term>
   R total(core_int left, Term term) {
     R lane[L::kCount];
-    L::storeu(lane, sum[0]);
-    for (core_int i = 0; i < left; ++i) lane[i % 2] += term(i);
-    L::storeu(lane, L::add(L::add(L::loadu(lane), sum[1]), L::add(sum[2], sum[3])));
+    if (left != 0) {
+      L::storeu(lane, sum[0]);
+      for (core_int i = 0; i < left; ++i) lane[i % 2] += term(i);
+      sum[0] = L::loadu(lane);
+    }
+    L::storeu(lane, L::add(L::add(sum[0], sum[1]), L::add(sum[2], sum[3])));
     return tree_sum<L::kCount>(lane);
   }
 };

@@ -23,9 +23,12 @@ struct lanes<double> {
   static void storeu(double* p, reg v) { _mm_storeu_pd(p, v); }
   static reg add(reg a, reg b) { return _mm_add_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm_mul_pd(a, b); }
-  static reg magnitude(reg v) { return _mm_andnot_pd(_mm_set1_pd(-0.0), v); }
-  /// Real and imaginary parts exchanged.
-  static reg exchanged(reg v) { return _mm_shuffle_pd(v, v, 1); }
+  /// All bits but the sign's: `and` leaves its constant where it is, `andnot` overwrites it.
+  static reg magnitude(reg v) { return _mm_and_pd(v, _mm_castsi128_pd(_mm_set1_epi64x(INT64_MAX))); }
+  /// Real and imaginary parts exchanged; an integer shuffle needs no copy of v before it.
+  static reg exchanged(reg v) {
+    return _mm_castsi128_pd(_mm_shuffle_epi32(_mm_castpd_si128(v), _MM_SHUFFLE(1, 0, 3, 2)));
+  }
   /// (-v, v) in every pair of lanes.
   static reg opposite(double v) { return _mm_set_pd(v, -v); }
   /// |re| + |im| of the two complex numbers in a and b.
@@ -54,8 +57,10 @@ struct lanes<float> {
   static void storeu(float* p, reg v) { _mm_storeu_ps(p, v); }
   static reg add(reg a, reg b) { return _mm_add_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm_mul_ps(a, b); }
-  static reg magnitude(reg v) { return _mm_andnot_ps(_mm_set1_ps(-0.0F), v); }
-  static reg exchanged(reg v) { return _mm_shuffle_ps(v, v, _MM_SHUFFLE(2, 3, 0, 1)); }
+  static reg magnitude(reg v) { return _mm_and_ps(v, _mm_castsi128_ps(_mm_set1_epi32(INT32_MAX))); }
+  static reg exchanged(reg v) {
+    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(2, 3, 0, 1)));
+  }
   static reg opposite(float v) { return _mm_set_ps(v, -v, v, -v); }
   static reg pair_sums(reg a, reg b) {
     return _mm_add_ps(_mm_shuffle_ps(a, b, _MM_SHUFFLE(2, 0, 2, 0)),
