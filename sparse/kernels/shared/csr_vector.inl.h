@@ -49,20 +49,19 @@ template <class E>
 // Below, the start and the end of four sums cost more than they save.
 constexpr core_int kLongRow = 10;
 
-/// Asks for what the next rows will read: processors follow many short streams late.
-template <class T>
+/// Asks for what the next rows will read: processors follow many short streams late. kStep is 1 or -1, the way
+/// that the walk goes.
+template <int kStep, class T>
 [[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns) {
-  constexpr uintptr_t kAhead = 2048;
-  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(a) + kAhead), _MM_HINT_T0);
-  _mm_prefetch(
-      reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(columns) + kAhead * sizeof(int) / sizeof(T)),
-      _MM_HINT_T0);
+  constexpr intptr_t kAhead = kStep * 2048, kColumnsAhead = kAhead / intptr_t{sizeof(T) / sizeof(int)};
+  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(a) + kAhead), _MM_HINT_T0);
+  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(columns) + kColumnsAhead), _MM_HINT_T0);
 }
 /// The same for a whole row.
-template <class T>
+template <int kStep = 1, class T>
 [[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns, core_int count) {
   constexpr core_int kPerLine = 64 / sizeof(T);
-  for (core_int p = 0; p < count; p += kPerLine) ask_ahead(a + p, columns + p);
+  for (core_int p = 0; p < count; p += kPerLine) ask_ahead<kStep>(a + p, columns + p);
 }
 
 constexpr bool is_unit(csr_part part) {
@@ -361,7 +360,7 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
     T sum{};
     core_int p = begin[i];
     const core_int last = end[i];
-    if constexpr (kStreams) ask_ahead(r.a + p, r.columns + p, last - p);
+    if constexpr (kStreams) ask_ahead<kIsLower ? 1 : -1>(r.a + p, r.columns + p, last - p);
     if constexpr (!kFar) {
       if (last - p >= kLongMirroredRow) [[unlikely]] {
         T start;
