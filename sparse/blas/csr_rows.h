@@ -96,25 +96,31 @@ inline void starts_from_counts(core_int m, int* ic) {
   if (i < m) ic[i + 1] += ic[i];
 }
 
-/// Builds rows of a sparse result out of multiples of other rows: the sums of a row stand by column, a bit
-/// says which columns it has. Each finished row is sorted by column.
+/// Builds rows of a sparse result out of multiples of other rows: the sums of a row stand by column, a mark
+/// by column names the last row that has it. Marks need no clearing, and none waits for its neighbour's, as
+/// bits of one word would. Each finished row is sorted by column.
 template <class T>
 class row_builder {
  public:
   /// Up to limit entries fit at jc and values. Only for counting if jc is null.
   row_builder(core_int columns, int* jc, T* values, core_int limit)
-      : has_((columns >> 6) + 1),
+      : marks_(std::max<core_int>(columns, 1)),
+        places_(jc != nullptr ? (columns >> 6) + 1 : 1),
         sums_(jc != nullptr ? std::max<core_int>(columns, 1) : 1),
-        list_(jc != nullptr ? 1 : std::max<core_int>(columns, 1)),
-        jc_(jc != nullptr ? jc : list_.get()),
+        jc_(jc),
         values_(values),
         limit_(limit) {
-    if (there()) std::fill_n(has_.get(), (columns >> 6) + 1, 0);
+    if (!there()) return;
+    std::fill_n(marks_.get(), columns, 0);
+    if (jc != nullptr) std::fill_n(places_.get(), (columns >> 6) + 1, 0);
   }
-  bool there() const { return has_.get() != nullptr && sums_.get() != nullptr && list_.get() != nullptr; }
+  bool there() const { return marks_.get() != nullptr && places_.get() != nullptr && sums_.get() != nullptr; }
 
   /// The next row begins at entry position, from 0.
-  void begin(core_int position) { start_ = end_ = position; }
+  void begin(core_int position) {
+    start_ = end_ = position;
+    ++row_;
+  }
   /// Adds to a column, from 1; false if there is no room for one more entry.
   bool add(int column, T value) {
     T& sum = sums_.get()[column - 1];
@@ -135,48 +141,40 @@ class row_builder {
   }
 
   /// Counting: notes a column of the row.
-  void note(int column) {
-    if (!had(column)) jc_[end_++] = column;
-  }
+  void note(int column) { end_ += !had(column); }
   /// Ends a counted row; returns the number of its columns.
-  core_int finish_count() {
-    for (core_int p = 0; p < end_; ++p) has_.get()[(jc_[p] - 1) >> 6] = 0;
-    return end_;
-  }
+  core_int finish_count() const { return end_; }
 
  private:
   /// Whether the row has the column already; it has it from now on.
-  bool had(int column) {
-    uint64_t& word = has_.get()[(column - 1) >> 6];
-    const uint64_t bit = uint64_t{1} << ((column - 1) & 63);
-    const bool before = (word & bit) != 0;
-    word |= bit;
-    return before;
-  }
-  /// Sorts the row's columns and clears their bits: reads them off the bits unless those lie too far apart.
+  bool had(int column) { return std::exchange(marks_.get()[column - 1], row_) == row_; }
+  /// Sorts the row's columns: by way of a bit for each, unless those lie too far apart.
   void sort_columns() {
     constexpr core_int kWordsPerEntry = 4;
     if (start_ == end_) return;
     const auto [least, greatest] = std::minmax_element(jc_ + start_, jc_ + end_);
     const core_int first = (*least - 1) >> 6, last = (*greatest - 1) >> 6;
     if (last - first > kWordsPerEntry * (end_ - start_)) {
-      for (core_int p = start_; p < end_; ++p) has_.get()[(jc_[p] - 1) >> 6] = 0;
       std::sort(jc_ + start_, jc_ + end_);
       return;
     }
+    for (core_int p = start_; p < end_; ++p) {
+      places_.get()[(jc_[p] - 1) >> 6] |= uint64_t{1} << ((jc_[p] - 1) & 63);
+    }
     int* next = jc_ + start_;
     for (core_int w = first; w <= last; ++w) {
-      for (uint64_t word = std::exchange(has_.get()[w], 0); word != 0; word &= word - 1)
+      for (uint64_t word = std::exchange(places_.get()[w], 0); word != 0; word &= word - 1)
         *next++ = static_cast<int>(w << 6) + std::countr_zero(word) + 1;
     }
   }
 
-  plain::scratch<uint64_t> has_;
+  plain::scratch<int> marks_;
+  plain::scratch<uint64_t> places_;
   plain::scratch<T> sums_;
-  plain::scratch<int> list_;
   int* jc_;
   T* values_;
   core_int limit_, start_ = 0, end_ = 0;
+  int row_ = 0;
 };
 
 /// No memory for a copy or a marker: reported like a refused copy in the entries; info tells it, too.

@@ -49,13 +49,14 @@ template <class E>
 // Below, the start and the end of four sums cost more than they save.
 constexpr core_int kLongRow = 10;
 
-/// Asks for what the next rows will read: processors follow many short streams late. kStep is 1 or -1, the way
-/// that the walk goes.
+/// Asks for what the next rows will read: processors follow many short streams late. kStep is 1 or -1, the
+/// way that the walk goes.
 template <int kStep, class T>
 [[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns) {
   constexpr intptr_t kAhead = kStep * 2048, kColumnsAhead = kAhead / intptr_t{sizeof(T) / sizeof(int)};
   _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(a) + kAhead), _MM_HINT_T0);
-  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(columns) + kColumnsAhead), _MM_HINT_T0);
+  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(columns) + kColumnsAhead),
+               _MM_HINT_T0);
 }
 /// The same for a whole row.
 template <int kStep = 1, class T>
