@@ -300,8 +300,7 @@ struct mirrored_row {
   const int* columns;
   const T *a, *x;
   T* y;
-  core_int row;
-  T factor;  ///< alpha x[row]
+  T factor;  ///< alpha x of the row
 };
 
 /// One entry: into the row's sum and into the mirrored row.
@@ -322,8 +321,9 @@ constexpr bool kTwoSums = false;  // these levels add in order
 /// Entries of a long row four at a time, as far as all four lie inside the triangle. Returns how many. A
 /// function of its own, so that short rows have the registers.
 template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
-[[gnu::noinline]] core_int long_row(const mirrored_row<T> r, core_int p, core_int last, T* sum) {
-  const auto inside = [&r](core_int j) -> int { return kIsLower ? j < r.row : j > r.row; };
+[[gnu::noinline]] core_int long_row(const mirrored_row<T> r, core_int row, core_int p, core_int last,
+                                    T* sum) {
+  const auto inside = [row](core_int j) -> int { return kIsLower ? j < row : j > row; };
   const core_int first = p;
   T even{}, other{};
   T& odd = kTwoSums ? other : even;
@@ -350,13 +350,11 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
   const int *const begin = rebased(rows->begin, base), *const end = rebased(rows->end, base);
   const bool overwrites = rows->overwrites;
   const T scale = *alpha;
-  mirrored_row<T> r{
-      rebased(rows->columns, base), rebased(a, base), rebased(x, base), rebased(y, base), 0, {}};
+  mirrored_row<T> r{rebased(rows->columns, base), rebased(a, base), rebased(x, base), rebased(y, base), {}};
   // Rows go away from the triangle: each is met before any other one adds to it, so its first value is its
   // own.
   core_int i = kIsLower ? slice_first : slice_last - 1;
   for (core_int left = slice_last - slice_first; left > 0; --left, i += kIsLower ? 1 : -1) {
-    r.row = i;
     r.factor = times(scale, r.x[i]);
     T sum{};
     core_int p = begin[i];
@@ -365,7 +363,7 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
     if constexpr (!kFar) {
       if (last - p >= kLongMirroredRow) [[unlikely]] {
         T start;
-        p += long_row<kMirror, kIsLower, kConjugate>(r, p, last, &start);
+        p += long_row<kMirror, kIsLower, kConjugate>(r, i, p, last, &start);
         sum = start;
       }
     }
