@@ -20,6 +20,8 @@ constexpr core_int kNativeBytesPerThread = 256 * 1024;
 constexpr core_int kNativeRows = 16, kNativeColumns = 8;
 /// Elements of a solution between two meetings of the threads.
 constexpr core_int kSolutionBlock = 128;
+/// A column of a triangle whose solution is shared has so many bytes at least.
+constexpr core_int kSolutionColumnBytes = 8192;
 
 int native_threads(core_int elements, int element_bytes, int threads) {
   const core_int paying = elements * element_bytes / kNativeBytesPerThread;
@@ -125,9 +127,10 @@ solution_plan choose_solution_threads(core_int n, int element_bytes, const level
   if (n < kSmallestForkingTrmv) return {1, n, "small matrix"};
   if (!is_native(facts.level)) return {1, n, "no threads on this processor level"};
   if (facts.threads < 2) return {1, n, "one thread in the domain"};
-  // Threads meet at every block, and one of them solves while the others reduce.
+  // Threads meet at every block, and one of them solves while the others reduce: what a block's columns take
+  // must be long beside that.
   const int threads = native_threads(n * n / 6, element_bytes, facts.threads);
-  if (threads < 2) return {1, n, "too little work to share"};
+  if (threads < 2 || n * element_bytes < kSolutionColumnBytes) return {1, n, "too little work to share"};
   return {threads, kSolutionBlock, "blocks"};
 }
 

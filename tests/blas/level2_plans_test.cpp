@@ -278,8 +278,12 @@ TEST(TrianglePlan, PartsCoverEverythingOnceAndAreAlike) {
 
 TEST(SolutionPlan, BlocksAndShares) {
   EXPECT_EQ(1, choose_solution_threads(100, kDouble, {5, 8}).threads);
-  EXPECT_EQ(1, choose_solution_threads(620, kDouble, {5, 8}).threads);
-  EXPECT_EQ(2, choose_solution_threads(630, kDouble, {5, 8}).threads);
+  EXPECT_EQ(1, choose_solution_threads(1023, kDouble, {5, 8}).threads);
+  EXPECT_EQ(5, choose_solution_threads(1024, kDouble, {5, 8}).threads);
+  EXPECT_EQ(1, choose_solution_threads(2047, sizeof(float), {5, 2}).threads);
+  EXPECT_EQ(2, choose_solution_threads(2048, sizeof(float), {5, 2}).threads);
+  EXPECT_EQ(1, choose_solution_threads(511, 2 * kDouble, {5, 2}).threads);
+  EXPECT_EQ(2, choose_solution_threads(512, 2 * kDouble, {5, 2}).threads);
   EXPECT_EQ(1, choose_solution_threads(4000, kDouble, {5, 1}).threads);
   for (const int level : {0, 1, 2, 3, 4})
     EXPECT_EQ(1, choose_solution_threads(4000, kDouble, {level, 8}).threads);
