@@ -30,12 +30,41 @@ inline panel<const T, T> outside_panel(const stored_triangle<const T>& a, core_i
   return outside_panel(a, j0, j1, [](core_int) { return real_element<T>(1); });
 }
 
+/// Sums of the rows of columns j0 .. j1 - 1 off the panel's diagonal block with x.
+template <bool kConjugate, class T>
+inline void sum_outside(const stored_triangle<const T>& a, core_int j0, core_int j1, vector_view<T> x,
+                        T* total) {
+  if (j1 - j0 < a.n) return sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, total);
+  for (core_int k = 0; k < a.n; ++k) total[k] = real_element<T>(0);
+}
+/// Adds the columns' multiples to the same rows of x.
+template <class T, class Factor>
+inline void add_outside(const stored_triangle<const T>& a, core_int j0, core_int j1, vector_view<T> x,
+                        Factor factor) {
+  if (j1 - j0 == a.n) return;
+  const auto p = outside_panel(a, j0, j1, factor);
+  if (p.count > 0) add_panel(p, x);
+}
+
+/// A panel's columns times their factors. Complex ones are called: their loop needs all registers.
+template <class T>
+[[gnu::noinline]] void call_to_add_block(core_int rows, core_int row, const T* const* column, const T* factor,
+                                         T* y) {
+  add_columns<kBlock<T>>(rows, row, column, factor, y);
+}
+template <class T>
+[[gnu::always_inline]] inline void add_block(row_range rows, const T* const* column, const T* factor, T* x) {
+  const core_int count = rows.last - rows.first;
+  if constexpr (kIsComplex<T>) return call_to_add_block(count, rows.first, column, factor, x + rows.first);
+  add_columns<kBlock<T>>(count, rows.first, column, factor, x + rows.first);
+}
+
 /// The usual case without the general one's bookkeeping: a whole panel of a full or packed triangle, x
 /// contiguous. Calls work(block, columns, rows), where rows are those of the panel off its diagonal block;
 /// false if the case is another one, or work said so without having changed x.
 template <class T, class Work>
-inline bool on_usual_panel(const stored_triangle<const T>& a, core_int j0, core_int j1, vector_view<T> x,
-                           Work work) {
+[[gnu::always_inline]] inline bool on_usual_panel(const stored_triangle<const T>& a, core_int j0, core_int j1,
+                                                  vector_view<T> x, Work work) {
   if (j1 - j0 < kBlock<T> || a.k < a.n || x.inc != 1) return false;
   const T* column[kBlock<T>];
 #pragma GCC unroll 8
@@ -58,13 +87,12 @@ inline void multiply(const stored_triangle<const T>& a, bool unit, vector_view<T
   for_panels(0, a.n, panel_width(a, kBlock<T>), a.upper, [&](core_int j0, core_int j1) {
     const auto usual = [&](auto& block, const T* const* column, row_range rows) {
       if (block.has_zero()) return false;
-      add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, block.x, x.at + rows.first);
+      add_block(rows, column, block.x, x.at);
       block.multiply(unit);
       return true;
     };
     if (on_usual_panel(a, j0, j1, x, usual)) return;
-    const auto p = outside_panel(a, j0, j1, [&](core_int j) { return x.get(j); });
-    if (p.count > 0) add_panel(p, x);
+    add_outside(a, j0, j1, x, [&](core_int j) { return x.get(j); });
     for_columns(j0, j1, a.upper, [&](core_int j) {
       const T factor = x.get(j);
       if (equals_real(factor, 0)) return;
@@ -88,7 +116,7 @@ inline void multiply_transposed(const stored_triangle<const T>& a, bool unit, ve
       return true;
     };
     if (on_usual_panel(a, j0, j1, x, usual)) return;
-    sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, outside);
+    sum_outside<kConjugate>(a, j0, j1, x, outside);
     for_columns(j0, j1, !a.upper, [&](core_int j) {
       const T* column = column_of(a, j);
       T sum = x.get(j);
@@ -112,7 +140,7 @@ inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x
       if (!done) return true;
       T factor[kBlock<T>];
       for (int k = 0; k < kBlock<T>; ++k) factor[k] = negative(block.x[k]);
-      add_columns<kBlock<T>>(rows.last - rows.first, rows.first, column, factor, x.at + rows.first);
+      add_block(rows, column, factor, x.at);
       return true;
     };
     if (!on_usual_panel(a, j0, j1, x, usual)) {
@@ -128,9 +156,7 @@ inline void solve(const stored_triangle<const T>& a, bool unit, vector_view<T> x
         }
       });
     }
-    if (done) return;
-    const auto p = outside_panel(a, j0, j1, [&](core_int j) { return negative(x.get(j)); });
-    if (p.count > 0) add_panel(p, x);
+    if (!done) add_outside(a, j0, j1, x, [&](core_int j) { return negative(x.get(j)); });
   });
 }
 
@@ -144,7 +170,7 @@ inline void solve_transposed(const stored_triangle<const T>& a, bool unit, vecto
       return true;
     };
     if (on_usual_panel(a, j0, j1, x, usual)) return;
-    sum_panel<kConjugate>(outside_panel(a, j0, j1), {x.at, x.inc}, outside);
+    sum_outside<kConjugate>(a, j0, j1, x, outside);
     for_columns(j0, j1, a.upper, [&](core_int j) {
       const T* column = column_of(a, j);
       T rest = sum_of(x.get(j), negative(outside[j - j0]));
@@ -158,14 +184,18 @@ inline void solve_transposed(const stored_triangle<const T>& a, bool unit, vecto
   });
 }
 
+template <class T, class Work>
+[[gnu::noinline]] void with_copied_vector(core_int n, vector_view<T> x, const Work& work) {
+  stretch_of<T> near;
+  work(vector_view<T>{near.open(x, 0, n), 1});
+  near.close(x, 0, n);
+}
 /// Calls work with x as a view: contiguous, by way of the stack, if that has room for it.
 template <class T, class Work>
-inline void with_near_vector(core_int n, T* x, core_int incx, Work work) {
+[[gnu::always_inline]] inline void with_near_vector(core_int n, T* x, core_int incx, const Work& work) {
   const auto view = view_of(x, n, incx);
   if (view.inc == 1 || n > kStretch<T>) return work(view);
-  stretch_of<T> near;
-  work(vector_view<T>{near.open(view, 0, n), 1});
-  near.close(view, 0, n);
+  with_copied_vector(n, view, work);
 }
 
 template <class T>
