@@ -11,8 +11,8 @@ namespace {
 template <class T>
 void gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a, core_int lda,
           const T* b, core_int ldb, T beta, T* c, core_int ldc) {
-  if (native::native_level3()) {
-    return native::gemm(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
+  if (const auto* const kernels = native::native_kernels<T>()) {
+    return native::gemm(*kernels, transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
   }
   gemm_driver<T>({op_of<T>(transa), op_of<T>(transb), m, n, k, alpha, a, lda, b, ldb, beta, c, ldc});
 }

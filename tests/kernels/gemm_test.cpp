@@ -106,10 +106,11 @@ std::string text(A... parts) {
 // To the bit, real types: one sum per element and depth block, from zero, then into C.
 template <class R>
 void check_order(gemm_path path) {
-  const core_int m = 37, n = 29, k = 300;  // whole panels, and two depth blocks of different length
+  const core_int m = 85, n = 29,
+                 k = 300;  // blocks of many tiles and of few; depth blocks of different length
   problem<R> p(m, n, k, 'N', 'T', 3, R{-0.75F}, R{1});
   gemm_blocks blocks = gemm_widths(path, element_of<R>);
-  blocks.mc = 16;
+  blocks.mc = 64;
   blocks.nc = 16;
   blocks.kc = 152;
   const core_int main_rows = rounded_down(m, blocks.mr);

@@ -31,10 +31,11 @@ void make_strip(core_int columns, core_int depth, core_int padded, const T* b, c
 template <class T, int kReals, core_int kDepth>
 inline void strip_tiles(core_int rows, core_int depth, const T* a, core_int a_stride, const T* strip, T* c,
                         core_int ldc) {
+  using R = typename parts<T>::real;
   using Tile = broadcast_tile<T, 1, kReals>;
   for (core_int i = 0; i < rows; i += Tile::kRows, a += a_stride) {
     Tile tile;
-    tile.run(kDepth > 0 ? kDepth : depth, reals(a), strip_numbers<T, kReals>{reals(strip)});
+    tile.run(kDepth > 0 ? kDepth : depth, reals(a), spread_numbers<R, kReals>{reals(strip)});
     put_tile<false, true>(tile, Tile::kRows, Tile::kColumns, c + i, ldc, add_to_c{});
   }
 }

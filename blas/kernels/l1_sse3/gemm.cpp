@@ -22,18 +22,39 @@ inline void row_of_tiles(core_int rows, core_int columns, core_int depth, const 
   }
 }
 
+/// SSE3 loads one double into all lanes. With floats that takes a shuffle, so where many tiles follow, B's
+/// numbers are spread once for all.
+inline constexpr core_int kFewTiles = 2;
+
+template <class T, bool kWhole, class B, class How>
+inline void panel_of_tiles(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                           const B& b, T* c, core_int ldc, const How& how) {
+  using R = typename parts<T>::real;
+  if constexpr (sizeof(R) == 4) {
+    if (rows > kFewTiles * tile_of<T>::kRows && depth <= kSse3Depth) {
+      alignas(64) R registers[kSse3Depth * 4 * lane_set<R>::kCount];
+      spread<4>(depth, b, registers);
+      row_of_tiles<T, kWhole>(rows, columns, depth, a, a_stride, spread_numbers<R, 4>{registers}, c, ldc,
+                              how);
+      return;
+    }
+  }
+  row_of_tiles<T, kWhole>(rows, columns, depth, a, a_stride, b, c, ldc, how);
+}
+
 template <class T, bool kPacked, bool kWhole, class How>
 inline void all_tiles(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
                       const T* b, core_int b_stride, T* c, core_int ldc, const How& how) {
+  using packed = packed_numbers<typename parts<T>::real>;
   constexpr core_int kColumns = tile_of<T>::kColumns;
   for (core_int j = 0; j < columns;
        j += kColumns, c += kColumns * ldc, b += kPacked ? b_stride : kColumns * b_stride) {
     const core_int here = least(kColumns, columns - j);
     if constexpr (kPacked) {
-      row_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, packed_numbers<T, 4>{reals(b)}, c, ldc, how);
+      panel_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, packed{reals(b)}, c, ldc, how);
     } else {
-      row_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, column_numbers<T, 4>(b, b_stride, here), c, ldc,
-                              how);
+      panel_of_tiles<T, kWhole>(rows, here, depth, a, a_stride, column_numbers<T, 4>(b, b_stride, here), c,
+                                ldc, how);
     }
   }
 }

@@ -6,12 +6,11 @@
 
 namespace qel::QEL_LEVEL {
 
-constinit const gemm_kernels<float> sgemm_panels = panel_kernels<float, broadcast_tile<float, 2, 4>, true>();
-constinit const gemm_kernels<double> dgemm_panels =
-    panel_kernels<double, broadcast_tile<double, 2, 4>, true>();
+constinit const gemm_kernels<float> sgemm_panels = panel_kernels<float, broadcast_tile<float, 2, 4>>();
+constinit const gemm_kernels<double> dgemm_panels = panel_kernels<double, broadcast_tile<double, 2, 4>>();
 constinit const gemm_kernels<complex8> cgemm_panels =
-    panel_kernels<complex8, broadcast_tile<complex8, 2, 4>, true>();
+    panel_kernels<complex8, broadcast_tile<complex8, 2, 4>>();
 constinit const gemm_kernels<complex16> zgemm_panels =
-    panel_kernels<complex16, broadcast_tile<complex16, 2, 4>, true>();
+    panel_kernels<complex16, broadcast_tile<complex16, 2, 4>>();
 
 }  // namespace qel::QEL_LEVEL

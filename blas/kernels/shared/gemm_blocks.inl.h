@@ -25,87 +25,86 @@ inline void put_column(const Reg (&column)[kRegisters], core_int rows, T* c, con
   }
 }
 
-template <bool kAligned, bool kWhole, class T, int kA, int kB, class How>
-inline void put_tile(const broadcast_tile<T, kA, kB>& tile, core_int rows, core_int columns, T* c,
-                     core_int ldc, const How& how) {
-  using Tile = broadcast_tile<T, kA, kB>;
+template <bool kAligned, bool kWhole, class Tile, class T, class How>
+inline void put_tile(const Tile& tile, core_int rows, core_int columns, T* c, core_int ldc, const How& how) {
 #pragma GCC unroll 12
   for (int j = 0; j < Tile::kColumns; ++j) {
     if (!kWhole && j >= columns) break;
-    typename Tile::reg column[kA];
+    typename Tile::reg column[Tile::kRegisters];
 #pragma GCC unroll 2
-    for (int r = 0; r < kA; ++r) column[r] = tile.column(j, r);
+    for (int r = 0; r < Tile::kRegisters; ++r) column[r] = tile.column(j, r);
     put_column<kAligned, kWhole>(column, rows, c + j * ldc, how);
   }
 }
 
-#ifndef QEL_LEVEL_l4_avx
-template <bool kAligned, bool kWhole, class T, int kA, int kB, class How>
-inline void put_tile(const shuffle_tile<T, kA, kB>& tile, core_int rows, core_int columns, T* c, core_int ldc,
-                     const How& how) {
-  using Tile = shuffle_tile<T, kA, kB>;
-#pragma GCC unroll 4
-  for (int q = 0; q < kB; ++q) {
-    typename Tile::reg sorted[kA][Tile::kColumnsOfB];
-    tile.columns(q, sorted);
-#pragma GCC unroll 4
-    for (int j = 0; j < Tile::kColumnsOfB; ++j) {
-      const int at = q * Tile::kColumnsOfB + j;
-      if (!kWhole && at >= columns) return;
-      typename Tile::reg column[kA];
-#pragma GCC unroll 2
-      for (int r = 0; r < kA; ++r) column[r] = sorted[r][j];
-      put_column<kAligned, kWhole>(column, rows, c + at * ldc, how);
+/// All rows of A by one panel of B.
+template <class Tile, bool kAligned, class T, class B>
+inline void multiply_panel(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                           const B& b, T* c, core_int ldc) {
+  for (core_int i = 0; i < rows; i += Tile::kRows, a += a_stride) {
+    for (core_int j = 0; j < columns; ++j)
+      _mm_prefetch(reinterpret_cast<const char*>(c + i + j * ldc) + 16, _MM_HINT_T0);
+    Tile tile;
+    tile.run(depth, reals(a), b);
+    if (columns == Tile::kColumns) {
+      put_tile<kAligned, true>(tile, Tile::kRows, columns, c + i, ldc, add_to_c{});
+    } else {
+      put_tile<kAligned, false>(tile, Tile::kRows, columns, c + i, ldc, add_to_c{});
     }
   }
 }
 
-/// B's panel for a shuffle_tile.
-template <class T, int kA, int kB>
-inline const typename parts<T>::real* numbers_of(const shuffle_tile<T, kA, kB>&, const T* b) {
-  return reals(b);
+#ifdef QEL_LEVEL_l4_avx
+/// One panel side by side with nothing else, so that it stays in the first cache.
+template <class Tile, bool kAligned, class T>
+inline void multiply_by_panel(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                              const T* b, T* strip, T* c, core_int ldc) {
+  using R = typename parts<T>::real;
+  using L = lane_set<R>;
+  for (core_int l = 0; l < depth * Tile::kColumns * parts<T>::kCount; l += L::kCount)
+    L::store(reals(strip) + l, L::load(reals(b) + l));
+  multiply_panel<Tile, kAligned>(rows, columns, depth, a, a_stride, typename Tile::packed{reals(strip)}, c,
+                                 ldc);
+}
+#else
+inline constexpr core_int kSpreadDepth = 256;  ///< of a panel that is spread before it is used
+inline constexpr core_int kSpreadTiles = 8;    ///< which pays from so many tiles on
+
+template <class Tile, bool kAligned, class T>
+inline void multiply_by_panel(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
+                              const T* b, T*, T* c, core_int ldc) {
+  using R = typename parts<T>::real;
+  const typename Tile::packed numbers{reals(b)};
+  if constexpr (Tile::kSpreads) {
+    if (depth <= kSpreadDepth && rows >= kSpreadTiles * Tile::kRows) {
+      alignas(64) R registers[kSpreadDepth * 4 * lane_set<R>::kCount];
+      spread<4>(depth, numbers, registers);
+      multiply_panel<Tile, kAligned>(rows, columns, depth, a, a_stride, spread_numbers<R, 4>{registers}, c,
+                                     ldc);
+      return;
+    }
+  }
+  multiply_panel<Tile, kAligned>(rows, columns, depth, a, a_stride, numbers, c, ldc);
 }
 #endif
-template <class T, int kA, int kB>
-inline packed_numbers<T, kB> numbers_of(const broadcast_tile<T, kA, kB>&, const T* b) {
-  return {reals(b)};
-}
 
-template <class T, class Tile, bool kAligned, bool kCopyStrip>
+template <class T, class Tile, bool kAligned>
 void multiply_block(core_int rows, core_int columns, core_int depth, const T* a, core_int a_stride,
-                    const T* b, core_int b_stride, [[maybe_unused]] T* strip, T* c, core_int ldc) {
+                    const T* b, core_int b_stride, T* strip, T* c, core_int ldc) {
   for (core_int j = 0; j < columns; j += Tile::kColumns, b += b_stride, c += Tile::kColumns * ldc) {
-    const core_int here = least(Tile::kColumns, columns - j);
-    const T* panel_b = b;
-    if constexpr (kCopyStrip) {
-      // One panel side by side with nothing else, so that it stays in the first cache.
-      for (core_int l = 0; l < depth * Tile::kColumns; ++l) strip[l] = b[l];
-      panel_b = strip;
-    }
-    const T* panel_a = a;
-    for (core_int i = 0; i < rows; i += Tile::kRows, panel_a += a_stride) {
-      for (core_int q = 0; q < here; ++q)
-        _mm_prefetch(reinterpret_cast<const char*>(c + i + q * ldc) + 16, _MM_HINT_T0);
-      Tile tile;
-      tile.run(depth, reals(panel_a), numbers_of(tile, panel_b));
-      if (here == Tile::kColumns) {
-        put_tile<kAligned, true>(tile, Tile::kRows, here, c + i, ldc, add_to_c{});
-      } else {
-        put_tile<kAligned, false>(tile, Tile::kRows, here, c + i, ldc, add_to_c{});
-      }
-    }
+    multiply_by_panel<Tile, kAligned>(rows, least(Tile::kColumns, columns - j), depth, a, a_stride, b, strip,
+                                      c, ldc);
   }
 }
 
-template <class T, class Tile, bool kCopyStrip>
+template <class T, class Tile>
 constexpr gemm_kernels<T> panel_kernels() {
-  gemm_kernels<T> set{
-      Tile::kRows,
-      Tile::kColumns,
-      static_cast<int>(sizeof(typename Tile::reg)),
-      {},
-      {},
-      {multiply_block<T, Tile, false, kCopyStrip>, multiply_block<T, Tile, true, kCopyStrip>}};
+  gemm_kernels<T> set{Tile::kRows,
+                      Tile::kColumns,
+                      static_cast<int>(sizeof(typename Tile::reg)),
+                      {},
+                      {},
+                      {multiply_block<T, Tile, false>, multiply_block<T, Tile, true>}};
   for (int op = 0; op < kGemmOps; ++op) {
     set.pack_a[op] = kPackRows<T, Tile::kRows>[op];
     set.pack_b[op] = kPackColumns<T, Tile::kColumns>[op];

@@ -47,14 +47,12 @@ template <class R>
 struct lane_set;
 template <>
 struct lane_set<double> : lanes<double> {
-  /// Lane l of the result is lane l ^ kFlip of v. The integer shuffle leaves its source alone, which saves a
-  /// copy.
-  template <int kFlip>
-  static reg flipped(reg v) {
-    static_assert(kFlip < 2);
-    if constexpr (kFlip == 0) return v;
+  /// Neighbouring lanes exchanged. The integer shuffle leaves its source alone, which saves a copy.
+  static reg swapped(reg v) {
     return _mm_castsi128_pd(_mm_shuffle_epi32(_mm_castpd_si128(v), _MM_SHUFFLE(1, 0, 3, 2)));
   }
+  /// As many copies of a pair of numbers as there is room for; here the pair is aligned.
+  static reg pair(const double* p) { return load(p); }
   /// (a - b, a + b) in every pair of lanes.
   static reg crosswise_sum(reg a, reg b) { return _mm_add_pd(a, _mm_xor_pd(b, _mm_set_pd(0.0, -0.0))); }
   /// Every second lane, the imaginary parts, with the other sign.
@@ -62,14 +60,11 @@ struct lane_set<double> : lanes<double> {
 };
 template <>
 struct lane_set<float> : lanes<float> {
-  template <int kFlip>
-  static reg flipped(reg v) {
-    static_assert(kFlip < 4);
-    if constexpr (kFlip == 0) return v;
-    constexpr int kOrder = kFlip == 1   ? _MM_SHUFFLE(2, 3, 0, 1)
-                           : kFlip == 2 ? _MM_SHUFFLE(1, 0, 3, 2)
-                                        : _MM_SHUFFLE(0, 1, 2, 3);
-    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), kOrder));
+  static reg swapped(reg v) {
+    return _mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(v), _MM_SHUFFLE(2, 3, 0, 1)));
+  }
+  static reg pair(const float* p) {
+    return _mm_castpd_ps(_mm_set1_pd(element_at(reinterpret_cast<const double*>(p))));
   }
   static reg crosswise_sum(reg a, reg b) {
     return _mm_add_ps(a, _mm_xor_ps(b, _mm_set_ps(0.0F, -0.0F, 0.0F, -0.0F)));
@@ -77,6 +72,15 @@ struct lane_set<float> : lanes<float> {
   static reg conjugated(reg v) { return _mm_xor_ps(v, _mm_set_ps(-0.0F, 0.0F, -0.0F, 0.0F)); }
 };
 #endif
+
+template <bool kFirst, class A, class B>
+struct one_of_two {
+  using type = A;
+};
+template <class A, class B>
+struct one_of_two<false, A, B> {
+  using type = B;
+};
 
 /// The numbers of an array of elements.
 template <class T>

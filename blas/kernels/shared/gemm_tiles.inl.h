@@ -4,14 +4,14 @@
 // the same depth block. A complex tile runs the loop of a real one over real and imaginary parts and
 // combines: re = sum(ar br) - sum(ai bi), im = sum(ai br) + sum(ar bi).
 //
-// shuffle_tile    A's registers and their permuted copies times registers of B; elements end up scattered
-//                 over the sums and are sorted on the way to C
 // broadcast_tile  A's registers times one number of B in all lanes
+// pair_tile       A's registers times pairs of B, and one of both swapped; elements end up scattered over the
+//                 sums and are sorted on the way to C
 //
 // A tile's columns are handed out as registers of rows: column(j, r) for r < kRegisters.
 #pragma once
 
-#include "blas/kernels/shared/gemm_lanes.inl.h"
+#include "blas/kernels/shared/gemm_numbers.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
@@ -24,232 +24,110 @@ struct add_to_multiple {
   T beta;
 };
 
-/// Keeps g++ from loading a value again instead of copying it.
-template <class Reg>
-[[gnu::always_inline]] inline void hold(Reg& value) {
-  asm volatile("" : "+x"(value));
-}
-// sum += product, in this order. Left alone, g++ finishes one sum over all unrolled steps before the next one
-// and spills the rest (with AVX it is enough to hold the sums at the end of a step), or adds into the
-// product's register and copies it back.
-#ifdef QEL_LEVEL_l4_avx
-template <class Reg>
-[[gnu::always_inline]] inline void accumulate(Reg& sum, Reg product) {
-  sum = sum + product;
-}
-#else
-[[gnu::always_inline]] inline void accumulate(__m128d& sum, __m128d product) {
-  asm volatile("addpd %1, %0" : "+x"(sum) : "x"(product));
-}
-[[gnu::always_inline]] inline void accumulate(__m128& sum, __m128 product) {
-  asm volatile("addps %1, %0" : "+x"(sum) : "x"(product));
-}
-#endif
-
-#ifndef QEL_LEVEL_l4_avx
-// Sums by flip: lane l of sum[x] belongs to lane l ^ x of A and lane l of B. Sorted into columns of C.
-
-inline void sort_columns(double*, const __m128d (&sum)[2], __m128d (&column)[2]) {
-  column[0] = _mm_unpacklo_pd(sum[0], sum[1]);
-  column[1] = _mm_unpackhi_pd(sum[1], sum[0]);
-}
-inline void sort_columns(float*, const __m128 (&sum)[4], __m128 (&column)[4]) {
-  const __m128 low01 = _mm_unpacklo_ps(sum[0], sum[1]), low23 = _mm_unpacklo_ps(sum[2], sum[3]);
-  const __m128 high01 = _mm_unpackhi_ps(sum[0], sum[1]), high23 = _mm_unpackhi_ps(sum[2], sum[3]);
-  column[0] = _mm_movelh_ps(low01, low23);
-  column[1] = _mm_shuffle_ps(low01, low23, _MM_SHUFFLE(2, 3, 2, 3));
-  column[2] = _mm_movelh_ps(high23, high01);
-  column[3] = _mm_shuffle_ps(high23, high01, _MM_SHUFFLE(2, 3, 2, 3));
-}
-inline void sort_columns(complex16*, const __m128d (&sum)[2], __m128d (&column)[1]) {
-  column[0] =
-      lane_set<double>::crosswise_sum(_mm_unpacklo_pd(sum[0], sum[1]), _mm_unpackhi_pd(sum[0], sum[1]));
-}
-inline void sort_columns(complex8*, const __m128 (&sum)[4], __m128 (&column)[2]) {
-  const __m128 low01 = _mm_unpacklo_ps(sum[0], sum[1]), low23 = _mm_unpacklo_ps(sum[2], sum[3]);
-  const __m128 high01 = _mm_unpackhi_ps(sum[0], sum[1]), high23 = _mm_unpackhi_ps(sum[2], sum[3]);
-  using L = lane_set<float>;
-  column[0] = L::crosswise_sum(_mm_movelh_ps(low01, low23), _mm_movehl_ps(low23, low01));
-  column[1] = L::crosswise_sum(_mm_movelh_ps(high23, high01), _mm_movehl_ps(high01, high23));
-}
-
-template <class T, int kRegistersA, int kRegistersB>
-struct shuffle_tile {
-  using R = typename parts<T>::real;
-  using L = lane_set<R>;
-  using reg = typename L::reg;
-  static constexpr int kLanes = L::kCount, kRegisters = kRegistersA;
-  static constexpr int kRows = kRegistersA * kLanes / parts<T>::kCount;
-  static constexpr int kColumnsOfB = kLanes / parts<T>::kCount;
-  static constexpr int kColumns = kRegistersB * kColumnsOfB;
-  static constexpr int kStepA = kRegistersA * kLanes, kStepB = kRegistersB * kLanes;  // reals
-
-  reg sum[kRegistersB][kRegistersA][kLanes];
-
-  shuffle_tile() {
-#pragma GCC unroll 4
-    for (int q = 0; q < kRegistersB; ++q) {
-#pragma GCC unroll 2
-      for (int r = 0; r < kRegistersA; ++r) {
-#pragma GCC unroll 4
-        for (int x = 0; x < kLanes; ++x) sum[q][r][x] = L::zero();
-      }
-    }
-  }
-  template <int kFlip>
-  void flip_all(const reg (&from_a)[kRegistersA], reg (&flipped)[kRegistersA][kLanes]) {
-#pragma GCC unroll 2
-    for (int r = 0; r < kRegistersA; ++r) flipped[r][kFlip] = L::template flipped<kFlip>(from_a[r]);
-  }
-  void step(const R* a, const R* b) {
-    reg from_a[kRegistersA], flipped[kRegistersA][kLanes];
-#pragma GCC unroll 2
-    for (int r = 0; r < kRegistersA; ++r) from_a[r] = L::load(a + r * kLanes);
-    flip_all<0>(from_a, flipped);
-    flip_all<1>(from_a, flipped);
-    if constexpr (kLanes == 4) {
-      flip_all<2>(from_a, flipped);
-      flip_all<3>(from_a, flipped);
-    }
-#pragma GCC unroll 4
-    for (int q = 0; q < kRegistersB; ++q) {
-      reg from_b = L::load(b + q * kLanes);
-      hold(from_b);  // one load and copies: a second load would cost more
-#pragma GCC unroll 2
-      for (int r = 0; r < kRegistersA; ++r) {
-#pragma GCC unroll 4
-        for (int x = 0; x < kLanes; ++x) {
-          accumulate(sum[q][r][x], L::mul(from_b, flipped[r][x]));
-        }
-      }
-    }
-  }
-  /// Depth in steps of 8 with a tail.
-  [[gnu::always_inline]] void run(core_int depth, const R* a, const R* b) {
-    for (; depth >= 8; depth -= 8, a += 8 * kStepA, b += 8 * kStepB) {
-      _mm_prefetch(reinterpret_cast<const char*>(a) + 0x600, _MM_HINT_T0);
-#pragma GCC unroll 8
-      for (int l = 0; l < 8; ++l) step(a + l * kStepA, b + l * kStepB);
-    }
-    for (; depth > 0; --depth, a += kStepA, b += kStepB) step(a, b);
-  }
-  /// The columns of C that belong to register q of B.
-  void columns(int q, reg (&column)[kRegistersA][kColumnsOfB]) const {
-#pragma GCC unroll 2
-    for (int r = 0; r < kRegistersA; ++r) sort_columns(static_cast<T*>(nullptr), sum[q][r], column[r]);
-  }
-};
-#endif
-
-/// B's numbers for one step of a broadcast_tile: packed panels, unpacked columns, or a strip with every
-/// number in all lanes already.
-template <class T, int kReals>
-struct packed_numbers {
-  using R = typename parts<T>::real;
-  const R* at;
-  typename lane_set<R>::reg get(int l, int j) const {
-#ifndef QEL_LEVEL_l4_avx
-    if constexpr (sizeof(R) == 4 && kReals == 4) {
-      // One load and a shuffle each: SSE has no load into all four lanes.
-      const __m128i numbers = _mm_castps_si128(_mm_load_ps(at + l * kReals));
-      switch (j) {
-        case 0:
-          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0x00));
-        case 1:
-          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0x55));
-        case 2:
-          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0xAA));
-        default:
-          return _mm_castsi128_ps(_mm_shuffle_epi32(numbers, 0xFF));
-      }
-    }
-#endif
-    return lane_set<R>::all(at[l * kReals + j]);
-  }
-  void advance(int steps) { at += steps * kReals; }
-};
-template <class T, int kReals>
-struct column_numbers {
-  using R = typename parts<T>::real;
-  const R* at[kReals / parts<T>::kCount];
-  column_numbers(const T* b, core_int ldb, core_int columns) {
-    // What lies beyond the last column repeats it: such sums are not stored.
-    for (core_int j = 0; j < kReals / parts<T>::kCount; ++j)
-      at[j] = reals(b + (j < columns ? j : columns - 1) * ldb);
-  }
-  typename lane_set<R>::reg get(int l, int j) const {
-    return lane_set<R>::all(
-        element_at(at[j / parts<T>::kCount] + l * parts<T>::kCount + j % parts<T>::kCount));
-  }
-  void advance(int steps) {
-    for (auto& column : at) column += steps * parts<T>::kCount;
-  }
-};
-template <class T, int kReals>
-struct strip_numbers {
-  using R = typename parts<T>::real;
-  const R* at;
-  typename lane_set<R>::reg get(int l, int j) const {
-    return lane_set<R>::load(at + (l * kReals + j) * lane_set<R>::kCount);
-  }
-  void advance(int steps) { at += steps * kReals * lane_set<R>::kCount; }
-};
-
+/// A's registers times single numbers of B: columns by kReals of them.
 template <class T, int kRegistersA, int kReals>
 struct broadcast_tile {
   using R = typename parts<T>::real;
   using L = lane_set<R>;
   using reg = typename L::reg;
-  static constexpr int kLanes = L::kCount, kRegisters = kRegistersA;
-  static constexpr int kRows = kRegistersA * kLanes / parts<T>::kCount;
+  static constexpr int kRegisters = kRegistersA, kRows = kRegistersA * L::kCount / parts<T>::kCount;
   static constexpr int kColumns = kReals / parts<T>::kCount;
-  static constexpr int kStepA = kRegistersA * kLanes;
+  static constexpr bool kSpreads = false;
+#ifdef QEL_LEVEL_l4_avx
+  using packed = packed_numbers<R, kReals>;
+#else
+  using packed = packed_numbers<R>;
+#endif
 
-  reg sum[kReals][kRegistersA];
+  reg sum[kReals * kRegistersA];
 
   broadcast_tile() {
-#pragma GCC unroll 12
-    for (int j = 0; j < kReals; ++j) {
-#pragma GCC unroll 2
-      for (int r = 0; r < kRegistersA; ++r) sum[j][r] = L::zero();
-    }
+    for (reg& s : sum) s = L::zero();
   }
   template <class B>
-  void step(int l, const R* a, const B& b) {
-    reg from_a[kRegistersA];
-#pragma GCC unroll 2
-    for (int r = 0; r < kRegistersA; ++r) from_a[r] = L::load(a + l * kStepA + r * kLanes);
-#pragma GCC unroll 12
-    for (int j = 0; j < kReals; ++j) {
-      const reg from_b = b.get(l, j);
-#pragma GCC unroll 2
-      for (int r = 0; r < kRegistersA; ++r) accumulate(sum[j][r], L::mul(from_b, from_a[r]));
+  [[gnu::always_inline]] void step(int l, const R* a, const B& b) {
+    if constexpr (kRegistersA == 2) {
+      two_by_four<second_register::next, L>(sum, l, a, b);
+    } else {
+      one_by_many<L>(sum, l, a, b);
     }
-#ifdef QEL_LEVEL_l4_avx
-#pragma GCC unroll 8
-    for (int i = 0; i < kReals * kRegistersA; ++i) hold(sum[i / kRegistersA][i % kRegistersA]);
-#endif
   }
   template <class B>
   [[gnu::always_inline]] void run(core_int depth, const R* a, B b) {
-    constexpr int kSteps = 4;
-    for (; depth >= kSteps; depth -= kSteps) {
-      _mm_prefetch(reinterpret_cast<const char*>(a) + 0x600, _MM_HINT_T0);
-#pragma GCC unroll 8
-      for (int l = 0; l < kSteps; ++l) step(l, a, b);
-      a += kSteps * kStepA;
-      b.advance(kSteps);
-    }
-    for (; depth > 0; --depth, a += kStepA, b.advance(1)) step(0, a, b);
+    // With registers of 16 bytes blocks of A lie in the second cache: every other line does.
+    run_depth<4, kRegistersA * L::kCount, sizeof(reg) == 16 ? 128 : 64>(*this, depth, a, b);
   }
   reg column(int j, int r) const {
     if constexpr (parts<T>::kCount == 1) {
-      return sum[j][r];
+      return sum[kRegistersA * j + r];
     } else {
-      return L::crosswise_sum(sum[2 * j][r], L::exchanged(sum[2 * j + 1][r]));
+      return L::crosswise_sum(sum[kRegistersA * 2 * j + r], L::exchanged(sum[kRegistersA * (2 * j + 1) + r]));
     }
   }
 };
+
+#ifndef QEL_LEVEL_l4_avx
+// Lane l of a straight sum belongs to lane l of A and to number l % 2 of B's pair, of a swapped one to the
+// other lane of A's pair. Sorted into columns of C; to a complex type a pair is one column.
+
+inline void sort_sums(double*, __m128d straight, __m128d swapped, __m128d (&column)[2]) {
+  column[0] = _mm_unpacklo_pd(straight, swapped);
+  column[1] = _mm_unpackhi_pd(swapped, straight);
+}
+inline void sort_sums(float*, __m128 straight, __m128 swapped, __m128 (&column)[2]) {
+  const __m128 low = _mm_unpacklo_ps(straight, swapped), high = _mm_unpackhi_ps(straight, swapped);
+  column[0] = _mm_movelh_ps(low, high);
+  column[1] = _mm_shuffle_ps(low, high, _MM_SHUFFLE(2, 3, 2, 3));
+}
+inline void sort_sums(complex16*, __m128d straight, __m128d swapped, __m128d (&column)[1]) {
+  column[0] =
+      lane_set<double>::crosswise_sum(_mm_unpacklo_pd(straight, swapped), _mm_unpackhi_pd(straight, swapped));
+}
+inline void sort_sums(complex8*, __m128 straight, __m128 swapped, __m128 (&column)[1]) {
+  const __m128 low = _mm_unpacklo_ps(straight, swapped), high = _mm_unpackhi_ps(straight, swapped);
+  column[0] = lane_set<float>::crosswise_sum(_mm_movelh_ps(low, high), _mm_movehl_ps(high, low));
+}
+
+/// Which factor is there as it is and with neighbours swapped: the one register of A times four pairs of B,
+/// or each of B's two pairs times two registers of A.
+enum class swapped_factor { a, b };
+
+template <class T, swapped_factor kSwapped>
+struct pair_tile {
+  using R = typename parts<T>::real;
+  using L = lane_set<R>;
+  using reg = typename L::reg;
+  static constexpr bool kSwapsA = kSwapped == swapped_factor::a;
+  static constexpr int kRegisters = kSwapsA ? 1 : 2, kRows = kRegisters * L::kCount / parts<T>::kCount;
+  static constexpr int kColumnsOfPair = 2 / parts<T>::kCount, kColumns = 4 / kRegisters * kColumnsOfPair;
+  static constexpr bool kSpreads = !kSwapsA;
+  using packed = typename one_of_two<kSwapsA, packed_pairs<R>, packed_swaps<R>>::type;
+
+  reg sum[8];
+
+  pair_tile() {
+    for (reg& s : sum) s = L::zero();
+  }
+  template <class B>
+  [[gnu::always_inline]] void step(int l, const R* a, const B& b) {
+    two_by_four<kSwapsA ? second_register::swapped : second_register::next, L>(sum, l, a, b);
+  }
+  template <class B>
+  [[gnu::always_inline]] void run(core_int depth, const R* a, B b) {
+    run_depth<8, kRegisters * L::kCount, 64>(*this, depth, a, b);
+  }
+  reg column(int j, int r) const {
+    const int q = j / kColumnsOfPair;
+    reg column[kColumnsOfPair];
+    if constexpr (kSwapsA) {
+      sort_sums(static_cast<T*>(nullptr), sum[2 * q], sum[2 * q + 1], column);
+    } else {
+      sort_sums(static_cast<T*>(nullptr), sum[4 * q + r], L::exchanged(sum[4 * q + 2 + r]), column);
+    }
+    return column[j % kColumnsOfPair];
+  }
+};
+#endif
 
 // One register of rows to one column of C.
 

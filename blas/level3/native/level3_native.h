@@ -48,16 +48,17 @@ inline bool native_level3() { return serv_cpu_level() >= kFirstNativeLevel; }
 template <class T>
 void planned_gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a,
                   core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc);
-/// Small products come in great numbers: they go the shortest way to the kernel, without a plan.
+/// Small products come in great numbers: they go the shortest way to the kernel, without a plan. `kernels`
+/// are this process's.
 template <class T>
-inline void gemm(char transa, char transb, core_int m, core_int n, core_int k, T alpha, const T* a,
-                 core_int lda, const T* b, core_int ldb, T beta, T* c, core_int ldc) {
+inline void gemm(const level3_kernels<T>& kernels, char transa, char transb, core_int m, core_int n,
+                 core_int k, T alpha, const T* a, core_int lda, const T* b, core_int ldb, T beta, T* c,
+                 core_int ldc) {
   if (blas::letter_is(transa, 'N') && m > 0 && n > 0 && k > 0 && goes_at_once<T>(m, n, k) &&
       !(alpha == T{})) {
     const bool plain_b = blas::letter_is(transb, 'N');
-    return native_kernels<T>()->multiply_direct({m, n, k, alpha, beta, a, lda, b, plain_b ? 1 : ldb,
-                                                 plain_b ? ldb : 1, false, blas::letter_is(transb, 'C'), true,
-                                                 c, ldc});
+    return kernels.multiply_direct({m, n, k, alpha, beta, a, lda, b, plain_b ? 1 : ldb, plain_b ? ldb : 1,
+                                    false, blas::letter_is(transb, 'C'), true, c, ldc});
   }
   planned_gemm(transa, transb, m, n, k, alpha, a, lda, b, ldb, beta, c, ldc);
 }
