@@ -8,6 +8,7 @@
 #include <atomic>
 
 #include "fft/planning/driver_rules.h"
+#include "fft/spec/team.h"
 
 namespace qel::fft {
 
@@ -35,6 +36,13 @@ int over_shares(core_int count, int threads, Body body) {
     const core_int from = std::min(count, part * dealt.chunk), to = std::min(count, from + dealt.chunk);
     return from < to ? body(part, from, to) : 0;
   });
+}
+
+/// body(team) on each of its threads.
+template <class Body>
+void in_team(int threads, Body body) {
+#pragma omp parallel num_threads(threads)
+  body(team{omp_get_thread_num(), omp_get_num_threads()});
 }
 
 }  // namespace qel::fft

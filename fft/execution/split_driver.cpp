@@ -20,11 +20,11 @@ class split_call {
       : first_(first), plan_(plan), input_(input), output_(output) {}
 
   int run() const {
+    if (plan_.shared != nullptr) return run_shared();
     const core_int n = plan_.rows * plan_.columns;
     const call_buffer buffer(static_cast<size_t>(n) * sizeof(C), 64);
     if (buffer.as<C>() == nullptr) return DFTI_MEMORY_ERROR;
     C* middle = buffer.as<C>();
-    if (plan_.long_line != nullptr) return run_native(middle);
     const int status = plan_.parts == 0 ? columns_by_groups(middle) : columns_by_blocks(middle);
     if (status != DFTI_NO_ERROR) return status;
     return over_shares(plan_.rows, threads(), [&](int part, core_int from, core_int to) {
@@ -45,23 +45,16 @@ class split_call {
            line_buffer_bytes<R>(std::max(plan_.rows, plan_.columns), kWidestBlock);
   }
 
-  int run_native(C* middle) const {
-    const long_spec<R>& line = *plan_.long_line;
-    const auto own = [&](int part) { return reinterpret_cast<R*>(line_buffer(part)); };
-    over_shares(line.blocks_of_columns(), threads(), [&](int part, core_int from, core_int to) {
-      line.first_half(input_, middle, from, to, own(part), kWay);
-      return 0;
-    });
-    over_shares(line.blocks_of_rows(), threads(), [&](int part, core_int from, core_int to) {
-      line.second_half(middle, output_, from, to, own(part), kWay);
-      return 0;
-    });
+  int run_shared() const {
     const R scale = scale_of<R>(*first_, kWay);
-    if (scale == 1) return DFTI_NO_ERROR;
-    return over_shares(line.rows * line.columns, threads(), [&](int, core_int from, core_int to) {
-      level_kernels<R>().scale(output_ + from, to - from, scale);
-      return 0;
+    in_team(first_->threads, [&](const team& members) {
+      dft_spec_run_shared<R>(input_, output_, *plan_.shared, line_buffer(0), kWay, members);
+      if (scale == 1) return;
+      members.wait();
+      const team::range own = members.share_of(plan_.shared->length, kWidestBlock);
+      level_kernels<R>().scale(output_ + own.from, own.to - own.from, scale);
     });
+    return DFTI_NO_ERROR;
   }
 
   int columns_by_groups(C* middle) const {

@@ -27,17 +27,26 @@ inline constexpr int kAutosortCount = 13;
 template <class R>
 inline constexpr core_int kLongBlock = 64 / static_cast<core_int>(sizeof(R));
 
+/// The part of a pass that one call does: from <= p < to, q < count. Threads that share a line keep what they
+/// have of it side by side: their p's are less than the line's by `origin`, and source and target may differ
+/// in s.
+struct pass_part {
+  core_int m;
+  core_int from, to, origin;
+  core_int count;
+  core_int s, to_s;
+};
+
 /// Such passes, of native levels; shared/autosort.inl.h says what they do. Lines lie as two arrays of parts.
 template <class C, class R>
 struct autosort_kernels {
-  using first_of_line = void(const C* input, R* re, R* im, core_int m, const R* twiddles);
+  using first_of_line = void(const C* input, core_int count, R* re, R* im, core_int m, const R* twiddles);
   using first_of_columns = void(const C* input, core_int pitch, core_int s, R* re, R* im, core_int m,
                                 const C* twiddles, core_int ahead);
-  using middle = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
-                      const C* twiddles);
-  using middle_of_any = void(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+  using middle = void(const R* re, const R* im, R* to_re, R* to_im, const pass_part& part, const C* twiddles);
+  using middle_of_any = void(const R* re, const R* im, R* to_re, R* to_im, const pass_part& part,
                              const C* twiddles, int n, const C* roots, R* work);
-  using last_of_line = void(const R* re, const R* im, C* out, core_int s);
+  using last_of_line = void(const R* re, const R* im, core_int count, core_int s, C* out, core_int to_s);
   using last_of_columns = void(const R* re, const R* im, core_int s, core_int count, C* out, core_int pitch);
   using short_columns = void(const C* input, core_int pitch, C* output, core_int out_pitch, core_int s,
                              core_int ahead);

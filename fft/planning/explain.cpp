@@ -111,14 +111,19 @@ void add_plan(text& out, const dfti_node& first) {
   const void* held = first.extra_buffer != nullptr ? first.extra_buffer : first.thread_buffer;
   if (held != nullptr) {
     const auto& plan = *static_cast<const split_plan<R>*>(held);
+    if (plan.shared != nullptr) {
+      out.add("plan shared by threads\nline_%lld ", static_cast<long long>(first.length));
+      add_line(out, *plan.shared);
+      out.add("\n");
+      return;
+    }
     if (plan.parts > 0) {
       out.add("plan %d fixed parts\n", plan.parts);
     } else {
       out.add("plan split over threads\n");
     }
-    const bool native = plan.long_line != nullptr;
-    out.add("rows %lld\ncolumns %lld\n", static_cast<long long>(native ? plan.long_line->rows : plan.rows),
-            static_cast<long long>(native ? plan.long_line->columns : plan.columns));
+    out.add("rows %lld\ncolumns %lld\n", static_cast<long long>(plan.rows),
+            static_cast<long long>(plan.columns));
     return;
   }
   out.add("plan general\n");

@@ -78,19 +78,12 @@ bool make_all_twiddles(split_plan<R>& plan) {
 
 template <class R>
 int build(split_plan<R>& plan, const dfti_node& first, const long_choice& choice) {
+  if (choice.tier == long_tier::kShared)
+    return spec_status(dft_spec_create(&plan.shared, first.length, kUnscaled));
   plan.rows = choice.rows;
   plan.columns = choice.columns;
   const bool fixed = choice.tier == long_tier::kFixed;
   plan.parts = fixed ? choice.parts : 0;
-  if (native_passes<R>() != nullptr) {
-    const bool smooth = plan_autosort(first.length).count > 0;
-    const native_plan native = split_native_line(first.length);
-    if (smooth && native.method == native_method::kLong) {
-      plan.long_line = make_object<long_spec<R>>();
-      const bool made = plan.long_line != nullptr && plan.long_line->make(native.rows, native.columns);
-      return made ? DFTI_NO_ERROR : DFTI_MEMORY_ERROR;
-    }
-  }
   const bool scaled = scale_of<R>(first, kForward) != 1 || scale_of<R>(first, kBackward) != 1;
   if (const int status = make_inner<R>(&plan.row_descriptor, plan.rows, nullptr)) return status;
   if (plan.rows == plan.columns && !scaled) {
@@ -121,7 +114,7 @@ void release_thread_buffer(dfti_node* first) {
 
 template <class R>
 split_plan<R>::~split_plan() {
-  free_object(long_line);
+  dft_spec_free(shared);
   if (column_descriptor != nullptr && column_descriptor != row_descriptor)
     free_descriptor(&column_descriptor);
   if (row_descriptor != nullptr) free_descriptor(&row_descriptor);
@@ -138,6 +131,7 @@ int make_long_plan(dfti_node* first, const long_choice& choice) {
   if (choice.tier == long_tier::kFixed) {
     first->thread_buffer = plan;
   } else {
+    if (choice.tier == long_tier::kShared) first->threads = choice.parts;
     first->extra_buffer = plan;
     first->extra_release = release_extra;
   }
@@ -150,8 +144,11 @@ template <class R>
 int long_workspace(const dfti_node& first) {
   const auto& plan = *static_cast<const split_plan<R>*>(first.extra_buffer != nullptr ? first.extra_buffer
                                                                                       : first.thread_buffer);
-  if (plan.long_line != nullptr)
-    return static_cast<int>(plan.long_line->work_reals() * core_int{sizeof(R)}) + 64;
+  if (plan.shared != nullptr) {
+    // One for all of them.
+    const auto threads = static_cast<size_t>(first.threads);
+    return static_cast<int>((shared_bytes<R>(*plan.shared, first.threads) + 64 + threads - 1) / threads);
+  }
   const auto lines = static_cast<int>(line_buffer_bytes<R>(std::max(plan.rows, plan.columns), kWidestBlock));
   return lines + 64 + std::max(plan.row_descriptor->workspace_bytes, plan.column_descriptor->workspace_bytes);
 }

@@ -19,10 +19,10 @@ struct split_plan {
   int parts;                     ///< threads of both regions; 0: as many as the descriptor may use
   core_int twiddle_block;        ///< a power of two
   table<complex16>
-      twiddles;             ///< of the first twiddle_block exponents, then of the multiples of twiddle_block
-  table<C> powers;          ///< kWidestBlock of them for each k1: w^(k1 l)
-  table<C> all_twiddles;    ///< of a fixed number of parts: by blocks of columns, in the order of their use
-  long_spec<R>* long_line;  ///< of native levels, in place of all but parts
+      twiddles;           ///< of the first twiddle_block exponents, then of the multiples of twiddle_block
+  table<C> powers;        ///< kWidestBlock of them for each k1: w^(k1 l)
+  table<C> all_twiddles;  ///< of a fixed number of parts: by blocks of columns, in the order of their use
+  dft_spec<R>* shared;    ///< of kShared, in place of all else
   ~split_plan();
 };
 

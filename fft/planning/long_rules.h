@@ -20,14 +20,15 @@ struct long_facts {
 };
 
 enum class long_tier : int {
-  kNone,   ///< one thread
-  kSplit,  ///< rows times columns, any number of threads
-  kFixed,  ///< a power of two out of place, in a fixed number of parts
+  kNone,    ///< one thread
+  kSplit,   ///< rows times columns, any number of threads
+  kFixed,   ///< a power of two out of place, in a fixed number of parts
+  kShared,  ///< native: the plan of one thread, its steps shared out
 };
 struct long_choice {
   long_tier tier;
   core_int rows, columns;  ///< rows is the smaller
-  int parts;               ///< of kFixed
+  int parts;               ///< of kFixed and kShared
   const char* reason;
 };
 long_choice choose_long_tier(const long_facts& facts);

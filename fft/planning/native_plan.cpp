@@ -102,8 +102,8 @@ bool is_prime(core_int n) {
   return n > 1;
 }
 
-/// Two factors of length, as near to each other as can be, the larger one a multiple of 8 if it can; rows 1:
-/// none.
+/// Two factors of length, as near to each other as can be, the larger one a multiple of 8 if it can; passes
+/// if there are fewer than 8 rows.
 native_plan split_long(core_int length) {
   core_int best = 1;
   for (core_int rows = 2; rows * rows <= length; ++rows) {
@@ -112,7 +112,8 @@ native_plan split_long(core_int length) {
     const bool fills = rows % 8 == 0 || best % 8 != 0;
     if (fills || rows >= 2 * best) best = rows;
   }
-  return {native_method::kLong, best, length / best, 0};
+  return best >= 8 ? native_plan{native_method::kLong, best, length / best, 0}
+                   : native_plan{native_method::kAutosort, 0, 0, 0};
 }
 
 }  // namespace
@@ -208,17 +209,12 @@ bool prefers_rader(core_int prime, core_int padded) {
   return cyclic + move * static_cast<double>(prime) < chirp + 1.5 * kMoveCost * static_cast<double>(padded);
 }
 
-native_plan split_native_line(core_int length) {
-  const native_plan split = split_long(length);
-  return split.rows >= 8 ? split : native_plan{native_method::kAutosort, 0, 0, 0};
-}
-
 native_plan plan_native_line(core_int length) {
   const autosort_plan passes = plan_autosort(length);
   const bool prime = passes.count == 0 || passes.radices[0] == length || passes.radices[1] == length;
   if (passes.count > 0 && !(prime && length > kLongestPrimeLine)) {
     if (length <= kLongestLine) return {native_method::kAutosort, 0, 0, 0};
-    return split_native_line(length);
+    return split_long(length);
   }
   if (length >= kLongestOddLine) return {native_method::kRefused, 0, 0, 0};
   const core_int padded = good_length(2 * length - 1);

@@ -15,6 +15,14 @@ autosort_plan plan_autosort(core_int length);
 /// Whether a radix has passes of its own.
 bool has_autosort_pass(int radix);
 
+/// Points that a thread takes at a time from a line's first passes.
+inline constexpr int kPointGrain = 4;
+/// The passes of a line that threads share out by frequencies: the last one, if its points are the same
+/// number of whole grains for each of them, else two. One leaves longer runs of data to change hands.
+constexpr int passes_after_meeting(int last_radix, int threads) {
+  return last_radix % (kPointGrain * threads) == 0 ? 1 : 2;
+}
+
 /// How a single line is transformed where passes would be too short.
 enum class whole_line : int {
   kPasses,    ///< it is not
@@ -41,9 +49,6 @@ struct native_plan {
 };
 /// The plan of a length above 16.
 native_plan plan_native_line(core_int length);
-/// A product of small primes as rows times columns, which several threads can share; kAutosort: there are
-/// none.
-native_plan split_native_line(core_int length);
 
 /// What a line costs, in passes of radix 2 over one element; below zero if it is no product of small primes.
 double native_cost(core_int length);

@@ -99,8 +99,7 @@ core_int autosort_spec<R>::pitch_of_parts(core_int lines) const {
 }
 template <class R>
 core_int autosort_spec<R>::work_reals(core_int lines) const {
-  return length <= kStraightLengths ? 0
-                                    : 4 * pitch_of_parts(lines) + 2 * 16 * (core_int{largest_generic} + 1);
+  return length <= kStraightLengths ? 0 : 4 * pitch_of_parts(lines) + scratch_reals();
 }
 
 template <class R>
@@ -108,21 +107,26 @@ core_int autosort_spec<R>::most_work_reals(core_int longest, core_int lines) {
   return 4 * (longest * lines + 8 + kGap) + 2 * 16 * (core_int{kLargestDirect} + 1);
 }
 
+template <class R>
+void autosort_spec<R>::run_pass(const pass& p, const pass_part& part, const R* from, R* to, core_int pitch,
+                                R* scratch) const {
+  if (p.index >= 0) {
+    kernels->middles[p.index](from, from + pitch, to, to + pitch, part, p.twiddles.get());
+  } else {
+    kernels->any_middle(from, from + pitch, to, to + pitch, part, p.twiddles.get(), p.radix, p.roots.get(),
+                        scratch);
+  }
+}
+
 /// All passes but the first and the last; the parts that the last one reads.
 template <class R>
 const R* autosort_spec<R>::run_middle(R* work, core_int lines) const {
   const core_int pitch = pitch_of_parts(lines);
   R *from = work, *to = work + 2 * pitch;
-  R* scratch = work + 4 * pitch;
   core_int s = lines * passes[0].radix;
   for (int i = 1; i + 1 < pass_count; ++i) {
     const pass& p = passes[i];
-    if (p.index >= 0) {
-      kernels->middles[p.index](from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get());
-    } else {
-      kernels->any_middle(from, from + pitch, to, to + pitch, p.m, s, p.twiddles.get(), p.radix,
-                          p.roots.get(), scratch);
-    }
+    run_pass(p, {p.m, 0, p.m, 0, s, s, s}, from, to, pitch, work + 4 * pitch);
     s *= p.radix;
     std::swap(from, to);
   }
@@ -152,10 +156,58 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
     return;
   }
   const pass& first = passes[0];
-  kernels->line[way][first.index](input, work, work + pitch_of_parts(1), first.m, line_twiddles.get());
+  kernels->line[way][first.index](input, first.m, work, work + pitch_of_parts(1), first.m,
+                                  line_twiddles.get());
   const pass& last = passes[pass_count - 1];
+  const core_int s = length / last.radix;
   const R* const parts = run_middle(work, 1);
-  kernels->line_lasts[way][last.index](parts, parts + pitch_of_parts(1), output, length / last.radix);
+  kernels->line_lasts[way][last.index](parts, parts + pitch_of_parts(1), s, s, output, s);
+}
+
+// The first passes know nothing of the points p that they leave but for their twiddles, and the last ones
+// nothing of the q that the first made: so threads share out first the ones and then the others, and meet
+// once in between. A thread's data lie side by side, where the last of its first passes leaves them for all.
+template <class R>
+void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction way,
+                                const team& members) const {
+  if (members.parts == 1) return run_line(input, output, work, way);
+  constexpr core_int kGrain = 64 / static_cast<core_int>(sizeof(R));
+  const pass &first = passes[0], &joint = passes[pass_count - 2], &last = passes[pass_count - 1];
+  const int alone = pass_count - passes_after_meeting(last.radix, members.parts);
+  const bool joins = alone == pass_count - 2;
+  const core_int pitch = pitch_of_parts(1), block = passes[alone - 1].m;
+  R *from = work, *to = work + 2 * pitch;
+  R* const scratch = work + 4 * pitch + members.part * scratch_reals();
+  const team::range points = members.share_of(block, kPointGrain);
+  const core_int own = points.to - points.from, start = points.from * (length / block);
+  for (core_int e = 0; e * block < first.m; ++e) {
+    const core_int p = e * block + points.from;
+    R* const re = from + start + first.radix * e * own;
+    kernels->line[way][first.index](input + p, own, re, re + pitch, first.m, line_twiddles.get() + p);
+  }
+  core_int s = first.radix;
+  for (int i = 1; i < alone; ++i) {
+    const pass& each = passes[i];
+    const core_int blocks = each.m / block;
+    for (core_int e = 0; e < blocks; ++e) {
+      const core_int p = e * own, origin = e * (block - own) + points.from;
+      run_pass(each, {blocks * own, p, p + own, origin, s, s, s}, from + start, to + start, pitch, scratch);
+    }
+    s *= each.radix;
+    std::swap(from, to);
+  }
+  members.wait();
+  const team::range lines = members.share_of(s, kGrain);
+  const core_int count = lines.to - lines.from;
+  from += lines.from;
+  auto* const last_pass = kernels->line_lasts[way][last.index];
+  if (!joins) return last_pass(from, from + pitch, count, s, output + lines.from, s);
+  to += lines.from * block;
+  run_pass(joint, {joint.m, 0, joint.m, 0, count, s, count}, from, to, pitch, scratch);
+  for (core_int k = 0; k < joint.radix; ++k) {
+    last_pass(to + k * count, to + pitch + k * count, count, count * joint.radix, output + lines.from + k * s,
+              s * joint.radix);
+  }
 }
 
 template <class R>
@@ -198,7 +250,20 @@ bool long_spec<R>::make(core_int row_count, core_int column_count) {
 
 template <class R>
 core_int long_spec<R>::work_reals() const {
-  return std::max(of_rows.work_reals(kBlock), of_columns.work_reals(kBlock)) + 2 * rows * kBlock;
+  const core_int reals =
+      std::max(of_rows.work_reals(kBlock), of_columns.work_reals(kBlock)) + 2 * rows * kBlock;
+  return (reals + kBlock - 1) / kBlock * kBlock;
+}
+
+template <class R>
+void long_spec<R>::run(const C* input, C* middle, C* output, R* work, direction way,
+                       const team& members) const {
+  R* const own = work + members.part * work_reals();
+  const team::range of_first = members.share_of(blocks_of_columns());
+  first_half(input, middle, of_first.from, of_first.to, own, way);
+  members.wait();
+  const team::range of_second = members.share_of(blocks_of_rows());
+  second_half(middle, output, of_second.from, of_second.to, own, way);
 }
 
 template <class R>

@@ -6,6 +6,7 @@
 #include "fft/planning/native_plan.h"
 #include "fft/spec/level_kernels.h"
 #include "fft/spec/tables.h"
+#include "fft/spec/team.h"
 
 namespace qel::fft {
 
@@ -55,6 +56,10 @@ struct autosort_spec {
   static core_int most_work_reals(core_int longest, core_int lines);
   /// One line at unit stride, in place or out.
   void run_line(const C* input, C* output, R* work, direction way) const;
+  /// The same line by a team, the same bits: passes of at least three. Each thread needs scratch_reals of the
+  /// work for itself, the first one's are part of work_reals.
+  void run_line(const C* input, C* output, R* work, direction way, const team& members) const;
+  core_int scratch_reals() const { return 2 * 16 * (core_int{largest_generic} + 1); }
   /// Lines side by side, in place or out. ahead: how far away, in elements, the lines lie that are asked for
   /// meanwhile, because the next call takes them; 0: none.
   void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way,
@@ -65,6 +70,7 @@ struct autosort_spec {
   core_int sum_pitch() const { return (length / 2 + kSumPitch - 1) / kSumPitch * kSumPitch; }
   static constexpr core_int kSumPitch = 64 / static_cast<core_int>(sizeof(R));
   const R* run_middle(R* work, core_int lines) const;
+  void run_pass(const pass& p, const pass_part& part, const R* from, R* to, core_int pitch, R* scratch) const;
   core_int pitch_of_parts(core_int lines) const;
 };
 
@@ -84,6 +90,8 @@ struct long_spec {
   bool make(core_int row_count, core_int column_count);
   /// Reals of work of one thread in either half.
   core_int work_reals() const;
+  /// The line by a team; middle: as many elements as it has.
+  void run(const C* input, C* middle, C* output, R* work, direction way, const team& members) const;
   core_int blocks_of_columns() const { return (columns + kBlock - 1) / kBlock; }
   core_int blocks_of_rows() const { return (rows + kBlock - 1) / kBlock; }
   /// Blocks from .. to of columns, into the middle array.

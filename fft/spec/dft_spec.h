@@ -100,6 +100,14 @@ template <class R>
 int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>* spec, void* work,
                  direction way);
 
+/// The same by a team, the same bits, on native levels and for lengths that are not transformed whole. work:
+/// shared_bytes that all of them see, aligned.
+template <class R>
+void dft_spec_run_shared(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec,
+                         void* work, direction way, const team& members);
+template <class R>
+size_t shared_bytes(const dft_spec<R>& spec, int threads);
+
 /// count such lines, from one to the next a step of either side; the results are multiplied by scale. ahead:
 /// each is asked for while the one before it is transformed.
 template <class R>

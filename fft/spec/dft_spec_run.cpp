@@ -8,6 +8,9 @@
 namespace qel::fft {
 namespace {
 
+constexpr team kAlone{0, 1};
+constexpr core_int kShareGrain = 16;
+
 /// The passes over a factor table.
 template <class R>
 class mixed_passes {
@@ -127,48 +130,71 @@ class mixed_passes {
 };
 
 template <class R>
+void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, complex_of<R>* work,
+              direction way, const team& members);
+
+/// data *= factor, or into another array: what one thread has of it.
+template <class R>
+void multiply_share(const complex_of<R>* source, const complex_of<R>* factor, complex_of<R>* target,
+                    core_int n, const team& members) {
+  const auto [from, to] = members.share_of(n, kShareGrain);
+  level_kernels<R>().multiply[kForward](source + from, factor + from, target + from, to - from);
+}
+
+template <class R>
 void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec,
-                   complex_of<R>* work, direction way) {
+                   complex_of<R>* work, direction way, const team& members) {
   using C = complex_of<R>;
-  const auto& kernels = level_kernels<R>();
   const core_int n = spec.length, padded = spec.plan.padded;
-  C* inner = work + padded;
-  kernels.multiply[kForward](input, spec.chirp.get(), work, n);
-  std::fill_n(work + n, padded - n, C{});
-  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
-  kernels.multiply[kForward](work, spec.factor_spectrum.get(), work, padded);
-  dft_spec_run<R>(work, work, spec.inner, inner, kBackward);
-  kernels.multiply[kForward](work, spec.chirp.get(), output, n);
-  if (way == kBackward) std::reverse(output + 1, output + n);
+  C* const inner = work + padded;
+  multiply_share<R>(input, spec.chirp.get(), work, n, members);
+  const team::range zeros = members.share_of(padded - n, kShareGrain);
+  std::fill(work + n + zeros.from, work + n + zeros.to, C{});
+  members.wait();
+  run_line<R>(work, work, *spec.inner, inner, kForward, members);
+  members.wait();
+  multiply_share<R>(work, spec.factor_spectrum.get(), work, padded, members);
+  members.wait();
+  run_line<R>(work, work, *spec.inner, inner, kBackward, members);
+  members.wait();
+  multiply_share<R>(work, spec.chirp.get(), output, n, members);
+  if (way == kForward) return;
+  members.wait();
+  const team::range pairs = members.share_of((n - 1) / 2, kShareGrain);
+  for (core_int k = 1 + pairs.from; k <= pairs.to; ++k) std::swap(output[k], output[n - k]);
 }
 
 template <class R>
 void run_rader(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec,
-               complex_of<R>* work, direction way) {
+               complex_of<R>* work, direction way, const team& members) {
   using C = complex_of<R>;
   const core_int count = spec.length - 1, half = count / 2;
   const int* const powers = spec.powers.get();
   C* const inner = work + (count + 7) / 8 * 8;
+  const team::range own = members.share_of(count, kShareGrain);
   const C first = input[0];
-  for (core_int k = 0; k < count; ++k) work[k] = input[powers[k]];
-  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
+  for (core_int k = own.from; k < own.to; ++k) work[k] = input[powers[k]];
+  members.wait();
+  run_line<R>(work, work, *spec.inner, inner, kForward, members);
+  members.wait();
   const C sum = {first.real + work[0].real, first.imag + work[0].imag};
-  level_kernels<R>().multiply[kForward](work, spec.factor_spectrum.get(), work, count);
+  multiply_share<R>(work, spec.factor_spectrum.get(), work, count, members);
   // The first element is a term of all results but the first.
-  work[0] = {work[0].real + first.real, work[0].imag + first.imag};
+  if (members.part == 0) work[0] = {work[0].real + first.real, work[0].imag + first.imag};
+  members.wait();
   // Forward once more: that turns the order of the results round, and with it the powers.
-  dft_spec_run<R>(work, work, spec.inner, inner, kForward);
-  output[0] = sum;
+  run_line<R>(work, work, *spec.inner, inner, kForward, members);
+  members.wait();
+  if (members.part == 0) output[0] = sum;
   // The backward transform is the forward one of -k, and -1 is the power at half of the way.
-  const core_int shift = way == kForward ? 0 : half;
-  for (core_int k = 0; k < count - shift; ++k) output[powers[k + shift]] = work[k];
-  for (core_int k = count - shift; k < count; ++k) output[powers[k + shift - count]] = work[k];
+  const core_int shift = way == kForward ? 0 : half, turn = std::clamp(count - shift, own.from, own.to);
+  for (core_int k = own.from; k < turn; ++k) output[powers[k + shift]] = work[k];
+  for (core_int k = turn; k < own.to; ++k) output[powers[k + shift - count]] = work[k];
 }
 
 template <class R>
 void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, complex_of<R>* work,
-              direction way) {
-  using C = complex_of<R>;
+              direction way, const team& members) {
   const auto& kernels = level_kernels<R>();
   switch (spec.plan.method) {
     case line_method::kPowerOfTwo:
@@ -193,21 +219,19 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
       kernels.any_leaf[way](input, 1, 0, output, 1, spec.length, spec.odd_table.get(), work);
       break;
     case line_method::kAutosort:
-      spec.autosort->run_line(input, output, reinterpret_cast<R*>(work), way);
+      spec.autosort->run_line(input, output, reinterpret_cast<R*>(work), way, members);
       break;
     case line_method::kLong: {
       const long_spec<R>& line = *spec.long_line;
-      C* middle = work;
-      R* rest = reinterpret_cast<R*>(work + (line.rows * line.columns + 7) / 8 * 8);
-      line.first_half(input, middle, 0, line.blocks_of_columns(), rest, way);
-      line.second_half(middle, output, 0, line.blocks_of_rows(), rest, way);
+      R* const rest = reinterpret_cast<R*>(work + (line.rows * line.columns + 7) / 8 * 8);
+      line.run(input, work, output, rest, way, members);
       break;
     }
     case line_method::kBluestein:
-      run_bluestein(input, output, spec, work, way);
+      run_bluestein(input, output, spec, work, way, members);
       break;
     case line_method::kRader:
-      run_rader(input, output, spec, work, way);
+      run_rader(input, output, spec, work, way, members);
       break;
     default:
       break;
@@ -223,7 +247,7 @@ void run_scaled(const complex_of<R>* input, complex_of<R>* output, const dft_spe
     whole(input, output, factor);
     return;
   }
-  run_line(input, output, spec, static_cast<complex_of<R>*>(work), way);
+  run_line(input, output, spec, static_cast<complex_of<R>*>(work), way, kAlone);
   if (spec.scaled[way] != 0) level_kernels<R>().scale(output, spec.length, factor);
 }
 
@@ -266,6 +290,22 @@ int dft_spec_run(const complex_of<R>* input, complex_of<R>* output, const dft_sp
     return kSpecBadKind;
   }
   return with_work(*spec, work, [&](void* aligned) { run_scaled(input, output, *spec, aligned, way); });
+}
+
+template <class R>
+void dft_spec_run_shared(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec,
+                         void* work, direction way, const team& members) {
+  run_line(input, output, spec, static_cast<complex_of<R>*>(work), way, members);
+}
+
+template <class R>
+size_t shared_bytes(const dft_spec<R>& spec, int threads) {
+  const dft_spec<R>* innermost = &spec;
+  while (innermost->inner != nullptr) innermost = innermost->inner;
+  const core_int own = innermost->long_line != nullptr ? innermost->long_line->work_reals()
+                                                       : innermost->autosort->scratch_reals();
+  return static_cast<size_t>(spec.workspace_bytes) +
+         static_cast<size_t>(threads - 1) * static_cast<size_t>(own) * sizeof(R);
 }
 
 template <class R>
@@ -326,11 +366,14 @@ size_t column_work_bytes(core_int length, core_int lines) {
   return static_cast<size_t>(autosort_spec<R>::most_work_reals(length, lines)) * sizeof(R);
 }
 
-#define QEL_INSTANTIATE(R)                                                                          \
-  template int dft_spec_run_lines<R>(const dense_lines<R>&, const dft_spec<R>&, void*, direction);  \
-  template bool takes_columns<R>(const dft_spec<R>&);                                               \
-  template void dft_spec_run_columns<R>(columns_of<const complex_of<R>>, columns_of<complex_of<R>>, \
-                                        core_int, const dft_spec<R>&, void*, direction, core_int);  \
+#define QEL_INSTANTIATE(R)                                                                              \
+  template void dft_spec_run_shared<R>(const complex_of<R>*, complex_of<R>*, const dft_spec<R>&, void*, \
+                                       direction, const team&);                                         \
+  template size_t shared_bytes<R>(const dft_spec<R>&, int);                                             \
+  template int dft_spec_run_lines<R>(const dense_lines<R>&, const dft_spec<R>&, void*, direction);      \
+  template bool takes_columns<R>(const dft_spec<R>&);                                                   \
+  template void dft_spec_run_columns<R>(columns_of<const complex_of<R>>, columns_of<complex_of<R>>,     \
+                                        core_int, const dft_spec<R>&, void*, direction, core_int);      \
   template size_t column_work_bytes<R>(core_int, core_int);
 QEL_INSTANTIATE(float)
 QEL_INSTANTIATE(double)

@@ -7,6 +7,8 @@
 
 #include "fft/descriptor/dfti_node.h"
 #include "qel/service.h"
+#include "service/native_level.h"
+#include "service/serv.h"
 #include "tests/fft/reference.h"
 #include "tests/fft/support.h"
 #include "tests/support/guarded.h"
@@ -64,6 +66,40 @@ TEST(Concurrency, NoFreePlaceIsAStatus) {
     node->user_thread_busy[1] = 0;
     EXPECT_EQ(DftiComputeForward(d.handle, x.data()), 0);
     EXPECT_EQ(node->user_thread_busy[1], 0) << "the place was not given back";
+  }
+}
+
+/// Forward, then backward in place, on so many threads.
+template <class R>
+std::vector<std::complex<R>> there_and_back(int n, int threads) {
+  qel_set_num_threads(threads);
+  const owned_descriptor out(kPrecision<R>, DFTI_COMPLEX, {n}), in_place(kPrecision<R>, DFTI_COMPLEX, {n});
+  DftiSetValue(out.handle, DFTI_PLACEMENT, DFTI_NOT_INPLACE);
+  DftiSetValue(in_place.handle, DFTI_BACKWARD_SCALE, 0.7);
+  EXPECT_EQ(DftiCommitDescriptor(out.handle), 0);
+  EXPECT_EQ(DftiCommitDescriptor(in_place.handle), 0);
+  qel_set_num_threads(1);
+  EXPECT_EQ(reinterpret_cast<fft::dfti_node*>(out.handle)->threads > 1, threads > 1) << n;
+  const auto size = static_cast<std::size_t>(n);
+  auto x = random_line<R>(size, 3);
+  guarded<std::complex<R>> y(size);
+  EXPECT_EQ(DftiComputeForward(out.handle, x.data(), y.data()), 0);
+  std::memcpy(x.data(), y.data(), size * sizeof x[0]);
+  EXPECT_EQ(DftiComputeBackward(in_place.handle, y.data()), 0);
+  x.insert(x.end(), y.data(), y.data() + size);
+  return x;
+}
+
+TEST(Concurrency, NativeLinesHaveTheSameBitsOnAnyNumberOfThreads) {
+  if (serv_cpu_level() < kFirstNativeLevel) GTEST_SKIP() << "other levels split lines in ways of their own";
+  // Passes, some of them of any radix, then convolutions, rows times columns.
+  for (const int n : {1 << 15, 30030, 37 * 1024, 149 * 149 * 2, 65520, 1 << 16, 65537, 65539, 1 << 18}) {
+    const auto wide = there_and_back<double>(n, 1);
+    const auto narrow = there_and_back<float>(n, 1);
+    for (const int threads : {2, 3, 5}) {
+      EXPECT_EQ(there_and_back<double>(n, threads), wide) << n << " on " << threads;
+      EXPECT_EQ(there_and_back<float>(n, threads), narrow) << n << " on " << threads;
+    }
   }
 }
 

@@ -23,10 +23,14 @@ long_facts line(core_int n, int threads, int placement = DFTI_NOT_INPLACE, bool 
 
 TEST(LongRules, TiersAndParts) {
   using enum long_tier;
-  long_facts users = line(1 << 20, 4), scrambled = users, native = line(1 << 12, 4), strided = users;
+  long_facts users = line(1 << 20, 4), scrambled = users, strided = users;
   users.user_threads = 2;
   scrambled.ordering = DFTI_BACKWARD_SCRAMBLED;
-  native.native = true;
+  const auto native = [](core_int n, int threads) {
+    long_facts facts = line(n, threads);
+    facts.native = true;
+    return facts;
+  };
   strided.output_stride = 2;
   const struct {
     long_facts facts;
@@ -51,7 +55,11 @@ TEST(LongRules, TiersAndParts) {
       {users, kNone, 0, 0},
       {scrambled, kNone, 0, 0},
       {strided, kNone, 0, 0},
-      {native, kNone, 0, 0},
+      {native(1 << 14, 4), kNone, 0, 0},
+      {native(30030, 4), kShared, 0, 2},
+      {native(65537, 4), kShared, 0, 4},
+      {native(1 << 26, 4), kShared, 0, 4},
+      {native(core_int{1} << 27, 3), kSplit, 1 << 13, 0},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.facts.length << " on " << c.facts.threads);
@@ -166,11 +174,11 @@ TEST(NativePlan, WholeLines) {
   }
 }
 
-TEST(NativePlan, ThreadsSplitLinesThatOneThreadDoesNot) {
-  const native_plan split = split_native_line(1 << 16);
-  EXPECT_EQ(split.method, native_method::kLong);
-  EXPECT_EQ(split.rows * split.columns, 1 << 16);
-  EXPECT_EQ(split_native_line(2 * 131).method, native_method::kAutosort) << "two rows are none";
+TEST(NativePlan, ThreadsMeetBeforeTheLastPassIfItsPointsAreTheSameForEach) {
+  EXPECT_EQ(passes_after_meeting(8, 2), 1);
+  EXPECT_EQ(passes_after_meeting(12, 3), 1);
+  EXPECT_EQ(passes_after_meeting(12, 2), 2);
+  EXPECT_EQ(passes_after_meeting(8, 3), 2);
 }
 
 TEST(RealPlan, MethodsByLength) {

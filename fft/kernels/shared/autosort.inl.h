@@ -48,10 +48,13 @@ template <class V, int radix>
   }
 }
 
-/// s = 1: the first pass of a line. twiddles: real parts of k = 1 for all p, imaginary parts, k = 2 ...
+/// s = 1: the first pass of a line, p < count. twiddles: real parts of k = 1 for all p, imaginary parts, k =
+/// 2
+/// ...
 template <class R, bool kBackward, int radix>
-void first_of_line(const complex_type<R>* input, R* re, R* im, core_int m, const R* twiddles) {
-  by_registers<R>(m, [&]<class V>(core_int p) QEL_BODY {
+void first_of_line(const complex_type<R>* input, core_int count, R* re, R* im, core_int m,
+                   const R* twiddles) {
+  by_registers<R>(count, [&]<class V>(core_int p) QEL_BODY {
     reg_of<V> x[radix];
 #pragma GCC unroll 16
     for (int j = 0; j < radix; ++j) x[j] = V::template load_pairs<kBackward>(input + p + j * m);
@@ -111,10 +114,11 @@ void first_of_columns(const complex_type<R>* input, core_int pitch, core_int s, 
 }
 
 template <class R, int radix>
-void middle_pass(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+void middle_pass(const R* re, const R* im, R* to_re, R* to_im, const pass_part& part,
                  const complex_type<R>* twiddles) {
-  for (core_int p = 0; p < m; ++p) {
-    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+  const core_int m = part.m, s = part.s, to_s = part.to_s;
+  for (core_int p = part.from; p < part.to; ++p) {
+    by_registers<R>(part.count, [&]<class V>(core_int q) QEL_BODY {
       reg_of<V> x[radix];
 #pragma GCC unroll 16
       for (int j = 0; j < radix; ++j) {
@@ -122,10 +126,10 @@ void middle_pass(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_
         x[j] = V::load(re + at, im + at);
       }
       dft<V, false, radix>::run(x);
-      turn_all<V, radix>(x, p, twiddles);
+      turn_all<V, radix>(x, p + part.origin, twiddles);
 #pragma GCC unroll 16
       for (int k = 0; k < radix; ++k) {
-        const core_int at = q + s * (radix * p + k);
+        const core_int at = q + to_s * (radix * p + k);
         V::store(to_re + at, to_im + at, x[k]);
       }
     });
@@ -134,18 +138,20 @@ void middle_pass(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_
 
 /// Any odd radix n; roots[j] = exp(-2 pi i j / n). work: 2 n + 2 registers.
 template <class R>
-void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, core_int s,
+void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, const pass_part& part,
                    const complex_type<R>* twiddles, int n, const complex_type<R>* roots, R* work) {
   const int half = n / 2;
-  for (core_int p = 0; p < m; ++p) {
-    by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+  const core_int m = part.m, s = part.s, to_s = part.to_s;
+  for (core_int p = part.from; p < part.to; ++p) {
+    by_registers<R>(part.count, [&]<class V>(core_int q) QEL_BODY {
       const auto of = [&](core_int j) {
         const core_int at = q + s * (p + j * m);
         return V::load(re + at, im + at);
       };
       const auto put = [&](core_int k, reg_of<V> value) {
-        if (p > 0 && k > 0) value = V::turn(value, V::all(twiddles[p * (n - 1) + k - 1]));
-        const core_int at = q + s * (n * p + k);
+        const core_int w = p + part.origin;
+        if (w > 0 && k > 0) value = V::turn(value, V::all(twiddles[w * (n - 1) + k - 1]));
+        const core_int at = q + to_s * (n * p + k);
         V::store(to_re + at, to_im + at, value);
       };
       const reg_of<V> first = of(0);
@@ -174,16 +180,16 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, core_int m, cor
   }
 }
 
-/// The last pass of a line: m = 1.
+/// The last pass of a line: m = 1, q < count.
 template <class R, bool kBackward, int radix>
-void last_of_line(const R* re, const R* im, complex_type<R>* out, core_int s) {
-  by_registers<R>(s, [&]<class V>(core_int q) QEL_BODY {
+void last_of_line(const R* re, const R* im, core_int count, core_int s, complex_type<R>* out, core_int to_s) {
+  by_registers<R>(count, [&]<class V>(core_int q) QEL_BODY {
     reg_of<V> x[radix];
 #pragma GCC unroll 16
     for (int j = 0; j < radix; ++j) x[j] = V::load(re + q + j * s, im + q + j * s);
     dft<V, false, radix>::run(x);
 #pragma GCC unroll 16
-    for (int k = 0; k < radix; ++k) V::template store_pairs<kBackward>(out + q + k * s, x[k]);
+    for (int k = 0; k < radix; ++k) V::template store_pairs<kBackward>(out + q + k * to_s, x[k]);
   });
 }
 

@@ -31,6 +31,8 @@ struct cx<double, 1> {
   using reg = __m128d;
   static constexpr int kCount = 1;
   QEL_LANES reg load(const complex16* p) { return _mm_loadu_pd(reinterpret_cast<const double*>(p)); }
+  /// Numbers that lie pitch apart.
+  QEL_LANES reg load_across(const complex16* p, core_int) { return load(p); }
   /// One number in all places.
   QEL_LANES reg repeated(const complex16* p) { return load(p); }
   QEL_LANES void store(complex16* p, reg v) { _mm_storeu_pd(reinterpret_cast<double*>(p), v); }
@@ -59,6 +61,10 @@ struct cx<float, 2> {
   using reg = __m128;
   static constexpr int kCount = 2;
   QEL_LANES reg load(const complex8* p) { return _mm_loadu_ps(reinterpret_cast<const float*>(p)); }
+  QEL_LANES reg load_across(const complex8* p, core_int pitch) {
+    const __m128i low = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    return _mm_loadh_pi(_mm_castsi128_ps(low), reinterpret_cast<const __m64*>(p + pitch));
+  }
   QEL_LANES reg repeated(const complex8* p) {
     const reg one = _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
     return _mm_movelh_ps(one, one);
@@ -179,6 +185,10 @@ template <class R>
 using single = cx<R, 1>;
 template <class R>
 using widest = cx<R, kRegisterBytes / (2 * static_cast<int>(sizeof(R)))>;
+
+/// 128 bits of numbers.
+template <class R>
+using across = cx<R, 16 / (2 * static_cast<int>(sizeof(R)))>;
 
 template <class V>
 using reg_of = typename V::reg;

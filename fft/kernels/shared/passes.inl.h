@@ -150,19 +150,36 @@ inline void unfold(complex_type<R>* output, core_int stride, int n, const comple
   const int half = n / 2;
   reg_of<V> zeroth = V::load(work);
   for (int j = 1; j <= half; ++j) zeroth = V::add(zeroth, V::load(work + j));
-  for (int k = 1; k <= half; ++k) {
-    reg_of<V> even = times_plus<V>(V::load(work + 1), roots[k].real, V::load(work));
-    reg_of<V> odd = V::times(V::load(work + n - 1), -roots[k].imag);
-    for (int j = 2, at = 2 * k; j <= half; ++j) {
-      if (at >= n) at -= n;
-      even = times_plus<V>(V::load(work + j), roots[at].real, even);
-      odd = times_plus<V>(V::load(work + n - j), -roots[at].imag, odd);
-      at += k;
+  // Several outputs at a time, because each sum waits for its terms.
+  const auto outputs = [&]<int kCount>(int k) __attribute__((always_inline)) {
+    reg_of<V> even[kCount], odd[kCount];
+    int at[kCount];
+#pragma GCC unroll 4
+    for (int i = 0; i < kCount; ++i) {
+      even[i] = times_plus<V>(V::load(work + 1), roots[k + i].real, V::load(work));
+      odd[i] = V::times(V::load(work + n - 1), -roots[k + i].imag);
+      at[i] = k + i;
     }
-    odd = quarter<V, kBackward>(odd);
-    V::store(output + k * stride, V::add(even, odd));
-    V::store(output + (n - k) * stride, V::sub(even, odd));
-  }
+    for (int j = 2; j <= half; ++j) {
+      const reg_of<V> sum = V::load(work + j), difference = V::load(work + n - j);
+#pragma GCC unroll 4
+      for (int i = 0; i < kCount; ++i) {
+        at[i] += k + i;
+        at[i] -= at[i] >= n ? n : 0;
+        even[i] = times_plus<V>(sum, roots[at[i]].real, even[i]);
+        odd[i] = times_plus<V>(difference, -roots[at[i]].imag, odd[i]);
+      }
+    }
+#pragma GCC unroll 4
+    for (int i = 0; i < kCount; ++i) {
+      const reg_of<V> turned_odd = quarter<V, kBackward>(odd[i]);
+      V::store(output + (k + i) * stride, V::add(even[i], turned_odd));
+      V::store(output + (n - k - i) * stride, V::sub(even[i], turned_odd));
+    }
+  };
+  int k = 1;
+  for (; k + 3 <= half; k += 4) outputs.template operator()<4>(k);
+  for (; k <= half; ++k) outputs.template operator()<1>(k);
   V::store(output, zeroth);
 }
 

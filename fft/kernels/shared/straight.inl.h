@@ -192,36 +192,42 @@ void straight(const complex_type<R>* input, complex_type<R>* output, [[maybe_unu
   for (int j = 0; j < n; ++j) V::store(output + j, kScaled ? V::times(x[j], scale) : x[j]);
 }
 
-/// n = r m beyond what registers hold: columns through a buffer, several columns at a time.
+/// Of the columns of n = r m: exp(-2 pi i j k / n) at k m + j.
+template <class R, int r, int m>
+struct step_twiddles {
+  complex_type<R> w[r * m]{};
+  constexpr step_twiddles() {
+    constexpr circle<R, r * m> kCircle{};
+    for (int k = 0; k < r; ++k)
+      for (int j = 0; j < m; ++j) w[k * m + j] = {kCircle.c[j * k], -kCircle.s[j * k]};
+  }
+};
+
+/// n = r m beyond what registers hold: columns through a buffer, several of them at a time, then rows.
 template <class R, bool kBackward, int r, int m>
 void buffered(const complex_type<R>* input, complex_type<R>* output, R) {
   using V = widest<R>;
-  using S = single<R>;
-  static constexpr circle<R, r * m> kCircle{};
+  using W = across<R>;
+  static constexpr step_twiddles<R, r, m> kTwiddles{};
   alignas(32) complex_type<R> buffer[r * m];
   for (int j = 0; j < m; j += V::kCount) {
     reg_of<V> x[r];
 #pragma GCC unroll 16
     for (int i = 0; i < r; ++i) x[i] = V::load(input + j + i * m);
     dft<V, kBackward, r>::run(x);
+    V::store(buffer + j, x[0]);
 #pragma GCC unroll 16
-    for (int k = 0; k < r; ++k) {
-      if (k > 0) {
-        complex_type<R> w[V::kCount];
-#pragma GCC unroll 4
-        for (int l = 0; l < V::kCount; ++l) w[l] = {kCircle.c[(j + l) * k], -kCircle.s[(j + l) * k]};
-        x[k] = turned<V, kBackward>(x[k], V::load(w));
-      }
-      V::store(buffer + k * m + j, x[k]);
+    for (int k = 1; k < r; ++k) {
+      V::store(buffer + k * m + j, turned<V, kBackward>(x[k], V::load(kTwiddles.w + k * m + j)));
     }
   }
-  for (int k = 0; k < r; ++k) {
-    reg_of<S> x[m];
+  for (int k = 0; k < r; k += W::kCount) {
+    reg_of<W> x[m];
 #pragma GCC unroll 16
-    for (int j = 0; j < m; ++j) x[j] = S::load(buffer + k * m + j);
-    dft<S, kBackward, m>::run(x);
+    for (int j = 0; j < m; ++j) x[j] = W::load_across(buffer + k * m + j, m);
+    dft<W, kBackward, m>::run(x);
 #pragma GCC unroll 16
-    for (int j = 0; j < m; ++j) S::store(output + k + r * j, x[j]);
+    for (int j = 0; j < m; ++j) W::store(output + k + r * j, x[j]);
   }
 }
 
