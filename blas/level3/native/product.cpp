@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "blas/level3/native/copies.h"
 #include "blas/level3/native/level3_native.h"
 #include "blas/level3/native/plan.h"
 #include "blas/plain/scratch.h"
@@ -423,6 +424,11 @@ template <class T>
 void multiply(const product<T>& what, int threads) {
   if (what.m <= 0 || what.n <= 0) return;
   if (what.k <= 0 || what.alpha == T{}) return scale(what);
+  const bool a_structured = what.a.kind != matrix_kind::kGeneral;
+  const copy_plan copies =
+      plan_copies(what.m, what.n, what.k, a_structured, what.a.row_step != 1 || what.a.conjugated,
+                  what.b.kind != matrix_kind::kGeneral, what.part);
+  if (copies.pays) return multiply_on_copies(what, copies, *native_kernels<T>());
   if (threads == 0) {
     threads = may_fork(what.m, what.n, what.k, weight_of(what)) ? serv_threads_for_domain(1) : 1;
   }

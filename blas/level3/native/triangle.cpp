@@ -4,6 +4,7 @@
 // otherwise the products fork. Only the stored triangle is read, its diagonal only if it is not of ones.
 #include <algorithm>
 
+#include "blas/level3/native/copies.h"
 #include "blas/level3/native/level3_native.h"
 #include "blas/level3/native/plan.h"
 #include "blas/level3/native/product.h"
@@ -116,6 +117,10 @@ void scaled_triangle(bool solve, char side, char uplo, char transa, char diag, c
   const triangle<T> t{view, blas::letter_is(diag, 'U')};
   const core_int order = left ? m : n, count = left ? n : m;
   const bool nothing_to_read = alpha == T{};
+  if (!solve && m <= kCopiedOrder && n <= kCopiedOrder && !nothing_to_read &&
+      multiply_by_filled_triangle(left, view, t.unit, m, n, alpha, b, ldb, *native_kernels<T>())) {
+    return;
+  }
 
   // A slab of right-hand sides, scaled and then worked on while it is in the cache.
   const auto work = [&](core_int first, core_int size, int threads) {
