@@ -316,6 +316,26 @@ TYPED_TEST(Level3, TrmmAndTrsmAllOptions) {
   }
 }
 
+// What a triangle does not store is no factor: infinity comes only where a stored element meets it.
+TYPED_TEST(Level3, TrmmKeepsInfinityOnItsSide) {
+  using T = TypeParam;
+  constexpr core_int kRows = 7, kColumns = 5, kRow = 2, kColumn = 1;
+  for (const triangle_options& o : all_triangle_options()) {
+    const core_int order = o.side == 'L' ? kRows : kColumns;
+    matrix<T> a(order, order, 1, this->random_, o.uplo, o.diag == 'U'), b(kRows, kColumns, 3, this->random_);
+    b.set(kRow, kColumn, from_real<T>(std::numeric_limits<real_of<T>>::infinity()));
+    const dense t = op(o.trans, a.meaning(o.diag == 'U' ? shape::kUnitTriangular : shape::kTriangular));
+    call(core_of<T>::trmm, o.side, o.uplo, o.trans, o.diag, kRows, kColumns, factor<T>(1), a.data(), a.ld(),
+         b.data(), b.ld());
+    b.for_stored([&](core_int i, core_int j) {
+      const bool met =
+          o.side == 'L' ? j == kColumn && t(i, kRow) != wide{} : i == kRow && t(kColumn, j) != wide{};
+      EXPECT_EQ(!met, std::isfinite(std::abs(widen(b.at(i, j)))))
+          << text("trmm", o.side, o.uplo, o.trans, o.diag, kRows, kColumns) << ' ' << i << ' ' << j;
+    });
+  }
+}
+
 // Beyond the diagonal blocks of every level, and beyond the columns or rows of B that are taken at a time.
 TYPED_TEST(Level3, TrmmAndTrsmBeyondBlocks) {
   constexpr core_int kOrders[][2] = {{150, 5}, {290, 3}, {5, 540}, {40, 1030}, {1030, 40}};

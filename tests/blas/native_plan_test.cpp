@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "blas/level3/native/copies.h"
 #include "blas/level3/native/plan.h"
 
 namespace qel::native {
@@ -44,6 +45,30 @@ TEST(NativePlan, SmallProductsGoAtOnce) {
   expect_short_way_agrees<double>();
   expect_short_way_agrees<complex8>();
   expect_short_way_agrees<complex16>();
+}
+
+TEST(NativePlan, CopiesForSmallProductsThatDontLieRight) {
+  constexpr c_part kWhole = c_part::whole, kUpper = c_part::upper;
+  const struct {
+    core_int m, n, k;
+    bool a_structured, a_turned, b_structured;
+    c_part part;
+    copy_plan plan;
+  } cases[] = {
+      {8, 8, 8, false, false, false, kWhole, {false, false, false, false}},  // nothing in the way
+      {8, 8, 8, false, true, false, kWhole, {false, false, false, false}},
+      {8, 5, 8, true, false, false, kWhole, {true, true, false, false}},
+      {5, 8, 8, false, false, true, kWhole, {true, false, true, false}},
+      {8, 8, 3, false, false, false, kUpper, {true, false, false, true}},
+      {32, 32, 32, false, true, false, kUpper, {true, true, false, true}},
+      {33, 33, 3, false, false, false, kUpper, {false, false, false, false}},
+      {8, 33, 8, true, false, false, kWhole, {false, false, false, false}},
+      {8, 8, 33, false, false, false, kUpper, {false, false, false, false}},
+  };
+  for (const auto& c : cases) {
+    const copy_plan plan = plan_copies(c.m, c.n, c.k, c.a_structured, c.a_turned, c.b_structured, c.part);
+    EXPECT_EQ(c.plan, plan) << c.m << ' ' << c.n << ' ' << c.k;
+  }
 }
 
 TEST(NativePlan, SchemeByShape) {

@@ -13,6 +13,7 @@ inline constexpr int kCopiedOrder = 32;
 /// Which matrices of a product are copied; if `pays` is false, it does not go this way.
 struct copy_plan {
   bool pays, a, b, c;
+  constexpr bool operator==(const copy_plan&) const = default;
 };
 /// A structured factor has one stored triangle; of a turned A rows are contiguous. General products read in
 /// place what they can, and pack the rest.
