@@ -47,7 +47,7 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
       {"gbmv 4096 4096 8 7 --level 5 --threads 4", {{"threads", 2}, {"rows_per_thread", 2048}}},
       {"symv 4096 --uplo L --diagonals 23 --level 5 --threads 8", {{"first_elements", {0, 2048}}}},
       {"syr 1000 --level 5 --threads 2", {{"reason", "like areas"}, {"first_elements", {0, 704}}}},
-      {"trsv 1000 --level 5 --threads 8", {{"threads", 5}, {"block", 128}}},
+      {"trsv 1024 --level 5 --threads 8", {{"threads", 5}, {"block", 128}}},
       {"trsv 1000 --level 3 --threads 8", {{"threads", 1}}},
       // Level 3
       {"gemm 2000 2000 2000 --threads 8 --level 3 --caches 32768,262144,8388608",
