@@ -330,7 +330,9 @@ TYPED_TEST(Level3, TrmmKeepsInfinityOnItsSide) {
     b.for_stored([&](core_int i, core_int j) {
       const bool met =
           o.side == 'L' ? j == kColumn && t(i, kRow) != wide{} : i == kRow && t(kColumn, j) != wide{};
-      EXPECT_EQ(!met, std::isfinite(std::abs(widen(b.at(i, j)))))
+      // As doubles: Memcheck has no range beyond theirs.
+      const std::complex<double> result(widen(b.at(i, j)));
+      EXPECT_EQ(!met, std::isfinite(result.real()) && std::isfinite(result.imag()))
           << text("trmm", o.side, o.uplo, o.trans, o.diag, kRows, kColumns) << ' ' << i << ' ' << j;
     });
   }
