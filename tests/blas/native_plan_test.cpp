@@ -69,6 +69,10 @@ TEST(NativePlan, CopiesForSmallProductsThatDontLieRight) {
     const copy_plan plan = plan_copies(c.m, c.n, c.k, c.a_structured, c.a_turned, c.b_structured, c.part);
     EXPECT_EQ(c.plan, plan) << c.m << ' ' << c.n << ' ' << c.k;
   }
+  EXPECT_TRUE(fills_triangle(false, 32, 32));
+  EXPECT_FALSE(fills_triangle(true, 4, 4));
+  EXPECT_FALSE(fills_triangle(false, 33, 1));
+  EXPECT_FALSE(fills_triangle(false, 1, 33));
 }
 
 TEST(NativePlan, SchemeByShape) {

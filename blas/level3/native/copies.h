@@ -29,6 +29,10 @@ constexpr copy_plan plan_copies(core_int m, core_int n, core_int k, bool a_struc
 template <class T>
 void multiply_on_copies(const product<T>& what, const copy_plan& plan, const level3_kernels<T>& kernels);
 
+/// Whether a triangle is multiplied that way: B m x n.
+constexpr bool fills_triangle(bool solve, core_int m, core_int n) {
+  return !solve && m <= kCopiedOrder && n <= kCopiedOrder;
+}
 /// B = alpha op(A) B (from the left) or alpha B op(A) for a triangle shown by `a`, with zeros in the place of
 /// what is not stored. False, with B as it was, if the result is not finite: then zeros may have met what
 /// they must not meet. m and n are at most kCopiedOrder, alpha is not 0.

@@ -117,7 +117,7 @@ void scaled_triangle(bool solve, char side, char uplo, char transa, char diag, c
   const triangle<T> t{view, blas::letter_is(diag, 'U')};
   const core_int order = left ? m : n, count = left ? n : m;
   const bool nothing_to_read = alpha == T{};
-  if (!solve && m <= kCopiedOrder && n <= kCopiedOrder && !nothing_to_read &&
+  if (!nothing_to_read && fills_triangle(solve, m, n) &&
       multiply_by_filled_triangle(left, view, t.unit, m, n, alpha, b, ldb, *native_kernels<T>())) {
     return;
   }
