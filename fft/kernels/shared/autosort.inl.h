@@ -48,9 +48,8 @@ template <class V, int radix>
   }
 }
 
-/// s = 1: the first pass of a line, p < count. twiddles: real parts of k = 1 for all p, imaginary parts, k =
-/// 2
-/// ...
+/// s = 1: the first pass of a line, p < count.
+/// twiddles: real parts of k = 1 for all p, imaginary parts, k = 2 ...
 template <class R, bool kBackward, int radix>
 void first_of_line(const complex_type<R>* input, core_int count, R* re, R* im, core_int m,
                    const R* twiddles) {
