@@ -68,16 +68,21 @@ struct triangle_product {
   core_int ldb;
 };
 
-/// B = inv(op(T)) B for a triangle where it lies and few columns of B: op transposes if turned and conjugates
-/// if conjugated.
+/// A triangle of a stored matrix and its op: transposed if turned, conjugated if conjugated.
+struct triangle_use {
+  bool upper, unit;  ///< as it is stored
+  bool turned, conjugated;
+};
+/// B = inv(op(T)) B for a triangle where it lies and few columns of B, or for two triangles of one matrix,
+/// one after the other.
 template <class T>
 struct narrow_solve {
   core_int order;  ///< of T, at most kTriangleOrder
   core_int count;  ///< columns of B
   const T* t;
   core_int ldt;
-  bool upper, unit;  ///< T as it is stored
-  bool turned, conjugated;
+  int triangles;  ///< 1 or 2
+  triangle_use triangle[2];
   T* b;
   core_int ldb;
 };

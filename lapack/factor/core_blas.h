@@ -15,16 +15,21 @@ constexpr bool is_narrow(core_int order, core_int count) {
   constexpr core_int kFew = 32;
   return order > 0 && order <= kTriangleOrder && count > 0 && count <= kFew;
 }
-/// B = inv(op(A)) B; false if another way is to be taken.
+/// B = inv(op(A)) B for one triangle of A, or for two one after the other; false if another way is to be
+/// taken.
 template <class T>
-inline bool native_solve(char uplo, char trans, char diag, core_int m, core_int n, const T* a, core_int lda,
-                         T* b, core_int ldb) {
+inline bool native_solve(core_int m, core_int n, const T* a, core_int lda, T* b, core_int ldb, int triangles,
+                         const triangle_use& first, const triangle_use& then = {}) {
   if (!is_narrow(m, n)) return false;
   const level3_kernels<T>* const kernels = native::native_kernels<T>();
   if (kernels == nullptr) return false;
-  kernels->solve_narrow(
-      {m, n, a, lda, uplo == 'U', diag == 'U', trans != 'N', is_complex<T> && trans == 'C', b, ldb});
+  kernels->solve_narrow({m, n, a, lda, triangles, {first, then}, b, ldb});
   return true;
+}
+/// A triangle by BLAS's letters.
+template <class T>
+constexpr triangle_use use_of(char uplo, char trans, char diag) {
+  return {uplo == 'U', diag == 'U', trans != 'N', is_complex<T> && trans == 'C'};
 }
 
 #define QEL_CALLS(T, letter, turned, ger_name, gerc_name, herk_name, norm_name)                              \
@@ -82,7 +87,7 @@ inline bool native_solve(char uplo, char trans, char diag, core_int m, core_int 
     const core_int one = 1;                                                                                  \
     const T factor = from_real<T>(alpha);                                                                    \
     if (side == 'L' && alpha == 1) {                                                                         \
-      if (native_solve(uplo, trans, diag, m, n, a, lda, b, ldb)) return;                                     \
+      if (native_solve(m, n, a, lda, b, ldb, 1, use_of<T>(uplo, trans, diag))) return;                       \
       if (n == 1) return core::letter##trsv(&uplo, &trans, &diag, &m, a, &lda, b, &one);                     \
     }                                                                                                        \
     core::letter##trsm(&side, &uplo, &trans, &diag, &m, &n, &factor, a, &lda, b, &ldb);                      \

@@ -13,22 +13,30 @@ namespace qel::lapack {
 template <class T, class Pivot>
 void solve_by_lu(char trans, core_int n, core_int nrhs, const T* a, core_int lda, const Pivot* pivots, T* b,
                  core_int ldb) {
+  const triangle_use l = use_of<T>('L', trans, 'U'), u = use_of<T>('U', trans, 'N');
   if (trans == 'N') {
     swap_rows(nrhs, b, ldb, 0, n, pivots);
+    if (native_solve(n, nrhs, a, lda, b, ldb, 2, l, u)) return;
     solve('L', 'L', 'N', 'U', n, nrhs, a, lda, b, ldb);
     solve('L', 'U', 'N', 'N', n, nrhs, a, lda, b, ldb);
   } else {
-    solve('L', 'U', trans, 'N', n, nrhs, a, lda, b, ldb);
-    solve('L', 'L', trans, 'U', n, nrhs, a, lda, b, ldb);
+    if (!native_solve(n, nrhs, a, lda, b, ldb, 2, u, l)) {
+      solve('L', 'U', trans, 'N', n, nrhs, a, lda, b, ldb);
+      solve('L', 'L', trans, 'U', n, nrhs, a, lda, b, ldb);
+    }
     swap_rows(nrhs, b, ldb, 0, n, pivots, true);
   }
 }
 
 template <class T>
 void solve_by_cholesky(bool upper, core_int n, core_int nrhs, const T* a, core_int lda, T* b, core_int ldb) {
-  const char uplo = upper ? 'U' : 'L';
-  solve('L', uplo, upper ? kTurnedLetter<T> : 'N', 'N', n, nrhs, a, lda, b, ldb);
-  solve('L', uplo, upper ? 'N' : kTurnedLetter<T>, 'N', n, nrhs, a, lda, b, ldb);
+  const char uplo = upper ? 'U' : 'L', first = upper ? kTurnedLetter<T> : 'N',
+             then = upper ? 'N' : kTurnedLetter<T>;
+  if (native_solve(n, nrhs, a, lda, b, ldb, 2, use_of<T>(uplo, first, 'N'), use_of<T>(uplo, then, 'N'))) {
+    return;
+  }
+  solve('L', uplo, first, 'N', n, nrhs, a, lda, b, ldb);
+  solve('L', uplo, then, 'N', n, nrhs, a, lda, b, ldb);
 }
 
 /// Columns of a block of the inverse, for so many that the caller's work array has room for. Natively a

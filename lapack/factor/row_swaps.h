@@ -11,15 +11,21 @@ namespace qel::lapack {
 template <class T, class Pivot>
 void swap_rows(core_int n, T* a, core_int lda, core_int first, core_int end, const Pivot* pivots,
                bool backwards = false) {
+  const auto swap_one = [=](core_int i, core_int columns, T* column) {
+    const core_int other = static_cast<core_int>(element(pivots + i)) - 1;
+    if (other == i) return;
+    T *row = column + i, *pivot_row = column + other;
+    exchange(row, pivot_row);
+    for (core_int c = 1; c < columns; ++c) exchange(row += lda, pivot_row += lda);
+  };
   constexpr core_int kColumns = 32;
   for (core_int j = 0; j < n; j += kColumns) {
     const core_int columns = n - j < kColumns ? n - j : kColumns;
-    for (core_int step = first; step < end; ++step) {
-      const core_int i = backwards ? end - 1 - (step - first) : step;
-      const core_int other = static_cast<core_int>(element(pivots + i)) - 1;
-      if (other == i) continue;
-      T *row = a + j * lda + i, *pivot_row = a + j * lda + other;
-      for (core_int c = 0; c < columns; ++c) exchange(row + c * lda, pivot_row + c * lda);
+    T* const column = a + j * lda;
+    if (backwards) {
+      for (core_int i = end - 1; i >= first; --i) swap_one(i, columns, column);
+    } else {
+      for (core_int i = first; i < end; ++i) swap_one(i, columns, column);
     }
   }
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numeric>
 #include <vector>
 
 #include "lapack/factor/triangles.h"
@@ -192,6 +193,54 @@ TYPED_TEST(factored, zeros_at_the_right_of_a_triangle) {
     for (core_int i = 0; i < n; ++i) {
       EXPECT_TRUE(std::isfinite(real_part(x[static_cast<size_t>(i)]))) << i;
       EXPECT_EQ(x[static_cast<size_t>(i)] == T{}, i < 7) << i;
+    }
+  }
+}
+
+// Two triangles in one call are two calls, also where a pivot has no reciprocal and zeros leave columns out.
+TYPED_TEST(factored, both_triangles_at_once) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  using limits = std::numeric_limits<R>;
+  const auto alike = [](R x, R y, R size) {
+    return std::isfinite(y) ? std::abs(x - y) <= 50 * limits::epsilon() * size && (x == 0) == (y == 0)
+                            : std::isnan(x) == std::isnan(y) && !std::isfinite(x);
+  };
+  for (const core_int n : {3, 8, 19}) {
+    std::vector<core_int> unmoved(static_cast<size_t>(n));
+    std::iota(unmoved.begin(), unmoved.end(), 1);
+    for (const R pivot : {R(2), limits::min() / 2, R(0), limits::infinity(), limits::quiet_NaN()}) {
+      matrix<T> f = factors_of<T>(n, 3);
+      f(n / 2, n / 2) = from_real<T>(pivot);
+      for (const char way : {'N', 'T', 'C', 'U', 'L'}) {  // U, L: of Cholesky's factors
+        matrix<T> b(n, 2, 0);
+        b(n / 3, 0) = b(n - 1, 1) = from_real<T>(1);
+        matrix<T> x = b, y = b;
+        const auto solve_both = [&](char uplo, char trans, char diag, char uplo2, char trans2, char diag2) {
+          solve('L', uplo, trans, diag, n, core_int{2}, f.data(), f.lda, y.data(), n);
+          solve('L', uplo2, trans2, diag2, n, core_int{2}, f.data(), f.lda, y.data(), n);
+        };
+        if (way == 'U' || way == 'L') {
+          solve_by_cholesky(way == 'U', n, core_int{2}, f.data(), f.lda, x.data(), n);
+          const char first = way == 'U' ? kTurnedLetter<T> : 'N', then = way == 'U' ? 'N' : kTurnedLetter<T>;
+          solve_both(way, first, 'N', way, then, 'N');
+        } else {
+          solve_by_lu(way, n, core_int{2}, f.data(), f.lda, unmoved.data(), x.data(), n);
+          if (way == 'N') solve_both('L', 'N', 'U', 'U', 'N', 'N');
+          if (way != 'N') solve_both('U', way, 'N', 'L', way, 'U');
+        }
+        for (core_int j = 0; j < 2; ++j) {
+          R size = 0;
+          for (core_int i = 0; i < n; ++i) {
+            const R value = std::abs(real_part(y(i, j)));
+            if (std::isfinite(value)) size = std::max(size, value);
+          }
+          for (core_int i = 0; i < n; ++i) {
+            EXPECT_TRUE(alike(real_part(x(i, j)), real_part(y(i, j)), size))
+                << n << way << pivot << ": " << i << ' ' << j;
+          }
+        }
+      }
     }
   }
 }

@@ -216,7 +216,7 @@ core_int factor_blocks(core_int m, core_int end, core_int n, T* a, core_int lda,
     const core_int width = n - j < kBlock ? n - j : kBlock, done = j < m ? j : m;
     T* const block = a + j * lda;
     exchange_rows(width, block, lda, 0, done, pivots);
-    if (j > 0) solve_narrow<T>({done, width, a, lda, false, true, false, false, block, lda});
+    if (j > 0) solve_narrow<T>({done, width, a, lda, 1, {{false, true, false, false}, {}}, block, lda});
     if (done == m) continue;
     if (j > 0) {
       const T one = pivots_of<T>::one();

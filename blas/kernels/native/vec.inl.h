@@ -49,6 +49,13 @@ struct vec<double> {
   static reg add(reg a, reg b) { return _mm512_add_pd(a, b); }
   static reg minus(reg a, reg b) { return _mm512_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_pd(a, b); }
+  static reg magnitude(reg v) { return _mm512_abs_pd(v); }
+  static reg larger(reg a, reg b) { return _mm512_maskz_max_pd(0xFF, a, b); }
+  /// No NaN among them either.
+  static bool all_between(reg v, double low, double high) {
+    return _mm512_mask_cmp_pd_mask(_mm512_cmp_pd_mask(v, all(low), _CMP_GE_OQ), v, all(high), _CMP_LE_OQ) ==
+           0xFF;
+  }
   static bool is_zero(reg v) { return _mm512_cmp_pd_mask(v, zero(), _CMP_NEQ_UQ) == 0; }
   static reg div(reg a, reg b) { return _mm512_div_pd(a, b); }
   static reg sqrt(reg v) { return _mm512_maskz_sqrt_pd(0xFF, v); }
@@ -66,6 +73,22 @@ struct vec<double> {
   /// (first, first, third, third ...), (second, second, fourth, fourth ...)
   static reg evens(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0x00); }
   static reg odds(reg v) { return _mm512_maskz_permute_pd(0xFF, v, 0xFF); }
+  /// Lanes kBegin .. kEnd - 1, the others zero.
+  template <int kBegin, int kEnd>
+  static reg only(reg v) {
+    return _mm512_maskz_mov_pd(static_cast<__mmask8>(first(kEnd) & ~first(kBegin)), v);
+  }
+  /// The sums of kLanes vectors' lanes, one after the other.
+  static reg sums(const reg (&v)[kLanes]) {
+    const auto neighbours = [](reg a, reg b) {
+      return add(_mm512_maskz_unpacklo_pd(0xFF, a, b), _mm512_maskz_unpackhi_pd(0xFF, a, b));
+    };
+    const auto quarters = [](reg a, reg b) {
+      return add(_mm512_maskz_shuffle_f64x2(0xFF, a, b, 0x88), _mm512_maskz_shuffle_f64x2(0xFF, a, b, 0xDD));
+    };
+    return quarters(quarters(neighbours(v[0], v[1]), neighbours(v[2], v[3])),
+                    quarters(neighbours(v[4], v[5]), neighbours(v[6], v[7])));
+  }
   /// (even, odd, even, odd ...)
   static reg pairs(double even, double odd) {
     return _mm512_set_pd(odd, even, odd, even, odd, even, odd, even);
@@ -93,6 +116,13 @@ struct vec<float> {
   static reg add(reg a, reg b) { return _mm512_add_ps(a, b); }
   static reg minus(reg a, reg b) { return _mm512_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm512_mul_ps(a, b); }
+  static reg magnitude(reg v) { return _mm512_abs_ps(v); }
+  static reg larger(reg a, reg b) { return _mm512_maskz_max_ps(0xFFFF, a, b); }
+  /// No NaN among them either.
+  static bool all_between(reg v, float low, float high) {
+    return _mm512_mask_cmp_ps_mask(_mm512_cmp_ps_mask(v, all(low), _CMP_GE_OQ), v, all(high), _CMP_LE_OQ) ==
+           0xFFFF;
+  }
   static bool is_zero(reg v) { return _mm512_cmp_ps_mask(v, zero(), _CMP_NEQ_UQ) == 0; }
   static reg div(reg a, reg b) { return _mm512_div_ps(a, b); }
   static reg sqrt(reg v) { return _mm512_maskz_sqrt_ps(0xFFFF, v); }
@@ -107,6 +137,24 @@ struct vec<float> {
   static reg swapped(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xB1); }
   static reg evens(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xA0); }
   static reg odds(reg v) { return _mm512_maskz_permute_ps(0xFFFF, v, 0xF5); }
+  template <int kBegin, int kEnd>
+  static reg only(reg v) {
+    return _mm512_maskz_mov_ps(static_cast<__mmask16>(first(kEnd) & ~first(kBegin)), v);
+  }
+  static reg sums(const reg (&v)[kLanes]) {
+    const auto four = [&](int i) {
+      const auto neighbours = [](reg a, reg b) {
+        return add(_mm512_maskz_unpacklo_ps(0xFFFF, a, b), _mm512_maskz_unpackhi_ps(0xFFFF, a, b));
+      };
+      const reg a = neighbours(v[i], v[i + 1]), b = neighbours(v[i + 2], v[i + 3]);
+      return add(_mm512_maskz_shuffle_ps(0xFFFF, a, b, 0x44), _mm512_maskz_shuffle_ps(0xFFFF, a, b, 0xEE));
+    };
+    const auto quarters = [](reg a, reg b) {
+      return add(_mm512_maskz_shuffle_f32x4(0xFFFF, a, b, 0x88),
+                 _mm512_maskz_shuffle_f32x4(0xFFFF, a, b, 0xDD));
+    };
+    return quarters(quarters(four(0), four(4)), quarters(four(8), four(12)));
+  }
   static reg pairs(float even, float odd) {
     return _mm512_set_ps(odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd, even, odd,
                          even);
@@ -153,6 +201,13 @@ struct vec<double> {
   static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
   static reg minus(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
+  static reg magnitude(reg v) { return _mm256_andnot_pd(all(-0.0), v); }
+  static reg larger(reg a, reg b) { return _mm256_max_pd(a, b); }
+  static bool all_between(reg v, double low, double high) {
+    const reg inside =
+        _mm256_and_pd(_mm256_cmp_pd(v, all(low), _CMP_GE_OQ), _mm256_cmp_pd(v, all(high), _CMP_LE_OQ));
+    return _mm256_movemask_pd(inside) == 0xF;
+  }
   static bool is_zero(reg v) { return _mm256_movemask_pd(_mm256_cmp_pd(v, zero(), _CMP_NEQ_UQ)) == 0; }
   static reg div(reg a, reg b) { return _mm256_div_pd(a, b); }
   static reg sqrt(reg v) { return _mm256_sqrt_pd(v); }
@@ -166,6 +221,14 @@ struct vec<double> {
   static reg swapped(reg v) { return _mm256_permute_pd(v, 5); }
   static reg evens(reg v) { return _mm256_permute_pd(v, 0x0); }
   static reg odds(reg v) { return _mm256_permute_pd(v, 0xF); }
+  template <int kBegin, int kEnd>
+  static reg only(reg v) {
+    return _mm256_blend_pd(zero(), v, ((1 << kEnd) - 1) & ~((1 << kBegin) - 1));
+  }
+  static reg sums(const reg (&v)[kLanes]) {
+    const reg a = _mm256_hadd_pd(v[0], v[1]), b = _mm256_hadd_pd(v[2], v[3]);
+    return add(_mm256_permute2f128_pd(a, b, 0x21), _mm256_blend_pd(a, b, 0xC));
+  }
   static reg pairs(double even, double odd) { return _mm256_set_pd(odd, even, odd, even); }
 };
 
@@ -212,6 +275,13 @@ struct vec<float> {
   static reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
   static reg minus(reg a, reg b) { return _mm256_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_ps(a, b); }
+  static reg magnitude(reg v) { return _mm256_andnot_ps(all(-0.0F), v); }
+  static reg larger(reg a, reg b) { return _mm256_max_ps(a, b); }
+  static bool all_between(reg v, float low, float high) {
+    const reg inside =
+        _mm256_and_ps(_mm256_cmp_ps(v, all(low), _CMP_GE_OQ), _mm256_cmp_ps(v, all(high), _CMP_LE_OQ));
+    return _mm256_movemask_ps(inside) == 0xFF;
+  }
   static bool is_zero(reg v) { return _mm256_movemask_ps(_mm256_cmp_ps(v, zero(), _CMP_NEQ_UQ)) == 0; }
   static reg div(reg a, reg b) { return _mm256_div_ps(a, b); }
   static reg sqrt(reg v) { return _mm256_sqrt_ps(v); }
@@ -225,6 +295,15 @@ struct vec<float> {
   static reg swapped(reg v) { return _mm256_permute_ps(v, 0xB1); }
   static reg evens(reg v) { return _mm256_permute_ps(v, 0xA0); }
   static reg odds(reg v) { return _mm256_permute_ps(v, 0xF5); }
+  template <int kBegin, int kEnd>
+  static reg only(reg v) {
+    return _mm256_blend_ps(zero(), v, ((1 << kEnd) - 1) & ~((1 << kBegin) - 1));
+  }
+  static reg sums(const reg (&v)[kLanes]) {
+    const reg a = _mm256_hadd_ps(_mm256_hadd_ps(v[0], v[1]), _mm256_hadd_ps(v[2], v[3])),
+              b = _mm256_hadd_ps(_mm256_hadd_ps(v[4], v[5]), _mm256_hadd_ps(v[6], v[7]));
+    return add(_mm256_permute2f128_ps(a, b, 0x21), _mm256_blend_ps(a, b, 0xF0));
+  }
   static reg pairs(float even, float odd) {
     return _mm256_set_ps(odd, even, odd, even, odd, even, odd, even);
   }
