@@ -4,8 +4,6 @@
 // triangle; of a turned one, by sums along its columns, and the blocks on its diagonal are turned beforehand.
 #pragma once
 
-#include <utility>
-
 #include "blas/kernels/native/triangle.inl.h"
 #include "blas/kernels/native/turn.inl.h"
 
@@ -280,15 +278,23 @@ void solve_by_division(const narrow_triangle<T>& what, bool upper, T* x) {
   }
 }
 
+template <int...>
+struct places {};
+/// Places 0 .. kCount - 1.
+template <int kCount, int... kBehind>
+struct first_places : first_places<kCount - 1, kCount - 1, kBehind...> {};
+template <int... kAll>
+struct first_places<0, kAll...> {
+  using type = places<kAll...>;
+};
+
 /// A vector of elements that lie `step` apart. Not by way of memory: what is stored element by element can't
 /// be read as a vector at once.
-template <class T, size_t... kLane>
-inline typename finish<T>::reg elements_apart(const T* first, core_int step, std::index_sequence<kLane...>) {
-  using R = typename reals<T>::type;
+template <class T, int... kLane>
+inline typename finish<T>::reg elements_apart(const T* first, core_int step, places<kLane...>) {
   constexpr int kParts = reals<T>::kCount;
-  const R* const p = reinterpret_cast<const R*>(first);
-  step *= kParts;
-  return typename finish<T>::reg{p[static_cast<core_int>(kLane / kParts) * step + kLane % kParts]...};
+  const auto* const p = reinterpret_cast<const typename reals<T>::type*>(first);
+  return typename finish<T>::reg{p[kLane / kParts * step * kParts + kLane % kParts]...};
 }
 
 /// The reciprocals of all pivots; false if one could overflow or vanish on the way.
@@ -306,7 +312,7 @@ bool reciprocal_pivots(core_int n, const T* t, core_int ldt, typename reals<T>::
     const T* const first = t + i * (ldt + 1);
     reg v;
     if (i + kLanes <= n) {
-      v = elements_apart(first, ldt + 1, std::make_index_sequence<V::kLanes>());
+      v = elements_apart(first, ldt + 1, typename first_places<V::kLanes>::type());
     } else {
       alignas(64) T pivots[kLanes];
       for (core_int j = 0; j < kLanes; ++j) {
