@@ -14,6 +14,9 @@ inline constexpr int kFactorColumns = 32;
 template <class T>
 inline constexpr int kCholeskyOrder = sizeof(T) > 8 ? 64 : 128;
 
+/// Largest order of a matrix that is inverted in a copy.
+inline constexpr int kInverseOrder = 64;
+
 template <class T>
 struct real_of_pair {
   using type = T;
@@ -37,6 +40,9 @@ struct factor_kernels {
   /// A = U**H U (upper) or L L**H, one triangle of order n, at most kCholeskyOrder<T>; returns the order of
   /// the first leading minor that is not positive, 0 if all are.
   core_int (*cholesky)(bool upper, core_int n, T* a, core_int lda);
+  /// A = inv(U) inv(L) for the LU factors of order n, at most kInverseOrder, in A: column j goes to
+  /// places[j]. False, with nothing written, if a pivot has no safe reciprocal or a result is not finite.
+  bool (*invert_lu)(core_int n, T* a, core_int lda, const core_int* places);
   /// Rotates neighbouring columns of A, m x n with at least two of them, or its rows (left), by pairs from
   /// the first on or from the last back: (x, y) becomes (c x + s y, c y - s x).
   void (*rotate)(bool left, bool forward, core_int m, core_int n, const R* cosines, const R* sines, T* a,

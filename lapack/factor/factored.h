@@ -5,6 +5,8 @@
 
 #include "blas/plain/scratch.h"
 #include "lapack/factor/core_blas.h"
+#include "lapack/factor/elements.h"
+#include "lapack/factor/native_kernels.h"
 #include "lapack/factor/row_swaps.h"
 
 namespace qel::lapack {
@@ -45,6 +47,20 @@ constexpr core_int inverse_block(core_int n, core_int room, bool native) {
   constexpr core_int kBlock = 64, kWide = 192;
   if (native && n > 2 * kWide) return kWide;
   return room < kBlock ? room : kBlock;
+}
+
+/// A = inv(A) from the LU factors in A, for small orders; false, with nothing done, if another way is to be
+/// taken.
+template <class T, class Pivot>
+bool invert_small(core_int n, T* a, core_int lda, const Pivot* pivots) {
+  const factor_kernels<T>* const kernels = native_factor_kernels<T>();
+  if (kernels == nullptr || n > kInverseOrder) return false;
+  // Column j of the product ends where the exchanges, undone from the last on, take it.
+  core_int at[kInverseOrder], places[kInverseOrder];
+  for (core_int j = 0; j < n; ++j) at[j] = j;
+  for (core_int j = n - 1; j >= 0; --j) exchange(at + j, at + static_cast<core_int>(element(pivots + j)) - 1);
+  for (core_int j = 0; j < n; ++j) places[at[j]] = j;
+  return kernels->invert_lu(n, a, lda, places);
 }
 
 /// A = inv(U) inv(L), columns put back in their places, where A holds inv(U) and L. Blocks of columns from

@@ -112,7 +112,7 @@ void checked_getri(const char* name, core_int n, T* a, core_int lda, const QEL_I
   const bool query = lwork == -1;
   const int bad = n < 0 ? 1 : too_small(lda, n) ? 3 : !query && too_small(lwork, n) ? 6 : 0;
   if (bad == 0) set(work, from_real<T>(static_cast<real_of<T>>(n > 0 ? n * kBlock : 1)));
-  if (refused(name, 6, bad, info) || query || n == 0) return;
+  if (refused(name, 6, bad, info) || query || n == 0 || invert_small(n, a, lda, ipiv)) return;
   *info = static_cast<QEL_INT>(invert_triangle(true, false, n, a, lda));
   if (*info != 0) return;
   finish_lu_inverse(n, a, lda, ipiv, work, lwork);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numeric>
 #include <vector>
@@ -41,7 +42,7 @@ matrix<T> factors_of(core_int n, unsigned seed) {
   return f;
 }
 
-const core_int kOrders[] = {1, 2, 7, 16, 17, 40, 90};
+const core_int kOrders[] = {1, 2, 3, 5, 7, 8, 11, 16, 17, 35, 40, 64, 90};
 
 template <class T>
 class factored : public testing::Test {};
@@ -81,6 +82,40 @@ TYPED_TEST(factored, lu_solves_and_inverse) {
       finish_lu_inverse(n, inverse.data(), inverse.lda, pivots.data(), work.data(), length);
       EXPECT_LT(apart<T>(a * whole(inverse), one, size * largest(whole(inverse))), kMost) << length;
     }
+    matrix<T> at_once = f;
+    if (invert_small(n, at_once.data(), at_once.lda, pivots.data())) {
+      EXPECT_LT(apart<T>(a * whole(at_once), one, size * largest(whole(at_once))), kMost);
+      for (core_int j = 0; j < n; ++j) {
+        for (core_int i = n; i < f.lda; ++i) ASSERT_TRUE(at_once(i, j) == f(i, j)) << "below the columns";
+      }
+    } else {
+      EXPECT_TRUE(n > kInverseOrder || native_factor_kernels<T>() == nullptr);
+    }
+  }
+}
+
+// What has no finite inverse is left to the routines that report it.
+TYPED_TEST(factored, no_inverse_at_once) {
+  using T = TypeParam;
+  using limits = std::numeric_limits<real_of<T>>;
+  const core_int n = 9;
+  std::vector<core_int> unmoved(static_cast<size_t>(n));
+  std::iota(unmoved.begin(), unmoved.end(), 1);
+  const struct {
+    core_int i, j;
+    real_of<T> value;
+  } faults[] = {{0, 0, 0},
+                {8, 8, 0},
+                {3, 3, limits::quiet_NaN()},
+                {2, 2, limits::min()},
+                {1, 6, limits::infinity()},
+                {8, 2, limits::quiet_NaN()}};
+  for (const auto& fault : faults) {
+    matrix<T> f = factors_of<T>(n, 3);
+    f(fault.i, fault.j) = from_real<T>(fault.value);
+    matrix<T> a = f;
+    EXPECT_FALSE(invert_small(n, a.data(), a.lda, unmoved.data())) << fault.i << fault.j;
+    EXPECT_EQ(std::memcmp(a.data(), f.data(), f.cells.size() * sizeof(T)), 0);
   }
 }
 
