@@ -17,6 +17,9 @@ inline constexpr int kCholeskyOrder = sizeof(T) > 8 ? 64 : 128;
 /// Largest order of a matrix that is inverted in a copy.
 inline constexpr int kInverseOrder = 64;
 
+/// Largest matrix, its columns whole vectors, that is factored by reflectors in a copy.
+inline constexpr int kReflectBytes = 65536;
+
 template <class T>
 struct real_of_pair {
   using type = T;
@@ -43,6 +46,9 @@ struct factor_kernels {
   /// A = inv(U) inv(L) for the LU factors of order n, at most kInverseOrder, in A: column j goes to
   /// places[j]. False, with nothing written, if a pivot has no safe reciprocal or a result is not finite.
   bool (*invert_lu)(core_int n, T* a, core_int lda, const core_int* places);
+  /// A = Q R, m x n, by reflectors as LAPACK stores them. Returns how many columns are done: none of a matrix
+  /// larger than kReflectBytes, and not those from one on that is zero or too small or large for its squares.
+  core_int (*reflect)(core_int m, core_int n, T* a, core_int lda, T* tau);
   /// Rotates neighbouring columns of A, m x n with at least two of them, or its rows (left), by pairs from
   /// the first on or from the last back: (x, y) becomes (c x + s y, c y - s x).
   void (*rotate)(bool left, bool forward, core_int m, core_int n, const R* cosines, const R* sines, T* a,

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "lapack/orthogonal/plans.h"
-#include "service/native_level.h"
 
 #include <algorithm>
+
+#include "blas/kernels/factor_native.h"
+#include "service/native_level.h"
 
 namespace qel::lapack {
 
@@ -19,9 +21,16 @@ core_int ask_block(char type, const char* real_name, const char* complex_name, c
 }  // namespace
 
 qr_plan plan_qr(const qr_facts& facts) {
-  constexpr core_int kSmall = 32;
-  const core_int order = std::min(facts.m, facts.n);
+  constexpr core_int kSmall = 32, kSmallInCopy = 64, kLanes = 16;
+  const core_int order = std::min(facts.m, facts.n),
+                 element = facts.type == 'S'   ? 4
+                           : facts.type == 'Z' ? 16
+                                               : 8,
+                 copy = (facts.m + kLanes - 1) / kLanes * kLanes * facts.n * element;
   if (order <= kSmall) return {1, "small: column by column"};
+  if (facts.processor.level >= kFirstNativeLevel && order <= kSmallInCopy && copy <= kReflectBytes) {
+    return {1, "small enough for a copy: column by column"};
+  }
   if (facts.processor.level < kFirstNativeLevel) {
     const core_int block = ask_block(facts.type, "GEQRF", "GEQRF", facts.m, facts.n, facts.processor);
     return {std::min(order, block), "block size by name"};

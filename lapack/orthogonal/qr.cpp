@@ -3,9 +3,12 @@
 // panel's work is products, too.
 #include "lapack/orthogonal/qr.h"
 
+#include <algorithm>
+
 #include "blas/plain/scratch.h"
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
+#include "lapack/factor/native_kernels.h"
 #include "lapack/four_types.h"
 #include "lapack/orthogonal/reflectors.h"
 #include "service/serv.h"
@@ -17,10 +20,21 @@ namespace {
 /// Columns that are worked on one by one.
 constexpr core_int kNarrow = 8;
 
+/// The same with native kernels: more while the panel fits into their copy.
+template <class T>
+core_int narrow_columns(core_int rows) {
+  constexpr core_int kMost = 32, kSpare = 16;
+  if (native_factor_kernels<T>() == nullptr) return kNarrow;
+  const core_int fitting = kReflectBytes / static_cast<core_int>(sizeof(T)) / (rows + kSpare);
+  return std::clamp(fitting, kNarrow, kMost);
+}
+
 /// Column by column; `products` has room for n elements.
 template <class T>
 void factor_columns(core_int m, core_int n, T* a, core_int lda, T* tau, T* products) {
-  for (core_int i = 0; i < std::min(m, n); ++i) {
+  const factor_kernels<T>* const native = native_factor_kernels<T>();
+  const core_int done = native != nullptr ? native->reflect(m, n, a, lda, tau) : 0;
+  for (core_int i = done; i < std::min(m, n); ++i) {
     T *const diagonal = a + i * (lda + 1), *const right = diagonal + lda;
     const T factor = make_reflector(m - i - 1, diagonal, diagonal + std::min<core_int>(1, m - i - 1));
     set(tau + i, factor);
@@ -43,7 +57,7 @@ struct block_store {
 
 template <class T>
 void factor_panel(core_int m, core_int n, T* a, core_int lda, T* tau, const block_store<T>& store, T* work) {
-  if (n <= kNarrow) {
+  if (n <= narrow_columns<T>(m)) {
     factor_columns(m, n, a, lda, tau, work);
     return form_block(m, n, a, lda, tau, store.top, store.t, store.ld);
   }

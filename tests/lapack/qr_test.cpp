@@ -14,7 +14,8 @@ TEST(qr_plan, block_by_facts) {
     int level;
     core_int block;
   } rows[] = {{1000, 1000, 3, 32}, {1000, 40, 3, 32}, {1000, 32, 3, 1},    {100, 100, 5, 16},
-              {5, 100, 5, 1},      {500, 500, 5, 32}, {2000, 9000, 6, 64}, {4000, 4000, 5, 96}};
+              {5, 100, 5, 1},      {500, 500, 5, 32}, {2000, 9000, 6, 64}, {4000, 4000, 5, 96},
+              {64, 64, 5, 1},      {64, 64, 3, 32},   {1000, 40, 5, 16},   {65, 65, 5, 16}};
   for (const auto& row : rows) {
     EXPECT_EQ(plan_qr({'D', row.m, row.n, {row.level, 0}}).block, row.block) << row.m << ' ' << row.n;
   }
@@ -87,6 +88,31 @@ TYPED_TEST(qr, factors_of_every_shape) {
       for (core_int i = 0; i < order; ++i) EXPECT_EQ(widened(f(i, i)).imag(), 0) << i;
       for (core_int j = 0; j < n; ++j) {
         for (core_int i = m; i < f.lda; ++i) ASSERT_TRUE(f(i, j) == a(i, j)) << "outside the matrix";
+      }
+    }
+  }
+}
+
+// What the kernels leave to others in the middle of a matrix: columns with nothing below their diagonal, or
+// too little for squares.
+TYPED_TEST(qr, columns_of_zeros_and_of_little) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  const core_int m = 19, n = 13;
+  for (const core_int fault : {0, 4, 12}) {
+    for (const R factor : {R(0), std::numeric_limits<R>::min()}) {
+      matrix<T> a = random_matrix<T>(m, n, 9);
+      for (core_int j = 0; j <= fault; ++j) {
+        for (core_int i = j == fault ? 0 : j + 1; i < m; ++i) a(i, j) = from_real<T>(factor) * a(i, j);
+      }
+      matrix<T> f = a;
+      std::vector<T> tau(static_cast<size_t>(n));
+      ASSERT_TRUE(geqrf(m, n, f.data(), f.lda, tau.data()));
+      const wide_matrix q = q_of(f, tau, n);
+      EXPECT_LT(apart<T>(turned(q, true) * q, identity(m), 1), kMost) << fault << ' ' << factor;
+      EXPECT_LT(apart<T>(q * r_of(f), whole(a), largest(whole(a)) * static_cast<double>(n)), kMost);
+      if (factor == 0) {
+        EXPECT_TRUE(tau[static_cast<size_t>(fault)] == T{});
       }
     }
   }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "blas/kernels/native/cholesky.inl.h"
-#include "blas/kernels/native/inverse.inl.h"
+#include "blas/kernels/native/reflect.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
@@ -111,7 +111,7 @@ void rotate(bool left, bool forward, core_int m, core_int n, const typename real
 
 template <class T>
 constexpr factor_kernels<T> factor_table() {
-  return {lu_panel<T>, cholesky<T>, invert_lu<T>, rotate<T>};
+  return {lu_panel<T>, cholesky<T>, invert_lu<T>, reflect_columns<T>, rotate<T>};
 }
 
 }  // namespace

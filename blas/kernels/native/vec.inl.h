@@ -60,6 +60,12 @@ struct vec<double> {
   static reg div(reg a, reg b) { return _mm512_div_pd(a, b); }
   static reg sqrt(reg v) { return _mm512_maskz_sqrt_pd(0xFF, v); }
   static double first_lane(reg v) { return v[0]; }
+  static double total(reg v) {
+    const __m256d four =
+        _mm256_add_pd(_mm512_maskz_extractf64x4_pd(0xF, v, 0), _mm512_maskz_extractf64x4_pd(0xF, v, 1));
+    const __m128d two = _mm_add_pd(_mm256_castpd256_pd128(four), _mm256_extractf128_pd(four, 1));
+    return two[0] + two[1];
+  }
   /// One lane in all.
   template <int kLane>
   static reg lane(reg v) {
@@ -127,6 +133,13 @@ struct vec<float> {
   static reg div(reg a, reg b) { return _mm512_div_ps(a, b); }
   static reg sqrt(reg v) { return _mm512_maskz_sqrt_ps(0xFFFF, v); }
   static float first_lane(reg v) { return v[0]; }
+  static float total(reg v) {
+    const __m256 eight =
+        _mm256_add_ps(_mm512_maskz_extractf32x8_ps(0xFF, v, 0), _mm512_maskz_extractf32x8_ps(0xFF, v, 1));
+    const __m128 four = _mm_add_ps(_mm256_castps256_ps128(eight), _mm256_extractf128_ps(eight, 1)),
+                 two = _mm_add_ps(four, _mm_movehl_ps(four, four));
+    return two[0] + two[1];
+  }
   /// One lane in all.
   template <int kLane>
   static reg lane(reg v) {
@@ -212,6 +225,10 @@ struct vec<double> {
   static reg div(reg a, reg b) { return _mm256_div_pd(a, b); }
   static reg sqrt(reg v) { return _mm256_sqrt_pd(v); }
   static double first_lane(reg v) { return v[0]; }
+  static double total(reg v) {
+    const __m128d half = _mm_add_pd(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
+    return half[0] + half[1];
+  }
   template <int kLane>
   static reg lane(reg v) {
     return _mm256_permute4x64_pd(v, kLane * 0x55);
@@ -286,6 +303,11 @@ struct vec<float> {
   static reg div(reg a, reg b) { return _mm256_div_ps(a, b); }
   static reg sqrt(reg v) { return _mm256_sqrt_ps(v); }
   static float first_lane(reg v) { return v[0]; }
+  static float total(reg v) {
+    const __m128 four = _mm_add_ps(_mm256_castps256_ps128(v), _mm256_extractf128_ps(v, 1)),
+                 two = _mm_add_ps(four, _mm_movehl_ps(four, four));
+    return two[0] + two[1];
+  }
   template <int kLane>
   static reg lane(reg v) {
     return _mm256_permutevar8x32_ps(v, _mm256_set1_epi32(kLane));
