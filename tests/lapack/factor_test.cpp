@@ -171,6 +171,45 @@ TYPED_TEST(factors, lu_of_a_singular_matrix_names_the_first_zero_pivot) {
   }
 }
 
+// Of equal candidates the one that stands first after the exchanges so far, also where rows are not moved
+// until the end.
+TYPED_TEST(factors, lu_takes_the_first_of_equal_pivots) {
+  using T = TypeParam;
+  std::mt19937 generator(5);
+  const auto sign = [&] { return static_cast<real_of<T>>(static_cast<int>(generator() % 3) - 1); };
+  for (const core_int m : {5, 8, 11, 16, 19}) {
+    for (const core_int n : {5, 6, 9}) {
+      matrix<T> a(m, n);
+      for (T& cell : a.cells) cell = from_real<T>(sign());
+      if (m % 2 == 1) {
+        for (core_int i = 0; i < m; ++i) a(i, 3) = a(i, 1);  // singular
+      }
+      matrix<T> f = a;
+      std::vector<core_int> pivots(static_cast<size_t>(std::min(m, n))), expected(pivots.size());
+      const core_int info = factor_lu(m, n, f.data(), f.lda, pivots.data());
+      core_int first_zero = 0;
+      for (core_int j = 0; j < std::min(m, n); ++j) {
+        core_int best = j;
+        for (core_int i = j; i < m; ++i) {
+          if (abs1(a(i, j)) > abs1(a(best, j))) best = i;
+        }
+        expected[static_cast<size_t>(j)] = best + 1;
+        if (a(best, j) == T{}) {
+          first_zero = first_zero == 0 ? j + 1 : first_zero;
+          continue;
+        }
+        for (core_int c = 0; c < n; ++c) std::swap(a(j, c), a(best, c));
+        for (core_int i = j + 1; i < m; ++i) {
+          a(i, j) = a(i, j) * (from_real<T>(1) / a(j, j));
+          for (core_int c = j + 1; c < n; ++c) a(i, c) = a(i, c) - a(i, j) * a(j, c);
+        }
+      }
+      EXPECT_EQ(pivots, expected) << m << " x " << n;
+      EXPECT_EQ(info, first_zero) << m << " x " << n;
+    }
+  }
+}
+
 TYPED_TEST(factors, lu_in_panels_with_room_for_few_pivots) {
   using T = TypeParam;
   const core_int shapes[][2] = {{1, 1}, {60, 60}, {50, 90}, {90, 50}, {40, 40}};

@@ -3,7 +3,7 @@
 // a few at a time, vectors of rows at once.
 #pragma once
 
-#include "blas/kernels/native/narrow.inl.h"
+#include "blas/kernels/native/small_lu.inl.h"
 #include "blas/kernels/shared/lanes.inl.h"
 
 namespace qel::QEL_LEVEL {
@@ -25,47 +25,6 @@ inline core_int place_of_largest(core_int n, const complex16* x) {
   const core_int one = 1;
   return l5_avx2::izamax(&n, x, &one);
 }
-
-template <class T>
-struct pivots_of {
-  using R = typename reals<T>::type;
-  static R magnitude(R v) { return v < 0 ? -v : v; }
-  static R size(T v) {
-    if constexpr (reals<T>::kCount == 1) {
-      return magnitude(v);
-    } else {
-      return magnitude(v.real) + magnitude(v.imag);
-    }
-  }
-  static T one() {
-    if constexpr (reals<T>::kCount == 1) {
-      return 1;
-    } else {
-      return {1, 0};
-    }
-  }
-  static R real(T v) {
-    if constexpr (reals<T>::kCount == 1) {
-      return v;
-    } else {
-      return v.real;
-    }
-  }
-  static T from(R v) {
-    if constexpr (reals<T>::kCount == 1) {
-      return v;
-    } else {
-      return {v, 0};
-    }
-  }
-  static T conjugate(T v) {
-    if constexpr (reals<T>::kCount == 1) {
-      return v;
-    } else {
-      return {v.real, -v.imag};
-    }
-  }
-};
 
 /// Calls step(i, load, store) for the vectors that cover reals begin .. end - 1 of a column. Vectors stand at
 /// multiples of their length from the column's top, so that a step finds whole what the step before wrote;
@@ -254,10 +213,35 @@ inline void move_column(core_int rows, const T* from, T* to, bool to_buffer) {
 /// Bytes of a panel that is worked on in a copy whose columns are whole vectors.
 constexpr int kCopyBytes = 8192;
 
+#ifdef __AVX512F__
+// A vector of 64 bytes waits for the store before it, one of 32 does not: small matrices go by the latter.
+inline const factor_kernels<float>& shorter_vectors(const float*) { return l5_avx2::sfactor; }
+inline const factor_kernels<double>& shorter_vectors(const double*) { return l5_avx2::dfactor; }
+#endif
+
+/// Real matrices of few rows and columns; -1 for others.
+template <class T>
+core_int few_columns([[maybe_unused]] core_int m, [[maybe_unused]] core_int n, [[maybe_unused]] T* a,
+                     [[maybe_unused]] core_int lda, [[maybe_unused]] core_int* pivots) {
+  if constexpr (reals<T>::kCount == 1) {
+    constexpr core_int kFewest = 5, kLanes = 32 / static_cast<core_int>(sizeof(T)), kRows = 4 * kLanes;
+    if (m < kFewest || n < kFewest || m > kRows || n > kSmallColumns) return -1;
+#ifdef __AVX512F__
+    return shorter_vectors(a).lu(m, n, a, lda, pivots);
+#else
+    if (m <= kLanes) return factor_small<T, 1>(m, n, a, lda, pivots);
+    if (m <= 2 * kLanes) return factor_small<T, 2>(m, n, a, lda, pivots);
+    return factor_small<T, 4>(m, n, a, lda, pivots);
+#endif
+  }
+  return -1;
+}
+
 template <class T>
 core_int lu_panel(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
   constexpr core_int kLanes = tile_shape<T>::kLanes;
   const core_int rows = (m + kLanes - 1) / kLanes * kLanes;
+  if (const core_int small = few_columns(m, n, a, lda, pivots); small >= 0) return small;
   if (rows * n * static_cast<core_int>(sizeof(T)) > kCopyBytes) {
     return factor_blocks(m, m, n, a, lda, pivots);
   }

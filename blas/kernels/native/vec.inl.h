@@ -184,6 +184,7 @@ struct vec<double> {
   using reg = __m256d;
   static constexpr int kLanes = 4;
   static reg zero() { return _mm256_setzero_pd(); }
+  static reg all_bits() { return _mm256_castsi256_pd(_mm256_set1_epi32(-1)); }
   static reg all(double v) { return _mm256_set1_pd(v); }
   static reg load(const double* p) { return _mm256_loadu_pd(p); }
   static void store(double* p, reg v) { _mm256_storeu_pd(p, v); }
@@ -214,6 +215,12 @@ struct vec<double> {
   static reg add(reg a, reg b) { return _mm256_add_pd(a, b); }
   static reg minus(reg a, reg b) { return _mm256_sub_pd(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_pd(a, b); }
+  /// Lanes of `yes` where the mask's bits are set, of `no` elsewhere.
+  static reg choose(reg mask, reg yes, reg no) { return _mm256_blendv_pd(no, yes, mask); }
+  /// Bits of the lanes that are equal to a number.
+  static unsigned equal_lanes(reg v, double to) {
+    return static_cast<unsigned>(_mm256_movemask_pd(_mm256_cmp_pd(v, all(to), _CMP_EQ_OQ)));
+  }
   static reg magnitude(reg v) { return _mm256_andnot_pd(all(-0.0), v); }
   static reg larger(reg a, reg b) { return _mm256_max_pd(a, b); }
   static bool all_between(reg v, double low, double high) {
@@ -228,6 +235,10 @@ struct vec<double> {
   static double total(reg v) {
     const __m128d half = _mm_add_pd(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
     return half[0] + half[1];
+  }
+  static double largest(reg v) {
+    const __m128d half = _mm_max_pd(_mm256_castpd256_pd128(v), _mm256_extractf128_pd(v, 1));
+    return _mm_max_pd(half, _mm_unpackhi_pd(half, half))[0];
   }
   template <int kLane>
   static reg lane(reg v) {
@@ -254,6 +265,7 @@ struct vec<float> {
   using reg = __m256;
   static constexpr int kLanes = 8;
   static reg zero() { return _mm256_setzero_ps(); }
+  static reg all_bits() { return _mm256_castsi256_ps(_mm256_set1_epi32(-1)); }
   static reg all(float v) { return _mm256_set1_ps(v); }
   static reg load(const float* p) { return _mm256_loadu_ps(p); }
   static void store(float* p, reg v) { _mm256_storeu_ps(p, v); }
@@ -292,6 +304,12 @@ struct vec<float> {
   static reg add(reg a, reg b) { return _mm256_add_ps(a, b); }
   static reg minus(reg a, reg b) { return _mm256_sub_ps(a, b); }
   static reg mul(reg a, reg b) { return _mm256_mul_ps(a, b); }
+  /// Lanes of `yes` where the mask's bits are set, of `no` elsewhere.
+  static reg choose(reg mask, reg yes, reg no) { return _mm256_blendv_ps(no, yes, mask); }
+  /// Bits of the lanes that are equal to a number.
+  static unsigned equal_lanes(reg v, float to) {
+    return static_cast<unsigned>(_mm256_movemask_ps(_mm256_cmp_ps(v, all(to), _CMP_EQ_OQ)));
+  }
   static reg magnitude(reg v) { return _mm256_andnot_ps(all(-0.0F), v); }
   static reg larger(reg a, reg b) { return _mm256_max_ps(a, b); }
   static bool all_between(reg v, float low, float high) {
@@ -307,6 +325,11 @@ struct vec<float> {
     const __m128 four = _mm_add_ps(_mm256_castps256_ps128(v), _mm256_extractf128_ps(v, 1)),
                  two = _mm_add_ps(four, _mm_movehl_ps(four, four));
     return two[0] + two[1];
+  }
+  static float largest(reg v) {
+    const __m128 four = _mm_max_ps(_mm256_castps256_ps128(v), _mm256_extractf128_ps(v, 1)),
+                 two = _mm_max_ps(four, _mm_movehl_ps(four, four));
+    return _mm_max_ps(two, _mm_movehdup_ps(two))[0];
   }
   template <int kLane>
   static reg lane(reg v) {
