@@ -27,14 +27,38 @@ table<complex_of<R>> roots_of(int factor, const complex16* roots, int n) {
 
 /// Twiddles in the order in which the join of the row reads them.
 template <class R>
-bool gather_twiddles(typename dft_spec<R>::factor_row& row, const complex16* roots, int n) {
+bool gather_twiddles(typename dft_spec<R>::factor_row& row, const complex16* roots, int n, bool in_planes) {
   using C = complex_of<R>;
   row.twiddles = make_table<C>(static_cast<core_int>(row.factor - 1) * row.remaining);
   if (row.twiddles == nullptr) return false;
   const core_int step = n / (static_cast<core_int>(row.factor) * row.remaining);
+  if (in_planes) {
+    fill_plane_twiddles<R>(row.twiddles.get(), row.factor, row.remaining,
+                           [&](core_int product) { return roots[product * step]; });
+    return true;
+  }
   C* next = row.twiddles.get();
   for (core_int p = 1; p < row.factor; ++p) {
     for (core_int k = 0; k < row.remaining; ++k) *next++ = narrowed<C>(roots[p * k * step]);
+  }
+  return true;
+}
+
+/// Where the groups of the first pass over a cached block go: the digits of their number in reversed order.
+template <class R>
+bool make_places(dft_spec<R>& spec) {
+  const int last = spec.plan.factor_count - 1, first = first_cached_row(spec.plan);
+  spec.cached_row = first;
+  const auto& top = spec.factors[first];
+  spec.places = make_table<int>(top.factor * top.remaining / spec.plan.factors[last]);
+  if (spec.places == nullptr) return false;
+  int* const places = spec.places.get();
+  places[0] = 0;
+  for (int row = first, done = 1; row < last; done *= spec.factors[row++].factor) {
+    for (int digit = 1; digit < spec.factors[row].factor; ++digit) {
+      const int place = digit * spec.factors[row].remaining;
+      for (int i = 0; i < done; ++i) places[digit * done + i] = places[i] + place;
+    }
   }
   return true;
 }
@@ -43,6 +67,7 @@ template <class R>
 int build_mixed(dft_spec<R>& spec) {
   const auto roots = make_root_table(spec.length);
   if (roots == nullptr) return kSpecNoMemory;
+  spec.in_planes = runs_in_planes(spec.plan, kPlaneBlock<R>);
   int before = 1;
   for (int i = 0; i < spec.plan.factor_count; ++i) {
     auto& row = spec.factors[i];
@@ -51,7 +76,7 @@ int build_mixed(dft_spec<R>& spec) {
     before *= row.factor;
     row.remaining = spec.length / before;
     row.radix = radix_index(row.factor);
-    if (i + 1 < spec.plan.factor_count && !gather_twiddles<R>(row, roots.get(), spec.length))
+    if (i + 1 < spec.plan.factor_count && !gather_twiddles<R>(row, roots.get(), spec.length, spec.in_planes))
       return kSpecNoMemory;
     if (row.radix >= 0) continue;
     spec.largest_generic = std::max(spec.largest_generic, row.factor);
@@ -63,15 +88,30 @@ int build_mixed(dft_spec<R>& spec) {
     if (row.own_roots == nullptr) return kSpecNoMemory;
     row.factor_roots = row.own_roots.get();
   }
-  return 0;
+  return spec.in_planes && !make_places(spec) ? kSpecNoMemory : 0;
 }
 
 template <class R>
 int build_direct(dft_spec<R>& spec) {
   const auto roots = make_root_table(spec.length);
   if (roots == nullptr) return kSpecNoMemory;
-  spec.odd_table = roots_of<R>(spec.length, roots.get(), spec.length);
-  return spec.odd_table == nullptr ? kSpecNoMemory : 0;
+  const core_int n = spec.length, half = n / 2, block = kPlaneBlock<R>,
+                 pitch = (half + block - 1) / block * block;
+  spec.odd_table = make_table<complex_of<R>>(half * pitch);
+  if (spec.odd_table == nullptr) return kSpecNoMemory;
+  R* next = &spec.odd_table.get()->real;
+  for (core_int j = 1; j <= half; ++j) {
+    core_int at = 0;
+    for (core_int k = 0; k < pitch; k += block, next += 2 * block) {
+      for (core_int i = 0; i < block; ++i) {
+        at += j;
+        at -= at >= n ? n : 0;
+        next[i] = static_cast<R>(roots[static_cast<size_t>(at)].real);
+        next[block + i] = static_cast<R>(-roots[static_cast<size_t>(at)].imag);
+      }
+    }
+  }
+  return 0;
 }
 
 template <class R>

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "fft/kernels/fft_kernels.h"
 #include "service/core_types.h"
 #include "service/serv.h"
 
@@ -63,6 +64,22 @@ template <class C>
 C narrowed(complex16 z) {
   using R = decltype(C::real);
   return {static_cast<R>(z.real), static_cast<R>(z.imag)};
+}
+
+/// The twiddles of a pass over planes as it reads them: root(k p) for a block's k and p = 1, p = 2, ...
+template <class R, class C, class Root>
+void fill_plane_twiddles(C* target, core_int radix, core_int points, Root root) {
+  constexpr core_int kBlock = kPlaneBlock<R>;
+  R* next = &target->real;
+  for (core_int k = 0; k < points; k += kBlock) {
+    for (core_int p = 1; p < radix; ++p, next += 2 * kBlock) {
+      for (core_int i = 0; i < kBlock; ++i) {
+        const C w = narrowed<C>(root((k + i) * p));
+        next[i] = w.real;
+        next[kBlock + i] = w.imag;
+      }
+    }
+  }
 }
 
 }  // namespace qel::fft
