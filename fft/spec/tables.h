@@ -2,6 +2,7 @@
 // Tables of a plan: memory that goes with its owner, and roots of unity.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
 #include "fft/kernels/fft_kernels.h"
@@ -42,6 +43,13 @@ class half_circle {
     const complex16 z = roots_[static_cast<size_t>(n_ - k)];
     return {z.real, -z.imag};
   }
+  /// The same without a branch, for callers that jump about the circle.
+  complex16 anywhere(core_int k) const {
+    constexpr double kSigns[] = {1, -1};
+    const core_int mirrored = n_ - k;
+    const complex16 z = roots_[static_cast<size_t>(std::min(k, mirrored))];
+    return {z.real, z.imag * kSigns[k > mirrored ? 1 : 0]};
+  }
 
  private:
   core_int n_ = 0;
@@ -56,7 +64,7 @@ class quarter_wave {
   complex16 root(core_int k) const;
 
  private:
-  core_int n_ = 0;
+  int order_of_quarter_ = 0;
   table<double> sines_;
 };
 

@@ -20,6 +20,25 @@ constexpr int place(int p) {
   return kReversed ? reversed(p, radix) : p;
 }
 
+/// Addresses of elements that lie a stride apart, a pointer for every four of them: so few registers that
+/// loops keep them.
+template <class C, int radix>
+struct strided {
+  C* base[(radix + 3) / 4];
+  core_int stride, thrice;
+  [[gnu::always_inline]] strided(C* data, core_int step) : stride(step), thrice(3 * step) {
+#pragma GCC unroll 4
+    for (int i = 0; i < (radix + 3) / 4; ++i) base[i] = data + 4 * i * step;
+  }
+  [[gnu::always_inline]] C* operator[](int p) const {
+    return base[p / 4] + (p % 4 == 3 ? thrice : p % 4 * stride);
+  }
+  [[gnu::always_inline]] void advance(core_int count) {
+#pragma GCC unroll 4
+    for (int i = 0; i < (radix + 3) / 4; ++i) base[i] += count;
+  }
+};
+
 /// radix outputs of kCount groups, register by register, to the groups' places.
 template <class V, int radix, class C>
 [[gnu::always_inline]] inline void store_groups(C* target, const int* places, core_int count, reg_of<V>* y) {
@@ -39,18 +58,24 @@ template <class R, bool kBackward, int radix>
 void first_planes(const complex_type<R>* input, core_int step, core_int stride, complex_type<R>* target,
                   const int* places, core_int count) {
   using V = planes<R>;
-  const auto groups = [&](core_int q, core_int present) QEL_BODY {
+  strided<const complex_type<R>, radix> from(input, stride);
+  // The step between groups; absent ones are the first one again.
+  const auto groups = [&](core_int present, auto load) QEL_BODY {
     reg_of<V> y[radix];
-    const complex_type<R>* const from = input + q * step;
-    // Absent groups are the first one again.
-    const core_int pitch = present == V::kCount ? step : 0;
-    dft_between<V, kBackward, radix>([&](int p) QEL_BODY { return V::gather(from + p * stride, pitch); },
-                                     [&](int k, reg_of<V> v) QEL_BODY { y[k] = v; });
-    store_groups<V, radix>(target, places + q, present, y);
+    dft_between<V, kBackward, radix>(load, [&](int k, reg_of<V> v) QEL_BODY { y[k] = v; });
+    store_groups<V, radix>(target, places, present, y);
+    from.advance(present * step);
+    places += present;
   };
-  core_int q = 0;
-  for (; q + V::kCount <= count; q += V::kCount) groups(q, V::kCount);
-  for (; q < count; ++q) groups(q, 1);
+  core_int left = count;
+  if (step == 1) {
+    for (; left >= V::kCount; left -= V::kCount)
+      groups(V::kCount, [&](int p) QEL_BODY { return V::load_pairs(from[p]); });
+  } else {
+    for (; left >= V::kCount; left -= V::kCount)
+      groups(V::kCount, [&](int p) QEL_BODY { return V::gather(from[p], step); });
+  }
+  for (; left > 0; --left) groups(1, [&](int p) QEL_BODY { return V::gather(from[p], 0); });
 }
 
 /// Elements in reversed order that lie group by group; in place.
@@ -91,23 +116,27 @@ template <class R, bool kBackward, int radix, bool kReversed, bool kToPairs>
 void plane_join(const complex_type<R>* source, core_int stride, complex_type<R>* target, core_int to_stride,
                 core_int count, core_int blocks, const complex_type<R>* twiddles) {
   using V = planes<R>;
-  const auto one = [&](core_int k, const complex_type<R>* w) QEL_BODY {
-    dft_between<V, kBackward, radix>(
-        [&](int p) QEL_BODY {
-          const auto x = V::load(source + k + place<radix, kReversed>(p) * stride);
-          return p == 0 ? x : V::template turn<kBackward>(x, V::load_aligned(w + (p - 1) * V::kCount));
-        },
-        [&](int p, reg_of<V> v) QEL_BODY {
-          if constexpr (kToPairs) {
-            V::store_pairs(target + k + p * to_stride, v);
-          } else {
-            V::store(target + k + p * to_stride, v);
-          }
-        });
-  };
   for (core_int b = 0; b < blocks; ++b, source += radix * stride, target += radix * to_stride) {
+    strided<const complex_type<R>, radix> from(source, stride);
+    strided<complex_type<R>, radix> to(target, to_stride);
     const complex_type<R>* w = twiddles;
-    for (core_int k = 0; k < count; k += V::kCount, w += (radix - 1) * V::kCount) one(k, w);
+    for (core_int k = 0; k < count; k += V::kCount) {
+      dft_between<V, kBackward, radix>(
+          [&](int p) QEL_BODY {
+            const auto x = V::load(from[place<radix, kReversed>(p)]);
+            return p == 0 ? x : V::template turn<kBackward>(x, V::load_aligned(w + (p - 1) * V::kCount));
+          },
+          [&](int p, reg_of<V> v) QEL_BODY {
+            if constexpr (kToPairs) {
+              V::store_pairs(to[p], v);
+            } else {
+              V::store(to[p], v);
+            }
+          });
+      from.advance(V::kCount);
+      to.advance(V::kCount);
+      w += (radix - 1) * V::kCount;
+    }
   }
 }
 
@@ -116,20 +145,21 @@ template <class R, bool kBackward, int radix, bool kFromPairs>
 void plane_split(const complex_type<R>* source, core_int stride, complex_type<R>* target, core_int to_stride,
                  core_int count, core_int blocks, const complex_type<R>* twiddles) {
   using V = planes<R>;
-  const auto one = [&](core_int k, const complex_type<R>* w) QEL_BODY {
-    dft_between<V, kBackward, radix>(
-        [&](int p) QEL_BODY {
-          const complex_type<R>* const at = source + k + p * stride;
-          return kFromPairs ? V::load_pairs(at) : V::load(at);
-        },
-        [&](int p, reg_of<V> v) QEL_BODY {
-          if (p > 0) v = V::template turn<kBackward>(v, V::load_aligned(w + (p - 1) * V::kCount));
-          V::store(target + k + reversed(p, radix) * to_stride, v);
-        });
-  };
   for (core_int b = 0; b < blocks; ++b, source += radix * stride, target += radix * to_stride) {
+    strided<const complex_type<R>, radix> from(source, stride);
+    strided<complex_type<R>, radix> to(target, to_stride);
     const complex_type<R>* w = twiddles;
-    for (core_int k = 0; k < count; k += V::kCount, w += (radix - 1) * V::kCount) one(k, w);
+    for (core_int k = 0; k < count; k += V::kCount) {
+      dft_between<V, kBackward, radix>(
+          [&](int p) QEL_BODY { return kFromPairs ? V::load_pairs(from[p]) : V::load(from[p]); },
+          [&](int p, reg_of<V> v) QEL_BODY {
+            if (p > 0) v = V::template turn<kBackward>(v, V::load_aligned(w + (p - 1) * V::kCount));
+            V::store(to[reversed(p, radix)], v);
+          });
+      from.advance(V::kCount);
+      to.advance(V::kCount);
+      w += (radix - 1) * V::kCount;
+    }
   }
 }
 
