@@ -97,19 +97,17 @@ smooth_product cheapest_product(int twos, int threes, int fives) {
   return product;
 }
 
-/// Passes of radices without code of their own take numbers side by side, as many as the radices before them
-/// have made: they come last but one, after the larger radices.
-void put_generic_late(autosort_plan& plan) {
-  int* const end = plan.radices + plan.count;
-  int* const first = plan.radices + 1;
-  int* const generic = std::stable_partition(first, end, has_autosort_pass);
-  if (generic == first) return;
-  if (plan.radices[0] % 4 != 0) {
-    std::sort(plan.radices, generic, std::greater<>());
-  } else {
-    std::sort(first, generic, std::greater<>());
-  }
-  std::rotate(generic - 1, generic, end);
+/// Passes take numbers side by side, as many as the radices before them have made. Unless the first radix is
+/// a multiple of 4, whose multiples fill registers, larger ones come first; those without code of their own
+/// come last but one.
+void order_radices(autosort_plan& plan) {
+  int *const begin = plan.radices, *const end = begin + plan.count;
+  int* const generic = std::stable_partition(begin, end, has_autosort_pass);
+  if (generic == begin) return;
+  const bool fills = begin[0] % 4 == 0;
+  if (fills && generic == end) return;
+  std::sort(fills ? begin + 1 : begin, generic, std::greater<>());
+  if (generic != end && generic - begin > 1) std::rotate(generic - 1, generic, end);
 }
 
 bool is_prime(core_int n) {
@@ -157,7 +155,7 @@ autosort_plan plan_autosort(core_int length) {
   if (smooth.first > 1) add(plan, smooth.first);
   for (int i = 0; i < rest.count; ++i) add(plan, rest.radices[i]);
   for (int i = 0; i < kSmoothRadices; ++i) add(plan, kSmooth[i].radix, smooth.counts[i]);
-  if (generic && has_autosort_pass(plan.radices[0])) put_generic_late(plan);
+  order_radices(plan);
   if (generic && !has_autosort_pass(plan.radices[0])) {
     std::copy_backward(plan.radices, plan.radices + plan.count, plan.radices + plan.count + 1);
     plan.radices[0] = 1;
