@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Fourier transforms beside FFTW, planned by estimate, by measuring or patiently (QEL_BENCH_FFTW: e, m, p or
 // several of them; m if unset). Out of place, plans made beforehand. Names: z and c are complex, d and s real
-// data of double and single precision. OMP_NUM_THREADS is the threads of both (one team: both use the same
-// OpenMP run time).
+// data of double and single precision. To hold the peer to 128 bits, preload a library whose
+// fftw_have_simd_avx() and fftwf_have_simd_avx() return 0. OMP_NUM_THREADS is the threads of both (one team:
+// both use the same OpenMP run time).
 #include <fmt/core.h>
 #include <fmt/ranges.h>
 

@@ -13,9 +13,18 @@ enum fft_radix : int { kRadix2, kRadix3, kRadix4, kRadix5, kRadix7, kRadix11, kR
 /// Powers of two that have passes in bit-reversed order.
 enum fft_pow2_radix : int { kPow2Radix4, kPow2Radix8, kPow2Radices };
 
+/// How lines lie between passes where their sub-blocks allow it: blocks of 16 bytes of real parts and 16
+/// bytes of imaginary ones. The numbers of a block:
+template <class R>
+inline constexpr int kPlaneBlock = 16 / static_cast<int>(sizeof(R));
+/// What a pass leaves (or, if it splits, takes).
+enum plane_side : int { kPlanes, kPairs, kPlaneSides };
+inline constexpr int kFirstRadices = 3;  ///< 2, 4, 8
+
 /// C is a complex number, R its real type.
 inline constexpr int kStraightLengths = 16;
 inline constexpr int kRegisterLengths = 64;
+inline constexpr int kLargestRadix = 150;
 /// Lengths of lines that native levels hold in registers.
 inline constexpr int kHeldLengths[] = {8, 12, 16, 20, 24, 28, 32, 36, 40, 48, 56, 60, 64};
 
@@ -89,13 +98,16 @@ struct fft_kernels {
   /// Joins blocks of radix sub-blocks of m elements: element k of sub-block p is multiplied by
   /// twiddles[(p - 1) m + k], then the radix is transformed. source may be target.
   using join_pass = void(const C* source, C* target, core_int blocks, core_int m, const C* twiddles);
-  /// The first pass over bit-reversed data: every block of radix elements, in place.
-  using first_pass = void(C* data, core_int blocks);
-  /// count neighbouring elements of sub-blocks that lie stride apart in bit-reversed order, in place; the
-  /// twiddles of sub-blocks lie twiddle_stride apart.
-  using column_pass = void(C* data, core_int stride, core_int count, const C* twiddles,
-                           core_int twiddle_stride);
-  /// The generic forms of leaf and join, n odd, roots[j] = exp(-2 pi i j / n); work: n elements.
+  /// shared/plane_passes.inl.h says what these do.
+  using planes_of_groups = void(const C* input, core_int step, core_int stride, C* target, const int* places,
+                                core_int count);
+  using reversed_groups = void(C* data, core_int groups);
+  using plane_pass = void(const C* source, core_int stride, C* target, core_int to_stride, core_int count,
+                          core_int blocks, const C* twiddles);
+  using any_plane_pass = void(const C* source, core_int stride, C* target, core_int to_stride, core_int count,
+                              core_int blocks, const C* twiddles, int radix, const C* roots);
+  using odd_sums = void(const C* input, C* output, int n, const C* factors);
+  /// The generic forms of leaf and join, n odd, roots[j] = exp(-2 pi i j / n); work: 16 n bytes.
   using generic_leaf = void(const C* input, core_int stride, core_int step, C* output, core_int count, int n,
                             const C* roots, C* work);
   using generic_join = void(const C* source, C* target, core_int blocks, core_int m, const C* twiddles, int n,
@@ -118,15 +130,17 @@ struct fft_kernels {
   join_pass* join[2][kRadices];
   generic_leaf* any_leaf[2];
   generic_join* any_join[2];
-  first_pass* first[2][kPow2Radices];
-  join_pass* pow2_join[2][kPow2Radices];
-  column_pass* columns[2][kPow2Radices];
+  planes_of_groups* first_planes[2][kFirstRadices];  ///< null where a group fills no block
+  plane_pass* plane_join[2][kPlaneSides][kRadices];
+  any_plane_pass* any_plane_join[2][kPlaneSides];
+  odd_sums* direct_sums[2];
+  reversed_groups* first_reversed[2][kPow2Radices];
+  plane_pass* pow2_join[2][kPlaneSides][kPow2Radices];
   // For lines in scrambled order: what the passes above do, transposed.
   split_pass* split[2][kRadices];
   generic_join* any_split[2];
-  first_pass* last[2][kPow2Radices];
-  split_pass* pow2_split[2][kPow2Radices];
-  column_pass* column_splits[2][kPow2Radices];
+  reversed_groups* last_reversed[2][kPow2Radices];
+  plane_pass* pow2_split[2][kPlaneSides][kPow2Radices];
   real_straight* real[2][kStraightLengths + 1];
   real_direct* direct_real[2];
   /// Between the transform of n / 2 complex numbers and the spectrum of the n reals in them, in place;
@@ -148,6 +162,10 @@ namespace l0_generic {
 extern const fft_kernels_d fft_d;
 extern const fft_kernels_s fft_s;
 }  // namespace l0_generic
+namespace l4_avx {
+extern const fft_kernels_d fft_d;
+extern const fft_kernels_s fft_s;
+}  // namespace l4_avx
 namespace l5_avx2 {
 extern const autosort_kernels_d autosort_d;
 extern const autosort_kernels_s autosort_s;

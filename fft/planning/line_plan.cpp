@@ -111,15 +111,32 @@ line_plan plan_line(core_int length, bool may_scramble, bool native) {
                                           : (generic + static_cast<int>(length)) * 16 + 64;
   } else if (length <= kLargestDirect) {
     plan.method = line_method::kDirect;
+    // More than the sums need: it says which lines are small plans, and with that how their scales are
+    // rounded.
     plan.workspace_bytes = 16 * static_cast<int>(length) + 32;
   } else if (length < core_int{1} << 25) {
     plan.method = line_method::kBluestein;
     plan.padded = static_cast<int>(std::bit_ceil(2 * bits - 1));
-    plan.workspace_bytes = plan.padded * 16 + 32;
+    plan.second_buffer = plan.padded <= 1 << kLargestPlainOrder;
+    plan.workspace_bytes = plan.padded * (plan.second_buffer ? 32 : 16) + 32;
   } else {
     plan.method = line_method::kRefused;
   }
   return plan;
+}
+
+bool runs_in_planes(const line_plan& plan, int block) {
+  return plan.method == line_method::kMixed && !plan.scrambled &&
+         plan.factors[plan.factor_count - 1] % block == 0;
+}
+
+int first_cached_row(const line_plan& plan) {
+  const int last = plan.factor_count - 1;
+  int length = 1;
+  for (int i = 0; i <= last; ++i) length *= plan.factors[i];
+  int row = 0;
+  for (; length >= kCachedBlock && row + 1 < last; ++row) length /= plan.factors[row];
+  return row;
 }
 
 pow2_passes plan_pow2_passes(int order) {

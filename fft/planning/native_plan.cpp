@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <functional>
 #include <iterator>
 #include <limits>
 
@@ -19,7 +20,8 @@ constexpr core_int kLongestLine = 1 << 17;  ///< beyond, rows times columns keep
 constexpr core_int kLongestAutosort = 1 << 27;
 constexpr core_int kLongestOddLine = 1 << 25;
 // Costs of an element, in passes of radix 2.
-constexpr double kGenericCost = 0.6;  ///< times the radix
+constexpr double kGenericCost = 0.6;     ///< times the radix
+constexpr double kFilledRegisters = 12;  ///< numbers side by side below which such passes cost more
 constexpr double kMoveCost = 1;
 constexpr double kFarMoveCost = 12;  ///< in an order of its own, beyond the second-level cache
 constexpr core_int kCachedPoints = 1 << 15;
@@ -95,6 +97,19 @@ smooth_product cheapest_product(int twos, int threes, int fives) {
   return product;
 }
 
+/// Passes take numbers side by side, as many as the radices before them have made. Unless the first radix is
+/// a multiple of 4, whose multiples fill registers, larger ones come first; those without code of their own
+/// come last but one.
+void order_radices(autosort_plan& plan) {
+  int *const begin = plan.radices, *const end = begin + plan.count;
+  int* const generic = std::stable_partition(begin, end, has_autosort_pass);
+  if (generic == begin) return;
+  const bool fills = begin[0] % 4 == 0;
+  if (fills && generic == end) return;
+  std::sort(fills ? begin + 1 : begin, generic, std::greater<>());
+  if (generic != end && generic - begin > 1) std::rotate(generic - 1, generic, end);
+}
+
 bool is_prime(core_int n) {
   for (core_int divisor = 2; divisor * divisor <= n; ++divisor) {
     if (n % divisor == 0) return false;
@@ -140,6 +155,7 @@ autosort_plan plan_autosort(core_int length) {
   if (smooth.first > 1) add(plan, smooth.first);
   for (int i = 0; i < rest.count; ++i) add(plan, rest.radices[i]);
   for (int i = 0; i < kSmoothRadices; ++i) add(plan, kSmooth[i].radix, smooth.counts[i]);
+  order_radices(plan);
   if (generic && !has_autosort_pass(plan.radices[0])) {
     std::copy_backward(plan.radices, plan.radices + plan.count, plan.radices + plan.count + 1);
     plan.radices[0] = 1;
@@ -175,10 +191,12 @@ core_int good_length(core_int n) {
 double native_cost(core_int length) {
   const autosort_plan passes = plan_autosort(length);
   if (passes.count == 0) return -1;
-  double cost = 0;
+  double cost = 0, side_by_side = 1;
   for (int i = 0; i < passes.count; ++i) {
     const int radix = passes.radices[i];
-    cost += has_autosort_pass(radix) ? 1 + std::log2(radix) : kGenericCost * radix;
+    cost += has_autosort_pass(radix) ? 1 + std::log2(radix)
+                                     : kGenericCost * radix * std::max(1.0, kFilledRegisters / side_by_side);
+    side_by_side *= radix;
   }
   return (cost + (length > kLongestLine ? 2 * kMoveCost : 0)) * static_cast<double>(length);
 }

@@ -80,15 +80,20 @@ bool autosort_spec<R>::make_whole(const half_circle& roots) {
   } else if (whole.method == whole_line::kSums) {
     const core_int half = length / 2, pitch = sum_pitch();
     sum_factors = make_table<R>(2 * half * pitch);
-    if (sum_factors == nullptr) return false;
+    const auto all_roots = make_root_table(length);
+    if (sum_factors == nullptr || all_roots == nullptr) return false;
     std::fill_n(sum_factors.get(), 2 * half * pitch, R{0});
-    for (core_int j = 1; j <= half; ++j)
-      for (core_int k = 1; k <= half; ++k) {
-        const complex16 root = roots[j * k % length];
-        R* const at = sum_factors.get() + (j - 1) * pitch + k - 1;
-        at[0] = static_cast<R>(root.real);
-        at[half * pitch] = static_cast<R>(-root.imag);
+    for (core_int j = 1; j <= half; ++j) {
+      R* const at = sum_factors.get() + (j - 1) * pitch;
+      core_int angle = 0;
+      for (core_int k = 0; k < half; ++k) {
+        angle += j;
+        angle -= angle >= length ? length : 0;
+        const complex16 root = all_roots[static_cast<size_t>(angle)];
+        at[k] = static_cast<R>(root.real);
+        at[half * pitch + k] = static_cast<R>(-root.imag);
       }
+    }
   }
   return true;
 }

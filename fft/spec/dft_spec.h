@@ -45,7 +45,7 @@ struct dft_spec {
     int remaining;          ///< length divided by the factors up to this one
     int stride_before;      ///< product of the factors before this one
     int radix;              ///< fft_radix, or -1
-    table<C> twiddles;      ///< none in the last row
+    table<C> twiddles;      ///< as the join reads them; none in the last row
     const C* factor_roots;  ///< of generic passes; rows of one factor share them
     table<C> own_roots;
   };
@@ -60,7 +60,7 @@ struct dft_spec {
   double scale;
   int workspace_bytes;
   line_plan plan;
-  table<C> odd_table;
+  table<C> odd_table;  ///< of kDirect
   table<C> chirp;
   table<C> factor_spectrum;    ///< what the data are convolved with
   table<int> powers;           ///< of kRader: root^k modulo length, k < length - 1
@@ -70,6 +70,9 @@ struct dft_spec {
   long_spec<R>* long_line;     ///< of kLong
   factor_row factors[32];
   int largest_generic;  ///< factor, 0 if there is none
+  bool in_planes;       ///< of kMixed
+  int cached_row;       ///< of planes: first_cached_row
+  table<int> places;    ///< of planes: where the groups of a cached block's first pass go
 
   ~dft_spec();
 };

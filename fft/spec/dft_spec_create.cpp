@@ -27,14 +27,38 @@ table<complex_of<R>> roots_of(int factor, const complex16* roots, int n) {
 
 /// Twiddles in the order in which the join of the row reads them.
 template <class R>
-bool gather_twiddles(typename dft_spec<R>::factor_row& row, const complex16* roots, int n) {
+bool gather_twiddles(typename dft_spec<R>::factor_row& row, const complex16* roots, int n, bool in_planes) {
   using C = complex_of<R>;
   row.twiddles = make_table<C>(static_cast<core_int>(row.factor - 1) * row.remaining);
   if (row.twiddles == nullptr) return false;
   const core_int step = n / (static_cast<core_int>(row.factor) * row.remaining);
+  if (in_planes) {
+    fill_plane_twiddles<R>(row.twiddles.get(), row.factor, row.remaining,
+                           [&](core_int product) { return roots[product * step]; });
+    return true;
+  }
   C* next = row.twiddles.get();
   for (core_int p = 1; p < row.factor; ++p) {
     for (core_int k = 0; k < row.remaining; ++k) *next++ = narrowed<C>(roots[p * k * step]);
+  }
+  return true;
+}
+
+/// Where the groups of the first pass over a cached block go: the digits of their number in reversed order.
+template <class R>
+bool make_places(dft_spec<R>& spec) {
+  const int last = spec.plan.factor_count - 1, first = first_cached_row(spec.plan);
+  spec.cached_row = first;
+  const auto& top = spec.factors[first];
+  spec.places = make_table<int>(top.factor * top.remaining / spec.plan.factors[last]);
+  if (spec.places == nullptr) return false;
+  int* const places = spec.places.get();
+  places[0] = 0;
+  for (int row = first, done = 1; row < last; done *= spec.factors[row++].factor) {
+    for (int digit = 1; digit < spec.factors[row].factor; ++digit) {
+      const int place = digit * spec.factors[row].remaining;
+      for (int i = 0; i < done; ++i) places[digit * done + i] = places[i] + place;
+    }
   }
   return true;
 }
@@ -43,6 +67,7 @@ template <class R>
 int build_mixed(dft_spec<R>& spec) {
   const auto roots = make_root_table(spec.length);
   if (roots == nullptr) return kSpecNoMemory;
+  spec.in_planes = runs_in_planes(spec.plan, kPlaneBlock<R>);
   int before = 1;
   for (int i = 0; i < spec.plan.factor_count; ++i) {
     auto& row = spec.factors[i];
@@ -51,7 +76,7 @@ int build_mixed(dft_spec<R>& spec) {
     before *= row.factor;
     row.remaining = spec.length / before;
     row.radix = radix_index(row.factor);
-    if (i + 1 < spec.plan.factor_count && !gather_twiddles<R>(row, roots.get(), spec.length))
+    if (i + 1 < spec.plan.factor_count && !gather_twiddles<R>(row, roots.get(), spec.length, spec.in_planes))
       return kSpecNoMemory;
     if (row.radix >= 0) continue;
     spec.largest_generic = std::max(spec.largest_generic, row.factor);
@@ -63,15 +88,31 @@ int build_mixed(dft_spec<R>& spec) {
     if (row.own_roots == nullptr) return kSpecNoMemory;
     row.factor_roots = row.own_roots.get();
   }
-  return 0;
+  return spec.in_planes && !make_places(spec) ? kSpecNoMemory : 0;
 }
 
 template <class R>
 int build_direct(dft_spec<R>& spec) {
   const auto roots = make_root_table(spec.length);
   if (roots == nullptr) return kSpecNoMemory;
-  spec.odd_table = roots_of<R>(spec.length, roots.get(), spec.length);
-  return spec.odd_table == nullptr ? kSpecNoMemory : 0;
+  const core_int n = spec.length, half = n / 2, block = kPlaneBlock<R>,
+                 pitch = (half + block - 1) / block * block;
+  spec.odd_table = make_table<complex_of<R>>(half * pitch);
+  if (spec.odd_table == nullptr) return kSpecNoMemory;
+  R* next = &spec.odd_table.get()->real;
+  for (core_int j = 1; j <= half; ++j) {
+    core_int at = 0;
+    for (core_int k = 0; k < pitch; k += block, next += 2 * block) {
+      for (core_int i = 0; i < block; ++i) {
+        at += j;
+        at -= at >= n ? n : 0;
+        const complex16 root = roots[static_cast<size_t>(at)];
+        next[i] = static_cast<R>(root.real);
+        next[block + i] = static_cast<R>(-root.imag);
+      }
+    }
+  }
+  return 0;
 }
 
 template <class R>
@@ -96,11 +137,11 @@ int build_bluestein(dft_spec<R>& spec) {
   spec.factor_spectrum = make_table<C>(padded);
   if (spec.chirp == nullptr || spec.factor_spectrum == nullptr) return kSpecNoMemory;
   C* spectrum = spec.factor_spectrum.get();
-  std::fill_n(spectrum, padded, C{});
-  const auto roots = make_root_table(2 * n);
-  if (roots == nullptr) return kSpecNoMemory;
+  std::fill(spectrum + n, spectrum + padded - n + 1, C{});
+  half_circle roots;
+  if (!roots.make(2 * n)) return kSpecNoMemory;
   for (core_int k = 0, square = 0; k < n; ++k) {
-    const complex16 w = roots[static_cast<size_t>(square)];
+    const complex16 w = roots.anywhere(square);
     spec.chirp[static_cast<size_t>(k)] = narrowed<C>(w);
     const C conjugate = narrowed<C>({w.real, -w.imag});
     spectrum[k] = conjugate;
@@ -108,7 +149,16 @@ int build_bluestein(dft_spec<R>& spec) {
     square += 2 * k + 1;
     if (square >= 2 * n) square -= 2 * n;
   }
-  if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
+  // With the second buffer of a line's run, if it has one.
+  table<C> second;
+  if (spec.plan.second_buffer) {
+    second = make_table<C>(padded);
+    if (second == nullptr) return kSpecNoMemory;
+    std::swap(second, spec.factor_spectrum);
+  }
+  C* const result_of = spec.factor_spectrum.get();
+  if (const int result = dft_spec_run<R>(spectrum, result_of, spec.inner, nullptr, kForward)) return result;
+  spectrum = result_of;
   level_kernels<R>().scale(spectrum, padded, static_cast<R>(1.0 / static_cast<double>(padded)));
   return 0;
 }
@@ -144,8 +194,8 @@ int build_rader(dft_spec<R>& spec) {
   spec.workspace_bytes += spec.inner->workspace_bytes + 64;
   spec.powers = make_table<int>(count);
   spec.factor_spectrum = make_table<C>(count);
-  const auto roots = make_root_table(n);
-  if (spec.powers == nullptr || spec.factor_spectrum == nullptr || roots == nullptr) return kSpecNoMemory;
+  half_circle roots;
+  if (spec.powers == nullptr || spec.factor_spectrum == nullptr || !roots.make(n)) return kSpecNoMemory;
   C* const spectrum = spec.factor_spectrum.get();
   // Products stay below 2^53, so that the quotient is the rounded one or next to it. Chains, because each
   // product waits for the one before it.
@@ -162,7 +212,7 @@ int build_rader(dft_spec<R>& spec) {
     for (core_int i = 0; i < std::min(kChains, count - first); ++i) {
       const core_int k = first + i;
       spec.powers[static_cast<size_t>(k)] = static_cast<int>(power[i]);
-      spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots[static_cast<size_t>(power[i])]);
+      spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots.anywhere(power[i]));
       power[i] = product(power[i], leap);
     }
   }
@@ -237,6 +287,16 @@ int split_bytes(core_int length) {
   return static_cast<int>((length + 7) / 8 * 8 * core_int{sizeof(complex_of<R>)});
 }
 
+/// The C library gives memory back to the system beyond twice the largest block that it has seen freed. A
+/// plan's tables are many blocks, and each new plan would touch new pages; a block of their size, never
+/// touched, raises that bound.
+template <class R>
+void keep_memory_at_hand(const line_plan& plan, core_int length) {
+  constexpr core_int kTables = 4, kSmallest = 131072;
+  const core_int count = kTables * std::max<core_int>(length, plan.padded);
+  if (count * core_int{sizeof(complex_of<R>)} >= kSmallest) make_table<complex_of<R>>(count);
+}
+
 }  // namespace
 
 template <class R>
@@ -268,6 +328,7 @@ int dft_spec_create(dft_spec<R>** result, core_int length, int flag, line_form f
   spec->workspace_bytes = spec->plan.workspace_bytes;
   // A split line is put together in the work, before the method's own.
   if (form == line_form::kSplit) spec->workspace_bytes += split_bytes<R>(length);
+  keep_memory_at_hand<R>(spec->plan, length);
   if (const int status = build(*spec)) {
     free_object(spec);
     return status;

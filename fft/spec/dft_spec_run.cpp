@@ -129,6 +129,71 @@ class mixed_passes {
   int last_;
 };
 
+/// The same over lines as planes.
+template <class R>
+class plane_passes {
+  using C = complex_of<R>;
+
+ public:
+  plane_passes(const dft_spec<R>& spec, direction way)
+      : spec_(spec),
+        kernels_(level_kernels<R>()),
+        way_(way),
+        last_(spec.plan.factor_count - 1),
+        cached_(spec.cached_row) {}
+
+  void run(const C* input, C* target, C* output) {
+    if (cached_ == 0) {
+      cached_block(input, target);
+    } else {
+      sub_blocks(input, 0, target);
+    }
+    join(0, target, output, 1, kPairs);
+  }
+
+ private:
+  void sub_blocks(const C* input, int row, C* target) {
+    const auto& of = spec_.factors[row];
+    for (core_int i = 0; i < of.factor; ++i) {
+      block(input + i * of.stride_before, row + 1, target + i * of.remaining);
+    }
+  }
+  void block(const C* input, int row, C* target) {
+    if (row == cached_) {
+      cached_block(input, target);
+    } else {
+      sub_blocks(input, row, target);
+    }
+    join(row, target, target, 1, kPlanes);
+  }
+  /// All passes of the first cached row's block but its own join.
+  void cached_block(const C* input, C* target) {
+    const auto& of = spec_.factors[cached_];
+    const int leaf = spec_.factors[last_].factor;
+    const core_int groups = of.factor * of.remaining / leaf;
+    kernels_.first_planes[way_][leaf == 2 ? 0 : 1](input, of.stride_before, of.stride_before * groups, target,
+                                                   spec_.places.get(), groups);
+    for (int row = last_ - 1; row > cached_; --row) {
+      join(row, target, target, spec_.factors[row].stride_before / of.stride_before, kPlanes);
+    }
+  }
+  void join(int row, const C* source, C* target, core_int blocks, plane_side side) {
+    const auto& of = spec_.factors[row];
+    if (of.radix >= 0) {
+      kernels_.plane_join[way_][side][of.radix](source, of.remaining, target, of.remaining, of.remaining,
+                                                blocks, of.twiddles.get());
+    } else {
+      kernels_.any_plane_join[way_][side](source, of.remaining, target, of.remaining, of.remaining, blocks,
+                                          of.twiddles.get(), of.factor, of.factor_roots);
+    }
+  }
+
+  const dft_spec<R>& spec_;
+  const typename precision_types<R>::kernels& kernels_;
+  direction way_;
+  int last_, cached_;
+};
+
 template <class R>
 void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<R>& spec, complex_of<R>* work,
               direction way, const team& members);
@@ -146,16 +211,17 @@ void run_bluestein(const complex_of<R>* input, complex_of<R>* output, const dft_
                    complex_of<R>* work, direction way, const team& members) {
   using C = complex_of<R>;
   const core_int n = spec.length, padded = spec.plan.padded;
-  C* const inner = work + padded;
+  C* const middle = spec.plan.second_buffer ? work + padded : work;
+  C* const inner = middle + padded;
   multiply_share<R>(input, spec.chirp.get(), work, n, members);
   const team::range zeros = members.share_of(padded - n, kShareGrain);
   std::fill(work + n + zeros.from, work + n + zeros.to, C{});
   members.wait();
-  run_line<R>(work, work, *spec.inner, inner, kForward, members);
+  run_line<R>(work, middle, *spec.inner, inner, kForward, members);
   members.wait();
-  multiply_share<R>(work, spec.factor_spectrum.get(), work, padded, members);
+  multiply_share<R>(middle, spec.factor_spectrum.get(), middle, padded, members);
   members.wait();
-  run_line<R>(work, work, *spec.inner, inner, kBackward, members);
+  run_line<R>(middle, work, *spec.inner, inner, kBackward, members);
   members.wait();
   multiply_share<R>(work, spec.chirp.get(), output, n, members);
   if (way == kForward) return;
@@ -211,12 +277,17 @@ void run_line(const complex_of<R>* input, complex_of<R>* output, const dft_spec<
         mixed_passes<R>(spec, work, way).run_scrambled(input, output);
         break;
       }
-      complex_of<R>* target = input == output ? work + spec.largest_generic : output;
-      mixed_passes<R>(spec, work, way).run(input, target, output);
+      constexpr auto kGenericWork = 16 / static_cast<core_int>(sizeof(complex_of<R>));
+      complex_of<R>* target = input == output ? work + spec.largest_generic * kGenericWork : output;
+      if (spec.in_planes) {
+        plane_passes<R>(spec, way).run(input, target, output);
+      } else {
+        mixed_passes<R>(spec, work, way).run(input, target, output);
+      }
       break;
     }
     case line_method::kDirect:
-      kernels.any_leaf[way](input, 1, 0, output, 1, spec.length, spec.odd_table.get(), work);
+      kernels.direct_sums[way](input, output, spec.length, spec.odd_table.get());
       break;
     case line_method::kAutosort:
       spec.autosort->run_line(input, output, reinterpret_cast<R*>(work), way, members);

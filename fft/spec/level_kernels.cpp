@@ -6,12 +6,12 @@
 namespace qel::fft {
 namespace {
 
-// By processor level; levels 0 to 4 share one build, so that they give the same bits.
+// By processor level; levels 0 to 4 give the same bits: one text, whose products no build of theirs fuses.
 constexpr const fft_kernels_d* kDouble[] = {&l0_generic::fft_d, &l0_generic::fft_d, &l0_generic::fft_d,
-                                            &l0_generic::fft_d, &l0_generic::fft_d, &l5_avx2::fft_d,
+                                            &l0_generic::fft_d, &l4_avx::fft_d,     &l5_avx2::fft_d,
                                             &l5_avx2::fft_d};
 constexpr const fft_kernels_s* kSingle[] = {&l0_generic::fft_s, &l0_generic::fft_s, &l0_generic::fft_s,
-                                            &l0_generic::fft_s, &l0_generic::fft_s, &l5_avx2::fft_s,
+                                            &l0_generic::fft_s, &l4_avx::fft_s,     &l5_avx2::fft_s,
                                             &l5_avx2::fft_s};
 
 constexpr const autosort_kernels_d* kDoubleNative[] = {

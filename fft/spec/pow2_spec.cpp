@@ -9,8 +9,8 @@ namespace {
 
 constexpr int kTileOrder = 5;
 constexpr int kTile = 1 << kTileOrder;
-constexpr int kLargestTableOrder = 17;  // beyond, the bit-reversal goes by tiles
-constexpr int kFirstCopyOrder = 23;     // from here a bit-reversal out of place is a copy and one in place
+constexpr int kFirstCopyOrder = 23;      // from here a bit-reversal out of place is a copy and one in place
+constexpr core_int kChunkBytes = 16384;  // half of a first-level cache, the other half is for twiddles
 
 core_int reverse_bits(core_int value, int bits) {
   core_int result = 0;
@@ -72,14 +72,12 @@ bool pow2_spec<R>::make_level(level& target, int order_of_level) {
     p.order = plan.orders[i];
     p.m = core_int{1} << (done - target.low);
     if (done > 0) {
-      const core_int radix = core_int{1} << p.order, points = core_int{1} << done;
-      p.roots = make_table<C>((radix - 1) * points);
+      const core_int points = core_int{1} << done;
+      p.roots = make_table<C>((p.radix() - 1) * points);
       if (p.roots == nullptr) return false;
       const int step = order_of_level - done - p.order;
-      C* next = p.roots.get();
-      for (core_int q = 1; q < radix; ++q) {
-        for (core_int k = 0; k < points; ++k) *next++ = narrowed<C>(wave.root((q * k) << step));
-      }
+      fill_plane_twiddles<R>(p.roots.get(), p.radix(), points,
+                             [&](core_int product) { return wave.root(product << step); });
     }
     done += p.order;
   }
@@ -100,89 +98,136 @@ bool pow2_spec<R>::make(int order_of_length) {
   for (int i = 0; i < level_count; ++i) {
     if (!make_level(levels[i], orders[level_count - 1 - i])) return false;
   }
-  if (order > kLargestTableOrder) return true;
-  reversal = make_table<int>(core_int{1} << order);
-  if (reversal == nullptr) return false;
-  for (int i = 0; i < 1 << order; ++i)
-    reversal[static_cast<size_t>(i)] = static_cast<int>(reverse_bits(i, order));
+  return level_count > 1 || make_places();
+}
+
+template <class R>
+bool pow2_spec<R>::make_places() {
+  const pass& first = levels[0].passes[0];
+  const int bits = order - first.order;
+  places = make_table<int>(core_int{1} << bits);
+  if (places == nullptr) return false;
+  // Each half is the half before it, one bit added.
+  places[0] = 0;
+  for (int bit = 0; bit < bits; ++bit) {
+    const int half = 1 << bit, more = 1 << (order - 1 - bit);
+    for (int i = 0; i < half; ++i)
+      places[static_cast<size_t>(half + i)] = places[static_cast<size_t>(i)] + more;
+  }
   return true;
+}
+
+template <class R>
+void pow2_spec<R>::permute_in_place(C* data) const {
+  const int low = levels[0].passes[0].order;
+  core_int offsets[8];
+  for (core_int i = 0; i < core_int{1} << low; ++i) offsets[i] = reverse_bits(i, low) << (order - low);
+  for (core_int high = 0; high < core_int{1} << (order - low); ++high) {
+    const core_int base = places[static_cast<size_t>(high)] >> low;
+    for (core_int i = 0; i < core_int{1} << low; ++i) {
+      const core_int from = (high << low) + i, to = base + offsets[i];
+      if (from < to) std::swap(data[from], data[to]);
+    }
+  }
 }
 
 template <class R>
 void pow2_spec<R>::permute(const C* input, C* output, C* work) const {
   const core_int n = core_int{1} << order;
-  if (order > kLargestTableOrder) {
-    if (input != output && order >= kFirstCopyOrder) {
-      std::copy_n(input, n, output);
-      input = output;
-    }
-    reverse_by_tiles(input, output, order, work);
-  } else if (input != output) {
-    for (core_int i = 0; i < n; ++i) output[i] = input[reversal[static_cast<size_t>(i)]];
+  if (input != output && (level_count == 1 || order >= kFirstCopyOrder)) {
+    std::copy_n(input, n, output);
+    input = output;
+  }
+  if (level_count == 1) {
+    permute_in_place(output);
   } else {
-    for (core_int i = 0; i < n; ++i) {
-      const core_int other = reversal[static_cast<size_t>(i)];
-      if (i < other) std::swap(output[i], output[other]);
+    reverse_by_tiles(input, output, order, work);
+  }
+}
+
+/// Runs a pass over the rows of a group of columns: rows of either side lie `pitch` apart.
+template <class R>
+struct row_group {
+  complex_of<R>* data;
+  core_int pitch;
+};
+template <class R, class Pass, class Kernel>
+void run_columns(const Pass& p, Kernel* run, row_group<R> from, row_group<R> to, core_int rows,
+                 core_int columns, core_int first, core_int points) {
+  for (core_int block = 0; block < rows; block += p.m * p.radix()) {
+    for (core_int j = 0; j < p.m; ++j) {
+      run(from.data + (block + j) * from.pitch, p.m * from.pitch, to.data + (block + j) * to.pitch,
+          p.m * to.pitch, columns, 1, p.roots.get() + (p.radix() - 1) * (j * points + first));
     }
   }
 }
 
-/// Calls body(work, first) for each group of columns, whose rows lie side by side in work meanwhile.
+// The rows of a group of columns lie side by side in work from the first pass to the last.
 template <class R>
-template <class Body>
-void pow2_spec<R>::for_column_groups(const level& of, C* data, C* work, Body body) {
+void pow2_spec<R>::combine(int index, C* data, C* work, direction way) const {
+  const level& of = levels[index];
+  const auto& kernels = level_kernels<R>();
   const core_int points = core_int{1} << of.low, columns = core_int{1} << of.column_order;
   const core_int rows = core_int{1} << (of.order - of.low);
   for (core_int first = 0; first < points; first += columns) {
-    for (core_int row = 0; row < rows; ++row) {
-      std::copy_n(data + row * points + first, columns, work + row * columns);
-    }
-    body(first);
-    for (core_int row = 0; row < rows; ++row) {
-      std::copy_n(work + row * columns, columns, data + row * points + first);
-    }
-  }
-}
-
-/// Runs a pass over the rows of a group of columns.
-template <class R, class Pass>
-void run_columns(const Pass& p, typename fft_kernels<complex_of<R>, R>::column_pass* run, complex_of<R>* work,
-                 core_int rows, core_int columns, core_int first, core_int points) {
-  for (core_int block = 0; block < rows; block += p.m << p.order) {
-    for (core_int j = 0; j < p.m; ++j) {
-      run(work + (block + j) * columns, p.m * columns, columns, p.roots.get() + j * points + first,
-          p.m * points);
-    }
-  }
-}
-
-constexpr int radix_of(int order_of_pass) { return order_of_pass == 2 ? kPow2Radix4 : kPow2Radix8; }
-
-template <class R>
-void pow2_spec<R>::combine(const level& of, C* data, C* work, direction way) const {
-  const auto& kernels = level_kernels<R>();
-  const core_int points = core_int{1} << of.low, columns = core_int{1} << of.column_order;
-  for_column_groups(of, data, work, [&](core_int first) {
+    const row_group<R> line{data + first, points}, group{work, columns};
     for (int i = 0; i < of.pass_count; ++i) {
       const pass& p = of.passes[i];
-      run_columns<R>(p, kernels.columns[way][radix_of(p.order)], work, core_int{1} << (of.order - of.low),
-                     columns, first, points);
+      const bool is_last = i + 1 == of.pass_count;
+      run_columns<R>(p, kernels.pow2_join[way][is_last ? side_of(index) : kPlanes][p.kernel()],
+                     i == 0 ? line : group, is_last ? line : group, rows, columns, first, points);
     }
-  });
+  }
 }
 
 /// The transpose of combine.
 template <class R>
-void pow2_spec<R>::part(const level& of, C* data, C* work, direction way) const {
+void pow2_spec<R>::part(int index, C* data, C* work, direction way) const {
+  const level& of = levels[index];
   const auto& kernels = level_kernels<R>();
   const core_int points = core_int{1} << of.low, columns = core_int{1} << of.column_order;
-  for_column_groups(of, data, work, [&](core_int first) {
+  const core_int rows = core_int{1} << (of.order - of.low);
+  for (core_int first = 0; first < points; first += columns) {
+    const row_group<R> line{data + first, points}, group{work, columns};
     for (int i = of.pass_count - 1; i >= 0; --i) {
       const pass& p = of.passes[i];
-      run_columns<R>(p, kernels.column_splits[way][radix_of(p.order)], work,
-                     core_int{1} << (of.order - of.low), columns, first, points);
+      const bool is_first = i + 1 == of.pass_count;
+      run_columns<R>(p, kernels.pow2_split[way][is_first ? side_of(index) : kPlanes][p.kernel()],
+                     is_first ? line : group, i == 0 ? line : group, rows, columns, first, points);
     }
-  });
+  }
+}
+
+/// A pass over blocks of sub-blocks, in place.
+template <class R, class Pass, class Kernel>
+void run_blocks(const Pass& p, Kernel* run, complex_of<R>* data, core_int n) {
+  run(data, p.m, data, p.m, p.m, n / (p.m * p.radix()), p.roots.get());
+}
+
+/// The passes of the first level: those that stay within a chunk one chunk after the other.
+template <class R>
+void pow2_spec<R>::join_base(C* data, direction way, bool done_first) const {
+  const level& of = levels[0];
+  const auto& kernels = level_kernels<R>();
+  const core_int n = core_int{1} << of.order;
+  const auto join = [&](int i, C* part, core_int count) {
+    const pass& p = of.passes[i];
+    const plane_side side = i + 1 == of.pass_count ? side_of(0) : kPlanes;
+    run_blocks<R>(p, kernels.pow2_join[way][side][p.kernel()], part, count);
+  };
+  int inner = 1;
+  core_int chunk = of.passes[0].radix();
+  while (inner < of.pass_count) {
+    const core_int next = chunk * of.passes[inner].radix();
+    if (next * core_int{sizeof(C)} > kChunkBytes) break;
+    chunk = next;
+    ++inner;
+  }
+  for (C* part = data; part < data + n; part += chunk) {
+    if (!done_first) kernels.first_reversed[way][of.passes[0].kernel()](part, chunk / of.passes[0].radix());
+    for (int i = 1; i < inner; ++i) join(i, part, chunk);
+  }
+  for (int i = inner; i < of.pass_count; ++i) join(i, data, n);
 }
 
 /// The transpose of run_level.
@@ -190,7 +235,7 @@ template <class R>
 void pow2_spec<R>::split_level(int index, C* data, C* work, direction way) const {
   const level& of = levels[index];
   if (index > 0) {
-    part(of, data, work, way);
+    part(index, data, work, way);
     for (core_int block = 0; block < core_int{1} << of.order; block += core_int{1} << of.low) {
       split_level(index - 1, data + block, work, way);
     }
@@ -198,15 +243,12 @@ void pow2_spec<R>::split_level(int index, C* data, C* work, direction way) const
   }
   const auto& kernels = level_kernels<R>();
   const core_int n = core_int{1} << of.order;
-  for (int i = of.pass_count - 1; i >= 0; --i) {
+  for (int i = of.pass_count - 1; i > 0; --i) {
     const pass& p = of.passes[i];
-    const core_int blocks = n / (p.m << p.order);
-    if (i == 0) {
-      kernels.last[way][radix_of(p.order)](data, blocks);
-    } else {
-      kernels.pow2_split[way][radix_of(p.order)](data, data, blocks, p.m, p.roots.get());
-    }
+    const plane_side side = i + 1 == of.pass_count ? side_of(0) : kPlanes;
+    run_blocks<R>(p, kernels.pow2_split[way][side][p.kernel()], data, n);
   }
+  kernels.last_reversed[way][of.passes[0].kernel()](data, n / of.passes[0].radix());
 }
 
 template <class R>
@@ -221,30 +263,23 @@ void pow2_spec<R>::run_scrambled(const C* input, C* output, C* work, direction w
 
 template <class R>
 void pow2_spec<R>::run_level(int index, C* data, C* work, direction way) const {
+  if (index == 0) return join_base(data, way, false);
   const level& of = levels[index];
-  if (index > 0) {
-    for (core_int block = 0; block < core_int{1} << of.order; block += core_int{1} << of.low) {
-      run_level(index - 1, data + block, work, way);
-    }
-    combine(of, data, work, way);
-    return;
+  for (core_int block = 0; block < core_int{1} << of.order; block += core_int{1} << of.low) {
+    run_level(index - 1, data + block, work, way);
   }
-  const auto& kernels = level_kernels<R>();
-  const core_int n = core_int{1} << of.order;
-  for (int i = 0; i < of.pass_count; ++i) {
-    const pass& p = of.passes[i];
-    const int radix = radix_of(p.order);
-    const core_int blocks = n / (p.m << p.order);
-    if (i == 0) {
-      kernels.first[way][radix](data, blocks);
-    } else {
-      kernels.pow2_join[way][radix](data, data, blocks, p.m, p.roots.get());
-    }
-  }
+  combine(index, data, work, way);
 }
 
 template <class R>
 void pow2_spec<R>::run(const C* input, C* output, C* work, direction way) const {
+  if (input != output && level_count == 1) {
+    const pass& first = levels[0].passes[0];
+    const core_int groups = core_int{1} << (order - first.order);
+    level_kernels<R>().first_planes[way][first.order - 1](input, 1, groups, output, places.get(), groups);
+    join_base(output, way, true);
+    return;
+  }
   permute(input, output, work);
   run_level(level_count - 1, output, work, way);
 }

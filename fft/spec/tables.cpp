@@ -2,7 +2,9 @@
 #include "fft/spec/tables.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <numbers>
 
 #include "fft/spec/level_kernels.h"
@@ -76,7 +78,7 @@ bool half_circle::make(core_int n) {
 }
 
 bool quarter_wave::make(core_int n) {
-  n_ = n;
+  order_of_quarter_ = std::countr_zero(static_cast<uint64_t>(n / 4));
   sines_ = make_table<double>(n / 4 + 1);
   if (sines_ == nullptr) return false;
   const double step = 2 * std::numbers::pi / static_cast<double>(n);
@@ -88,7 +90,8 @@ bool quarter_wave::make(core_int n) {
 }
 
 complex16 quarter_wave::root(core_int k) const {
-  const core_int quarter = n_ / 4, turn = k / quarter % 4, rest = k % quarter;
+  const core_int quarter = core_int{1} << order_of_quarter_, turn = k >> order_of_quarter_ & 3,
+                 rest = k & (quarter - 1);
   const double s = sines_[static_cast<size_t>(rest)], c = sines_[static_cast<size_t>(quarter - rest)];
   switch (turn) {
     case 0:

@@ -2,8 +2,10 @@
 // Tables of a plan: memory that goes with its owner, and roots of unity.
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
+#include "fft/kernels/fft_kernels.h"
 #include "service/core_types.h"
 #include "service/serv.h"
 
@@ -41,6 +43,13 @@ class half_circle {
     const complex16 z = roots_[static_cast<size_t>(n_ - k)];
     return {z.real, -z.imag};
   }
+  /// The same without a branch, for callers that jump about the circle.
+  complex16 anywhere(core_int k) const {
+    constexpr double kSigns[] = {1, -1};
+    const core_int mirrored = n_ - k;
+    const complex16 z = roots_[static_cast<size_t>(std::min(k, mirrored))];
+    return {z.real, z.imag * kSigns[k > mirrored ? 1 : 0]};
+  }
 
  private:
   core_int n_ = 0;
@@ -55,7 +64,7 @@ class quarter_wave {
   complex16 root(core_int k) const;
 
  private:
-  core_int n_ = 0;
+  int order_of_quarter_ = 0;
   table<double> sines_;
 };
 
@@ -63,6 +72,22 @@ template <class C>
 C narrowed(complex16 z) {
   using R = decltype(C::real);
   return {static_cast<R>(z.real), static_cast<R>(z.imag)};
+}
+
+/// The twiddles of a pass over planes as it reads them: root(k p) for a block's k and p = 1, p = 2, ...
+template <class R, class C, class Root>
+void fill_plane_twiddles(C* target, core_int radix, core_int points, Root root) {
+  constexpr core_int kBlock = kPlaneBlock<R>;
+  R* next = &target->real;
+  for (core_int k = 0; k < points; k += kBlock) {
+    for (core_int p = 1; p < radix; ++p, next += 2 * kBlock) {
+      for (core_int i = 0; i < kBlock; ++i) {
+        const C w = narrowed<C>(root((k + i) * p));
+        next[i] = w.real;
+        next[kBlock + i] = w.imag;
+      }
+    }
+  }
 }
 
 }  // namespace qel::fft

@@ -30,10 +30,11 @@ TEST(LinePlan, MethodFactorsAndWorkspace) {
       {26, kMixed, {13, 2}, (13 + 26) * 16 + 64},
       {143, kMixed, {11, 13}, (13 + 143) * 16 + 64},
       {149, kDirect, {}, 149 * 16 + 32},
-      {151, kBluestein, {}, 512 * 16 + 32},
+      {151, kBluestein, {}, 512 * 32 + 32},
       {298, kMixed, {149, 2}, (149 + 298) * 16 + 64},
       {1920, kMixed, {2, 5, 4, 4, 3, 4}, 1920 * 16 + 64},
-      {22650, kBluestein, {}, 65536 * 16 + 32},
+      {22650, kBluestein, {}, 65536 * 32 + 32},
+      {32771, kBluestein, {}, 131072 * 16 + 32},
       {149 * 149, kMixed, {149, 149}, (149 + 149 * 149) * 16 + 64},
       {core_int{1} << 26, kPowerOfTwo, {}, 0},
       {core_int{1} << 27, kRefused, {}, 0},
@@ -61,12 +62,30 @@ TEST(LinePlan, ScrambledOrder) {
                {4900, false, 4900 * 16 + 64},
                {5184, true, 0},
                {13 * 512, true, 13 * 16 + 64},
-               {5003, false, 16384 * 16 + 32}};
+               {5003, false, 16384 * 32 + 32}};
   for (const auto& c : cases) {
     const line_plan plan = plan_line(c.length, true);
     EXPECT_EQ(plan.scrambled, c.scrambled) << c.length;
     EXPECT_EQ(plan.workspace_bytes, c.workspace) << c.length;
   }
+}
+
+TEST(LinePlan, PlanesAndTheirCachedBlocks) {
+  const struct {
+    core_int length;
+    bool in_twos, in_fours;
+    int cached_row;
+  } cases[] = {{18, true, false, 0},   {20, true, true, 0},          {45, false, false, 0},
+               {500, true, true, 0},   {506, true, false, 1},        {1000, true, true, 1},
+               {46080, true, true, 4}, {4 * 3 * 149, true, true, 1}, {4 * 149 * 149, true, true, 1},
+               {97, false, false, 0},  {128, false, false, 0}};
+  for (const auto& c : cases) {
+    const line_plan plan = plan_line(c.length);
+    EXPECT_EQ(runs_in_planes(plan, 2), c.in_twos) << c.length;
+    EXPECT_EQ(runs_in_planes(plan, 4), c.in_fours) << c.length;
+    EXPECT_EQ(first_cached_row(plan), c.cached_row) << c.length;
+  }
+  EXPECT_FALSE(runs_in_planes(plan_line(5184, true), 2));
 }
 
 TEST(LinePlan, PassesOfPowersOfTwo) {

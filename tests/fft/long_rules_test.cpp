@@ -126,6 +126,19 @@ TEST(NativePlan, RadicesMultiplyToTheLength) {
   EXPECT_EQ(plan_autosort(2 * 151).count, 0);
 }
 
+TEST(NativePlan, OrderOfRadices) {
+  const struct {
+    core_int length;
+    std::vector<int> radices;
+  } cases[] = {{690, {10, 23, 3}},   {34, {2, 17, 1}},           {30030, {13, 11, 10, 7, 3}},
+               {2187, {9, 9, 9, 3}}, {65520, {8, 7, 13, 9, 10}}, {17 * 19, {1, 17, 19, 1}},
+               {738, {6, 41, 3}},    {8 * 9 * 31, {8, 31, 9}},   {7 * 11 * 29, {11, 29, 7}}};
+  for (const auto& c : cases) {
+    const autosort_plan plan = plan_autosort(c.length);
+    EXPECT_EQ(std::vector<int>(plan.radices, plan.radices + plan.count), c.radices) << c.length;
+  }
+}
+
 TEST(NativePlan, MethodsByLength) {
   using enum native_method;
   const struct {

@@ -135,6 +135,28 @@ void middle_pass(const R* re, const R* im, R* to_re, R* to_im, const pass_part& 
   }
 }
 
+/// body.template operator()<V>(at) over 0 .. count by registers of one width, the last of which overlaps the
+/// one before it: for passes that cost more than what is done twice.
+template <class R, class Body>
+[[gnu::always_inline]] inline void by_even_registers(core_int count, Body body) {
+  using V = widest_parts<R>;
+  const auto cover = [&]<class W>() QEL_BODY {
+    core_int at = 0;
+    for (; at + W::kCount <= count; at += W::kCount) body.template operator()<W>(at);
+    if (at < count) body.template operator()<W>(count - W::kCount);
+  };
+  constexpr int kLeast = 16 / static_cast<int>(sizeof(R));
+  if (count >= V::kCount) {
+    cover.template operator()<V>();
+  } else if (count >= V::kCount / 2) {
+    cover.template operator()<px<R, V::kCount / 2>>();
+  } else if (V::kCount / 2 > kLeast && count >= kLeast) {
+    cover.template operator()<px<R, kLeast>>();
+  } else {
+    cover.template operator()<px<R, 1>>();
+  }
+}
+
 /// Any odd radix n; roots[j] = exp(-2 pi i j / n). work: 2 n + 2 registers.
 template <class R>
 void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, const pass_part& part,
@@ -142,7 +164,7 @@ void middle_of_any(const R* re, const R* im, R* to_re, R* to_im, const pass_part
   const int half = n / 2;
   const core_int m = part.m, s = part.s, to_s = part.to_s;
   for (core_int p = part.from; p < part.to; ++p) {
-    by_registers<R>(part.count, [&]<class V>(core_int q) QEL_BODY {
+    by_even_registers<R>(part.count, [&]<class V>(core_int q) QEL_BODY {
       const auto of = [&](core_int j) {
         const core_int at = q + s * (p + j * m);
         return V::load(re + at, im + at);

@@ -375,9 +375,6 @@ struct px {
 template <class R>
 using widest_parts = px<R, kPartBytes / static_cast<int>(sizeof(R))>;
 
-/// Bodies of loops over registers must be part of the loop, or their operands travel through memory.
-#define QEL_BODY __attribute__((always_inline))
-
 /// body.template operator()<V>(at) over 0 .. count: by the widest registers, by halves of one, one by one.
 template <class R, class Body>
 [[gnu::always_inline]] inline void by_registers(core_int count, Body body) {

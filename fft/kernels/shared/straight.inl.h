@@ -9,6 +9,9 @@
 namespace qel::QEL_LEVEL {
 namespace {
 
+/// Bodies of loops over registers must be part of the loop, or their operands travel through memory.
+#define QEL_BODY __attribute__((always_inline))
+
 constexpr long double kPi = 3.141592653589793238462643383279502884L;
 
 /// cos and sin of 2 pi j / n, reduced to an eighth of the circle, where the series lose nothing.
@@ -134,22 +137,24 @@ struct product_dft {
       turn_rest<j, k + 1>(column);
     }
   }
-  template <int j>
-  [[gnu::always_inline]] static inline void columns(reg_of<V>* x) {
+  template <int j, class Load>
+  [[gnu::always_inline]] static inline void columns(reg_of<V>* x, Load load) {
     if constexpr (j < m) {
       reg_of<V> column[r];
 #pragma GCC unroll 16
-      for (int i = 0; i < r; ++i) column[i] = x[j + i * m];
+      for (int i = 0; i < r; ++i) column[i] = load(j + i * m);
       dft<V, kBackward, r>::run(column);
       turn_rest<j, 1>(column);
 #pragma GCC unroll 16
       for (int i = 0; i < r; ++i) x[j + i * m] = column[i];
-      columns<j + 1>(x);
+      columns<j + 1>(x, load);
     }
   }
-  [[gnu::always_inline]] static inline void run(reg_of<V>* x) {
-    columns<0>(x);
-    reg_of<V> result[r * m];
+  /// From load(j) to store(k, value): few registers live at a time.
+  template <class Load, class Store>
+  [[gnu::always_inline]] static inline void between(Load load, Store store) {
+    reg_of<V> x[r * m];
+    columns<0>(x, load);
 #pragma GCC unroll 16
     for (int k = 0; k < r; ++k) {
       reg_of<V> row[m];
@@ -157,8 +162,12 @@ struct product_dft {
       for (int j = 0; j < m; ++j) row[j] = x[k * m + j];
       dft<V, kBackward, m>::run(row);
 #pragma GCC unroll 16
-      for (int j = 0; j < m; ++j) result[k + r * j] = row[j];
+      for (int j = 0; j < m; ++j) store(k + r * j, row[j]);
     }
+  }
+  [[gnu::always_inline]] static inline void run(reg_of<V>* x) {
+    reg_of<V> result[r * m];
+    between([&](int j) QEL_BODY { return x[j]; }, [&](int k, reg_of<V> v) QEL_BODY { result[k] = v; });
 #pragma GCC unroll 16
     for (int k = 0; k < r * m; ++k) x[k] = result[k];
   }
@@ -179,6 +188,22 @@ template <class V, bool kBackward>
 struct dft<V, kBackward, 15> : product_dft<V, kBackward, 3, 5> {};
 template <class V, bool kBackward>
 struct dft<V, kBackward, 16> : product_dft<V, kBackward, 4, 4> {};
+
+/// The transform of load(j), j < n, to store(k, value), k < n. All loads come before all stores.
+template <class V, bool kBackward, int n, class Load, class Store>
+[[gnu::always_inline]] inline void dft_between(Load load, Store store) {
+  using transform = dft<V, kBackward, n>;
+  if constexpr (requires { transform::between(load, store); }) {
+    transform::between(load, store);
+  } else {
+    reg_of<V> x[n];
+#pragma GCC unroll 16
+    for (int j = 0; j < n; ++j) x[j] = load(j);
+    transform::run(x);
+#pragma GCC unroll 16
+    for (int k = 0; k < n; ++k) store(k, x[k]);
+  }
+}
 
 /// A whole transform of n elements at unit stride.
 template <class R, bool kBackward, bool kScaled, int n>
