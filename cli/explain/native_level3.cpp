@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "blas/level3/native/copies.h"
 #include "blas/level3/native/level3_native.h"
 
 namespace qel::cli {
@@ -75,6 +76,23 @@ report explain_native(const native_question& q) {
   report out;
   out["level"] = q.level;
   out["threads_allowed"] = q.threads;
+  if (q.operation == "trmm" && native::fills_triangle(false, q.m, q.n)) {
+    out["scheme"] = "on copies";
+    out["reason"] = "small: the triangle is filled up with zeros, unless a result is not finite";
+    out["threads"] = 1;
+    return out;
+  }
+  const bool one_triangle = q.operation == "syrk", structured = q.operation == "symm";
+  const native::copy_plan copies =
+      native::plan_copies(q.m, q.n, q.k, structured && q.left, false, structured && !q.left,
+                          one_triangle ? c_part::upper : c_part::whole);
+  if (copies.pays) {
+    out["scheme"] = "on copies";
+    out["reason"] = "small: packing would cost more than the product";
+    out["threads"] = 1;
+    out["copied"] = fmt::format("{}{}{}", copies.a ? "A" : "", copies.b ? "B" : "", copies.c ? "C" : "");
+    return out;
+  }
   if (q.operation == "trsm" || q.operation == "trmm") {
     const core_int order = q.left ? q.m : q.n, count = q.left ? q.n : q.m;
     const int slabs = native::plan_slabs(order, count, facts.weight, q.threads);
@@ -89,7 +107,7 @@ report explain_native(const native_question& q) {
   facts.n = q.n;
   facts.k = q.k;
   facts.direct = q.operation == "gemm";
-  if (q.operation == "syrk") {
+  if (one_triangle) {
     facts.part = c_part::upper;
     facts.weight /= 2;
   }

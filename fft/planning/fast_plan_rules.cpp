@@ -38,8 +38,7 @@ bool takes_straight_kernel(const line_facts& f) {
     return f.length <= kStraightLengths ||
            std::find(std::begin(kHeldLengths), std::end(kHeldLengths), f.length) != std::end(kHeldLengths);
   }
-  if (f.length <= kStraightLengths) return f.length >= 2;
-  return f.length <= (f.single ? 64 : 128) && (f.length & (f.length - 1)) == 0;
+  return f.length >= 2 && f.length <= (f.single ? 64 : 128) && (f.length & (f.length - 1)) == 0;
 }
 
 int small_plan_flag(const line_facts& f) {

@@ -2,6 +2,7 @@
 #include "fft/planning/fast_plans.h"
 
 #include "fft/execution/node_kernels.h"
+#include "fft/kernels/fft_kernels.h"
 #include "fft/planning/commit.h"
 #include "fft/planning/fast_plan_rules.h"
 #include "fft/spec/dft_spec.h"
@@ -62,6 +63,10 @@ struct straight_plan {
   }
   static int attach(const dfti_fast_plan* plan, dfti_node* node) {
     release_other(plan, node);
+    take_kernel(plan, node);
+    return DFTI_NO_ERROR;
+  }
+  static void take_kernel(const dfti_fast_plan* plan, dfti_node* node) {
     for (const direction way : {kForward, kBackward})
       node->straight[way] = reinterpret_cast<line_kernel*>(kernel_of(node->length, way));
     if (node->placement == DFTI_INPLACE) {
@@ -69,7 +74,6 @@ struct straight_plan {
     } else {
       take(plan, node, compute<kForward, false>, compute<kBackward, false>);
     }
-    return DFTI_NO_ERROR;
   }
   static void release(const dfti_fast_plan*, dfti_node*) {}
 };
@@ -106,7 +110,9 @@ struct small_plan {
       dft_spec_free(held);
       node->fast_plan_data = made;
     }
-    if (node->placement == DFTI_INPLACE) {
+    if (flag == kUnscaled && node->length >= 2 && node->length <= kStraightLengths) {
+      straight_plan<R>::take_kernel(plan, node);  // which the plan would come to
+    } else if (node->placement == DFTI_INPLACE) {
       take(plan, node, compute<kForward, true>, compute<kBackward, true>);
     } else {
       take(plan, node, compute<kForward, false>, compute<kBackward, false>);

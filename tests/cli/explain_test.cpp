@@ -103,6 +103,11 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
       {"csradd 1000 --request 1 --threads 3", {{"threads", 3}}},
       {"csradd 1000 --threads 3", {{"threads", 1}}},
       {"csrmultcsr 1000 --request 2 --transposed --threads 3", {{"threads", 1}}},
+      {"trmm 32 32 --level 5", {{"scheme", "on copies"}}},
+      {"trmm 32 33 --level 5", {{"diagonal_blocks", 64}}},
+      {"symm 20 20 --side R --level 5", {{"scheme", "on copies"}, {"copied", "B"}}},
+      {"syrk 32 32 --level 6", {{"scheme", "on copies"}, {"copied", "C"}}},
+      {"gemm 32 32 32 --level 5 --threads 1", {{"scheme", "in place"}}},
       // Least squares
       {"trnlsp 100 199 --threads 3 --level 3",
        {{"threads_of_column_norms", 1}, {"normal_matrix", "whole, by gemm"}}},

@@ -29,7 +29,7 @@ TEST(FastPlanRules, LengthAndScalesDecide) {
       {line(64, 1, 1, false, true), true, 8},
       {line(128, 1, 1, false, true), false, 8},
       {line(15, 1, 1, false, true), true, 8},
-      {line(15), true, 8},
+      {line(15), false, 8},
       {line(17, 1, 1, false, true), false, 8},
       {line(60, 1, 1, true, true), true, 8},
       {line(4096), false, 8},
