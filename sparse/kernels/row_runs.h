@@ -22,10 +22,10 @@ struct run_limits {
 /// A look goes ahead of the sums. Where memory sets the pace, sums of single rows, which read all of their
 /// streams all the time, keep it busier; only mirrored products have instructions enough to gain by runs
 /// there, and by shorter looks.
-[[gnu::always_inline]] constexpr run_limits limits_of_runs(run_use use, bool streams) {
-  if (use == run_use::kMirror) return {12, streams ? 32 : 128};
+[[gnu::always_inline]] constexpr run_limits limits_of_runs(run_use use, csr_part part, bool streams) {
+  if (use == run_use::kMirror) return streams ? run_limits{12, 32} : run_limits{24, 128};
   if (streams) return {0, 0};
-  return {use == run_use::kGather ? 12 : 20, 128};
+  return {use == run_use::kScatter && part == kWhole ? 20 : 12, 128};
 }
 
 /// How many rows to take one by one before the next look, after so many looks that found nothing. A run that
@@ -112,6 +112,15 @@ inline constexpr int kLeastApart = 16;
       use == run_use::kMirror && !own_met && o[0] < kLeastApart && o[count - 1] > -kLeastApart;
   shape.served = !own_is_near;
   return shape;
+}
+
+/// Whether the middle three entries add to one target and each of the others to its own, as in grids with
+/// neighbours on both sides.
+[[gnu::always_inline]] constexpr bool is_grid(const run_shape& shape) {
+  const int count = shape.last - shape.first, middle = (count - 3) / 2;
+  if (count % 2 == 0 || shape.targets != count - 2 || shape.single_targets != count - 3) return false;
+  const run_target& joined = shape.at[count - 3];
+  return joined.after == middle && joined.same == middle + 1 && joined.before == middle + 2;
 }
 
 }  // namespace qel

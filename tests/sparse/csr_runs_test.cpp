@@ -246,7 +246,7 @@ void for_all_runs(Check check) {
     const bool in_order = serv_cpu_level() >= 5 && pattern.size() <= 9;
     for (const int before : {0, 1, 2, 5, 62}) {
       for (const int run :
-           {0, 1, 3, 7, 8, 11, 12, 13, 14, 15, 16, 19, 20, 21, 22, 23, 24, 33, 66, 131, 150}) {
+           {0, 1, 3, 7, 8, 11, 12, 13, 14, 15, 16, 19, 20, 21, 22, 23, 24, 25, 26, 27, 33, 66, 131, 150}) {
         if (before == 62 && run > 40) continue;
         for (const bool streams : {false, true}) {
           const bool one_array = run % 2 == 0;
@@ -340,11 +340,49 @@ TEST(RunShape, NeighboursShareATarget) {
   }
 }
 
-TEST(RunLimits, MemoryLeavesRunsToMirroredProducts) {
-  EXPECT_GT(limits_of_runs(run_use::kGather, false).largest, 0);
-  EXPECT_EQ(limits_of_runs(run_use::kGather, true).largest, 0);
-  EXPECT_EQ(limits_of_runs(run_use::kScatter, true).largest, 0);
-  EXPECT_GT(limits_of_runs(run_use::kMirror, true).largest, 0);
+TEST(RunShape, GridsHaveTheirThreeInTheMiddle) {
+  const struct {
+    offsets pattern;
+    bool is_grid;
+  } rows[] = {{{-1, 0, 1}, true},
+              {{-20, -1, 0, 1, 20}, true},
+              {{-40, -20, -1, 0, 1, 20, 40}, true},
+              {{-20, 0, 20}, false},
+              {{-1, 0, 1, 20}, false},
+              {{-20, -1, 0, 1}, false},
+              {{-1, 0, 1, 20, 40}, false},
+              {{-21, -20, -19, -1, 0, 1}, false},
+              {{-60, -40, -20, 20, 40, 60, 80}, false},
+              {{-20, -1, 1, 20, 40}, false}};
+  for (const auto& row : rows) {
+    const run_shape shape =
+        shape_of_run(run_use::kScatter, kWhole, row.pattern.data(), static_cast<int>(row.pattern.size()));
+    EXPECT_EQ(is_grid(shape), row.is_grid) << row.pattern.front() << ' ' << row.pattern.size();
+  }
+}
+
+TEST(RunLimits, Table) {
+  const struct {
+    const char* name;
+    run_use use;
+    csr_part part;
+    bool streams;
+    core_int least, largest;
+  } rows[] = {
+      {"gathered", run_use::kGather, kWhole, false, 12, 128},
+      {"gathered triangle", run_use::kGather, kUpper, false, 12, 128},
+      {"gathered from memory", run_use::kGather, kLower, true, 0, 0},
+      {"scattered", run_use::kScatter, kWhole, false, 20, 128},
+      {"scattered triangle", run_use::kScatter, kLower, false, 12, 128},
+      {"scattered from memory", run_use::kScatter, kWhole, true, 0, 0},
+      {"mirrored", run_use::kMirror, kLower, false, 24, 128},
+      {"mirrored from memory", run_use::kMirror, kLower, true, 12, 32},
+  };
+  for (const auto& row : rows) {
+    const run_limits limits = limits_of_runs(row.use, row.part, row.streams);
+    EXPECT_EQ(limits.least, row.least) << row.name;
+    EXPECT_EQ(limits.largest, row.largest) << row.name;
+  }
 }
 
 TEST(RunLimits, PausesGrow) {

@@ -114,7 +114,7 @@ template <run_use kUse, csr_part kPart>
 template <run_use kUse, csr_part kPart, int kStep>
 row_run find_run(const run_product& product, core_int row, core_int limit, run_search& search) {
   const csr_slice* const m = product.m;
-  const run_limits limits = limits_of_runs(kUse, m->streams);
+  const run_limits limits = limits_of_runs(kUse, kPart, m->streams);
   if (limit < limits.least || limits.largest == 0) {
     search.pause = kNoLook;
     return {};
@@ -166,6 +166,10 @@ struct entry_pair {
   return _mm256_setr_pd(a[0], a[length], a[2 * length], a[3 * length]);
 }
 
+constexpr core_int kVectorAhead = 128;  ///< elements of x and y
+[[gnu::always_inline]] inline void ask_for(const double* p) {
+  _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0);
+}
 /// What the next blocks of a run will read.
 [[gnu::always_inline]] inline void ask_ahead_for_block(const double* a, const int* columns, core_int count,
                                                        intptr_t step) {
@@ -282,9 +286,39 @@ struct constant {
 constexpr int kBefore = 0x90;  ///< lanes 0 0 1 2
 constexpr int kAfter = 0xF9;   ///< lanes 1 2 3 3
 
+/// What a block inside of a run upwards adds if its shape is a grid's.
+template <int kCount>
+[[gnu::always_inline]] inline void grid_block(const double* a, core_int length, __m256d factor, __m256d alpha,
+                                              const double* x, core_int row, double* const* y_at) {
+  constexpr int kMiddle = (kCount - 3) / 2, kSingle = kCount - 3;
+  __m256d v[kCount];
+#pragma GCC unroll 8
+  for (int k = 0; k + 2 <= kCount; k += 2) {
+    const entry_pair pair = two_entries(a + k, length);
+    v[k] = pair.first;
+    v[k + 1] = pair.second;
+  }
+  v[kCount - 1] = one_entry(a + kCount - 1, length);
+  const double* const middle = a + kMiddle;
+  double* const y = y_at[kSingle] + row;
+  const __m256d before = _mm256_blend_pd(_mm256_permute4x64_pd(v[kMiddle + 2], kBefore),
+                                         _mm256_broadcast_sd(middle + 2 - length), 1);
+  const __m256d after = _mm256_blend_pd(_mm256_permute4x64_pd(v[kMiddle], kAfter),
+                                        _mm256_broadcast_sd(middle + kRunWidth * length), 8);
+  __m256d sum = _mm256_fmadd_pd(before, _mm256_mul_pd(alpha, _mm256_loadu_pd(x - 1)), _mm256_loadu_pd(y));
+  sum = _mm256_fmadd_pd(v[kMiddle + 1], factor, sum);
+  sum = _mm256_fmadd_pd(after, _mm256_mul_pd(alpha, _mm256_loadu_pd(x + 1)), sum);
+  _mm256_storeu_pd(y, sum);
+#pragma GCC unroll 8
+  for (int t = 0; t < kSingle; ++t) {
+    double* const to = y_at[t] + row;
+    _mm256_storeu_pd(to, _mm256_fmadd_pd(v[t < kMiddle ? t : t + 3], factor, _mm256_loadu_pd(to)));
+  }
+}
+
 /// What entries add outside of their rows; with sums also the product of the rows themselves, before that.
 /// kWay = 1: rows upwards, -1: downwards.
-template <int kCount, int kWay, bool kSums>
+template <int kCount, int kWay, bool kSums, bool kGrid = false>
 [[gnu::noinline]] void scatter_run(const run_product& product, const run_search& search, row_run run) {
   constexpr int kPlaces = kCount > 0 ? kCount : kLargestRunRow;
   const run_shape& shape = search.shape;
@@ -320,78 +354,94 @@ template <int kCount, int kWay, bool kSums>
   add_ends(kWay > 0);
   const core_int first_block = kWay > 0 ? run.row : row_end - kRunWidth;
   for (core_int i = first_block;;) {
-    if (streams) ask_ahead_for_block(a, columns, block, kWay * 2048);
-    const __m256d x_of_rows = _mm256_loadu_pd(own_x + i), factor = _mm256_mul_pd(scatter_alpha, x_of_rows);
-    __m256d sum = _mm256_setzero_pd();
-    const auto take = [&](core_int k, __m256d v) {
-      _mm256_store_pd(values[k], v);
-      if constexpr (kSums) sum = _mm256_fmadd_pd(v, _mm256_loadu_pd(x[k] + i), sum);
-    };
-    core_int k = 0;
-#pragma GCC unroll 8
-    for (; k + 2 <= count; k += 2) {
-      const entry_pair v = two_entries(a + k, length);
-      take(k, v.first);
-      take(k + 1, v.second);
+    if (streams) {
+      ask_ahead_for_block(a, columns, block, kWay * 2048);
+      ask_for(product.y + i + kWay * kVectorAhead);
+      ask_for(own_x + i + kWay * kVectorAhead);
     }
-    if (k < count) take(k, one_entry(a + k, length));
+    const __m256d x_of_rows = _mm256_loadu_pd(own_x + i), factor = _mm256_mul_pd(scatter_alpha, x_of_rows);
+    const bool is_inside = i != run.row && i + kRunWidth != row_end;
+    const auto any_block = [&] {
+      __m256d sum = _mm256_setzero_pd();
+      const auto take = [&](core_int k, __m256d v) {
+        _mm256_store_pd(values[k], v);
+        if constexpr (kSums) sum = _mm256_fmadd_pd(v, _mm256_loadu_pd(x[k] + i), sum);
+      };
+      core_int k = 0;
+#pragma GCC unroll 8
+      for (; k + 2 <= count; k += 2) {
+        const entry_pair v = two_entries(a + k, length);
+        take(k, v.first);
+        take(k + 1, v.second);
+      }
+      if (k < count) take(k, one_entry(a + k, length));
 
-    const auto add_targets = [&](auto inside) {
-      // Beside the first and the last block are rows that are none of the run's, what they add to stays; and
-      // what was stored in other widths a moment ago would make a vector wait.
-      constexpr bool kInside = decltype(inside)::value;
-      const auto load = [&](const double* y, bool was_stored) {
-        return !kInside && was_stored ? one_by_one(y) : _mm256_loadu_pd(y);
-      };
-      const auto store = [&](double* y, __m256d result) {
-        if (!kInside && partial) result = _mm256_blendv_pd(result, one_by_one(y), done);
-        _mm256_storeu_pd(y, result);
-      };
-      const auto add_before = [&](int entry, __m256d y) {
-        const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kBefore);
-        if (!kInside && i == run.row)
-          return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kBefore), y), y, 1);
-        return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry - length), 1),
-                               _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i - 1)), y);
-      };
-      const auto add_after = [&](int entry, __m256d y) {
-        const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kAfter);
-        if (!kInside && i + kRunWidth == row_end)
-          return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kAfter), y), y, 8);
-        return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry + block), 8),
-                               _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i + 1)), y);
-      };
-      const auto add_all = [&](const run_target& target, __m256d y) {
-        if (kWay > 0 && target.before >= 0) y = add_before(target.before, y);
-        if (kWay < 0 && target.after >= 0) y = add_after(target.after, y);
-        if (target.same >= 0) y = _mm256_fmadd_pd(_mm256_load_pd(values[target.same]), factor, y);
-        if (kWay > 0 && target.after >= 0) y = add_after(target.after, y);
-        if (kWay < 0 && target.before >= 0) y = add_before(target.before, y);
-        return y;
+      const auto add_targets = [&](auto inside) {
+        // Beside the first and the last block are rows that are none of the run's, what they add to stays;
+        // and what was stored in other widths a moment ago would make a vector wait.
+        constexpr bool kInside = decltype(inside)::value;
+        const auto load = [&](const double* y, bool was_stored) {
+          return !kInside && was_stored ? one_by_one(y) : _mm256_loadu_pd(y);
+        };
+        const auto store = [&](double* y, __m256d result) {
+          if (!kInside && partial) result = _mm256_blendv_pd(result, one_by_one(y), done);
+          _mm256_storeu_pd(y, result);
+        };
+        const auto add_before = [&](int entry, __m256d y) {
+          const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kBefore);
+          if (!kInside && i == run.row)
+            return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kBefore), y), y, 1);
+          return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry - length), 1),
+                                 _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i - 1)), y);
+        };
+        const auto add_after = [&](int entry, __m256d y) {
+          const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kAfter);
+          if (!kInside && i + kRunWidth == row_end)
+            return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kAfter), y), y, 8);
+          return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry + block), 8),
+                                 _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i + 1)), y);
+        };
+        const auto add_all = [&](const run_target& target, __m256d y) {
+          if (kWay > 0 && target.before >= 0) y = add_before(target.before, y);
+          if (kWay < 0 && target.after >= 0) y = add_after(target.after, y);
+          if (target.same >= 0) y = _mm256_fmadd_pd(_mm256_load_pd(values[target.same]), factor, y);
+          if (kWay > 0 && target.after >= 0) y = add_after(target.after, y);
+          if (kWay < 0 && target.before >= 0) y = add_before(target.before, y);
+          return y;
+        };
+        if constexpr (kSums) {
+          double* const y = product.y + i;
+          const __m256d of_rows = product.m->overwrites ? _mm256_mul_pd(alpha, sum)
+                                                        : _mm256_fmadd_pd(alpha, sum, load(y, partial));
+          store(y, add_all(shape.own, of_rows));
+        }
+        int t = 0;
+        for (; t < shape.single_targets; ++t) {
+          double* const y = search.y_at[t] + i;
+          store(y, _mm256_fmadd_pd(_mm256_load_pd(values[shape.at[t].same]), factor, load(y, partial)));
+        }
+        for (; t < shape.targets; ++t) {
+          double* const y = search.y_at[t] + i;
+          store(y, add_all(shape.at[t], load(y, partial || i == first_block)));
+        }
       };
       if constexpr (kSums) {
-        double* const y = product.y + i;
-        const __m256d of_rows =
-            product.m->overwrites ? _mm256_mul_pd(alpha, sum) : _mm256_fmadd_pd(alpha, sum, load(y, partial));
-        store(y, add_all(shape.own, of_rows));
+        if (product.adds_x) sum = _mm256_add_pd(sum, x_of_rows);
       }
-      int t = 0;
-      for (; t < shape.single_targets; ++t) {
-        double* const y = search.y_at[t] + i;
-        store(y, _mm256_fmadd_pd(_mm256_load_pd(values[shape.at[t].same]), factor, load(y, partial)));
-      }
-      for (; t < shape.targets; ++t) {
-        double* const y = search.y_at[t] + i;
-        store(y, add_all(shape.at[t], load(y, partial || i == first_block)));
-      }
+      if (is_inside) [[likely]]
+        add_targets(constant<true>());
+      else
+        add_targets(constant<false>());
     };
-    if constexpr (kSums) {
-      if (product.adds_x) sum = _mm256_add_pd(sum, x_of_rows);
+    if constexpr (kGrid) {
+      if (is_inside) [[likely]] {
+        grid_block<kCount>(a, length, factor, scatter_alpha, own_x + i, i, search.y_at);
+      } else {
+        any_block();
+      }
+    } else {
+      any_block();
     }
-    if (i != run.row && i + kRunWidth != row_end) [[likely]]
-      add_targets(constant<true>());
-    else
-      add_targets(constant<false>());
 
     i += kWay * kRunWidth;
     a += kWay * block;
@@ -414,11 +464,21 @@ constexpr decltype(&scatter_run<0, 1, false>) kScatterRun[] = {
     scatter_run<3, kWay, kSums>, scatter_run<4, kWay, kSums>, scatter_run<5, kWay, kSums>,
     scatter_run<6, kWay, kSums>, scatter_run<7, kWay, kSums>, scatter_run<8, kWay, kSums>};
 
+[[gnu::always_inline]] inline auto kernel_for_scatter(const run_shape& shape) {
+  const int count = shape.last - shape.first;
+  if (is_grid(shape)) {
+    if (count == 3) return scatter_run<3, 1, false, true>;
+    if (count == 5) return scatter_run<5, 1, false, true>;
+    if (count == 7) return scatter_run<7, 1, false, true>;
+  }
+  return kScatterRun<1, false>[kernel_of(shape)];
+}
+
 template <csr_part kPart>
 [[gnu::noinline]] core_int scatter_runs(const run_product& product, core_int i, core_int last,
                                         run_search& search) {
   const row_run found = find_run<run_use::kScatter, kPart, 1>(product, i, last - i, search);
-  if (found.rows != 0) kScatterRun<1, false>[kernel_of(search.shape)](product, search, found);
+  if (found.rows != 0) kernel_for_scatter(search.shape)(product, search, found);
   return found.rows;
 }
 
