@@ -33,6 +33,9 @@ struct far_rows {
 /// Which stored entries take part: all, the triangle with its diagonal, or the diagonal alone; a unit
 /// diagonal replaces what is stored there.
 enum csr_part : int { kWhole, kLower, kLowerUnit, kUpper, kUpperUnit, kDiagonal, kDiagonalUnit, kCsrParts };
+[[gnu::always_inline]] constexpr bool is_unit(csr_part part) {
+  return part == kLowerUnit || part == kUpperUnit || part == kDiagonalUnit;
+}
 
 /// How a triangle is mirrored: as it is (symmetric), conjugated (Hermitian), with its sign changed and no
 /// diagonal (antisymmetric).

@@ -6,6 +6,7 @@
 #include <stdint.h>
 
 #include "sparse/kernels/csr_kernels.h"
+#include "sparse/kernels/row_runs.h"
 
 #ifndef QEL_LEVEL
 #error "kernel files are built by qel_add_level, which names the level"

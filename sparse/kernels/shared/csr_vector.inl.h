@@ -4,6 +4,10 @@
 // tail in order; shorter ones in order. Of a mirrored triangle rows are summed in order. Where QEL_CSR_FUSED
 // is defined, multiply and add are one rounding, and mirrored rows of kLongMirroredRow entries have two sums.
 
+#ifdef __AVX2__
+#include "sparse/kernels/shared/row_runs.inl.h"
+#endif
+
 namespace qel::QEL_LEVEL {
 namespace {
 
@@ -65,9 +69,6 @@ template <int kStep = 1, class T>
   for (core_int p = 0; p < count; p += kPerLine) ask_ahead<kStep>(a + p, columns + p);
 }
 
-constexpr bool is_unit(csr_part part) {
-  return part == kLowerUnit || part == kUpperUnit || part == kDiagonalUnit;
-}
 /// Whether an entry at this place takes part; a unit diagonal is added apart.
 template <csr_part kPart>
 [[gnu::always_inline]] inline bool takes_part(core_int row, core_int column) {
@@ -194,14 +195,15 @@ template <csr_part kPart, bool kConjugate, class T>
 }
 
 template <csr_part kPart, bool kConjugate, bool kStreams, bool kGathers, class T>
-[[gnu::noinline]] void gather_rows(const csr_slice* rows, const T* a, T alpha, const T* x, T* y) {
+[[gnu::noinline]] void gather_rows(const csr_slice* rows, core_int first, core_int last, const T* a, T alpha,
+                                   const T* x, T* y) {
   constexpr bool kIsUpper = kPart == kUpper || kPart == kUpperUnit;
-  const core_int base = rows->base, last = rows->last;
+  const core_int base = rows->base;
   [[maybe_unused]] const core_int with_diagonal = rows->column_count;
   const T* const based_x = rebased(x, base);
   const int *const columns = rows->columns, *const begin = rows->begin, *const end = rows->end;
   const bool overwrites = rows->overwrites;
-  for (core_int i = rows->first; i < last; ++i) {
+  for (core_int i = first; i < last; ++i) {
     const core_int start = begin[i] - base, count = end[i] - base - start;
     if constexpr (kStreams) ask_ahead(a + start, columns + start, count);
     T sum{};
@@ -217,20 +219,38 @@ template <csr_part kPart, bool kConjugate, bool kStreams, bool kGathers, class T
 }
 template <csr_part kPart, bool kConjugate, class T>
 void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
+  auto take_rows = rows->streams ? gather_rows<kPart, kConjugate, true, false, T>
+                                 : gather_rows<kPart, kConjugate, false, false, T>;
   if constexpr (kHasVectors<T> && kPart == kWhole) {
-    if (rows->gathers) return gather_rows<kPart, kConjugate, true, true>(rows, a, *alpha, x, y);
+    if (rows->gathers) take_rows = gather_rows<kPart, kConjugate, true, true, T>;
   }
-  if (rows->streams) return gather_rows<kPart, kConjugate, true, false>(rows, a, *alpha, x, y);
-  gather_rows<kPart, kConjugate, false, false>(rows, a, *alpha, x, y);
+#ifdef __AVX2__
+  if constexpr (kHasVectors<T>) {
+    const run_product product = {rows, a, *alpha, *alpha, x, y, is_unit(kPart)};
+    const core_int limit =
+        kPart == kWhole || rows->last < rows->column_count ? rows->last : rows->column_count;
+    walk_rows(
+        rows->last - rows->first, limit - rows->first,
+        [&](core_int at, core_int n) {
+          take_rows(rows, rows->first + at, rows->first + at + n, a, *alpha, x, y);
+        },
+        [&](core_int at, run_search& search) {
+          return gather_runs<kPart>(product, rows->first + at, limit, search);
+        });
+    return;
+  }
+#endif
+  take_rows(rows, rows->first, rows->last, a, *alpha, x, y);
 }
 
 template <csr_part kPart, bool kConjugate, bool kStreams, class T>
-[[gnu::noinline]] void scatter_rows(const csr_slice* rows, const T* a, T alpha, const T* x, T* y) {
-  const core_int base = rows->base, rows_end = rows->last, with_diagonal = rows->column_count;
+[[gnu::noinline]] void scatter_rows(const csr_slice* rows, core_int first, core_int rows_end, const T* a,
+                                    T alpha, const T* x, T* y) {
+  const core_int base = rows->base, with_diagonal = rows->column_count;
   T* const based_y = rebased(y, base);
   const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
   a = rebased(a, base);
-  for (core_int i = rows->first; i < rows_end; ++i) {
+  for (core_int i = first; i < rows_end; ++i) {
     const T factor = times(alpha, x[i]);
     if constexpr (kPart != kDiagonalUnit) {
       const auto add = [=](core_int p) {
@@ -268,8 +288,24 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 }
 template <csr_part kPart, bool kConjugate, class T>
 void scatter(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  if (rows->streams) return scatter_rows<kPart, kConjugate, true>(rows, a, *alpha, x, y);
-  scatter_rows<kPart, kConjugate, false>(rows, a, *alpha, x, y);
+  const auto take_rows =
+      rows->streams ? scatter_rows<kPart, kConjugate, true, T> : scatter_rows<kPart, kConjugate, false, T>;
+#ifdef __AVX2__
+  if constexpr (kHasVectors<T>) {
+    const run_product product = {rows, a, 0, *alpha, x, y, false};
+    const core_int count = rows->last - rows->first;
+    walk_rows(
+        count, count,
+        [&](core_int at, core_int n) {
+          take_rows(rows, rows->first + at, rows->first + at + n, a, *alpha, x, y);
+        },
+        [&](core_int at, run_search& search) {
+          return scatter_runs<kPart>(product, rows->first + at, rows->last, search);
+        });
+    return;
+  }
+#endif
+  take_rows(rows, rows->first, rows->last, a, *alpha, x, y);
 }
 
 template <class T>
@@ -342,8 +378,55 @@ template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
 /// Of mirrored rows, which are half as long; where lengths differ, leaving two loops costs more than a sum.
 constexpr core_int kLongMirroredRow = 32;
 
+#ifdef __AVX2__
+/// Where a run adds: from first on, up to last.
+struct result_range {
+  core_int first, last;
+};
+/// The result for a target: own rows, or the accumulator with the blocks that the run needs; null if it takes
+/// both.
+[[gnu::always_inline]] inline double* result_for(const csr_slice* m, double* y, const far_rows<double>* far,
+                                                 result_range range) {
+  if (range.first >= m->first && range.last <= m->last) return y;
+  if (range.first < m->last && range.last > m->first) return nullptr;
+  for (core_int block = range.first >> kFarBlockBits; block <= (range.last - 1) >> kFarBlockBits; ++block)
+    if (!far->touched[block]) zero_block(*far, block);
+  return far->far;
+}
+
+/// Takes the run that begins at row i, in the triangle's order of rows, if there is one. Returns its rows.
+template <csr_mirror kMirror, csr_part kPart>
+[[gnu::noinline]] core_int mirror_runs(const run_product& product, const far_rows<double>* far, core_int i,
+                                       core_int left, run_search& search) {
+  constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
+  constexpr csr_part kTaken = kMirror != kOpposite ? kPart : kIsLower ? kLowerUnit : kUpperUnit;
+  const row_run found = find_run < run_use::kMirror, kTaken, kIsLower ? 1 : -1 > (product, i, left, search);
+  if (found.rows == 0) return 0;
+  const auto place = [&](const run_target& target) {
+    const core_int first = found.row + target.offset, last = first + found.rows;
+    return result_for(product.m, product.y, far,
+                      {target.after >= 0 ? first - 1 : first, target.before >= 0 ? last + 1 : last});
+  };
+  if (far != nullptr) {
+    bool placed = place(search.shape.own) != nullptr;
+    for (int t = 0; t < search.shape.targets && placed; ++t) {
+      double* const result = place(search.shape.at[t]);
+      placed = result != nullptr;
+      if (placed) search.y_at[t] = result + search.shape.at[t].offset;
+    }
+    if (!placed) {
+      search.pause = found.rows;
+      return 0;
+    }
+  }
+  kScatterRun<kIsLower ? 1 : -1, true>[kernel_of(search.shape)](product, search, found);
+  return found.rows;
+}
+#endif
+
 template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool kStreams, class T>
-[[gnu::noinline]] void symmetric_rows(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y,
+[[gnu::noinline]] void symmetric_rows(const csr_slice* rows, core_int first, core_int left, const T* a,
+                                      const T* alpha, const T* x, T* y,
                                       [[maybe_unused]] const far_rows<T>* far) {
   constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
   const core_int base = rows->base, slice_first = rows->first + base, slice_last = rows->last + base;
@@ -353,8 +436,8 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
   mirrored_row<T> r{rebased(rows->columns, base), rebased(a, base), rebased(x, base), rebased(y, base), {}};
   // Rows go away from the triangle: each is met before any other one adds to it, so its first value is its
   // own.
-  core_int i = kIsLower ? slice_first : slice_last - 1;
-  for (core_int left = slice_last - slice_first; left > 0; --left, i += kIsLower ? 1 : -1) {
+  core_int i = first + base;
+  for (; left > 0; --left, i += kIsLower ? 1 : -1) {
     r.factor = times(scale, r.x[i]);
     T sum{};
     core_int p = begin[i];
@@ -391,11 +474,32 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
 
 template <csr_mirror kMirror, csr_part kPart, bool kConjugate, class T>
 void symmetric(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y, const far_rows<T>* far) {
-  const auto run = rows->streams ? far != nullptr ? symmetric_rows<kMirror, kPart, kConjugate, true, true, T>
-                                                  : symmetric_rows<kMirror, kPart, kConjugate, false, true, T>
-                   : far != nullptr ? symmetric_rows<kMirror, kPart, kConjugate, true, false, T>
-                                    : symmetric_rows<kMirror, kPart, kConjugate, false, false, T>;
-  run(rows, a, alpha, x, y, far);
+  constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
+  const auto take_rows = rows->streams    ? far != nullptr
+                                                ? symmetric_rows<kMirror, kPart, kConjugate, true, true, T>
+                                                : symmetric_rows<kMirror, kPart, kConjugate, false, true, T>
+                            : far != nullptr ? symmetric_rows<kMirror, kPart, kConjugate, true, false, T>
+                                          : symmetric_rows<kMirror, kPart, kConjugate, false, false, T>;
+  const core_int count = rows->last - rows->first;
+  const auto row_at = [=](core_int at) { return kIsLower ? rows->first + at : rows->last - 1 - at; };
+#ifdef __AVX2__
+  if constexpr (kHasVectors<T>) {
+    const run_product product = {rows,
+                                 a,
+                                 *alpha,
+                                 kMirror == kOpposite ? -*alpha : *alpha,
+                                 x,
+                                 y,
+                                 kMirror != kOpposite && is_unit(kPart)};
+    walk_rows(
+        count, count, [&](core_int at, core_int n) { take_rows(rows, row_at(at), n, a, alpha, x, y, far); },
+        [&](core_int at, run_search& search) {
+          return mirror_runs<kMirror, kPart>(product, far, row_at(at), count - at, search);
+        });
+    return;
+  }
+#endif
+  take_rows(rows, row_at(0), count, a, alpha, x, y, far);
 }
 
 // Real tables have the plain kernels in the places of the conjugating ones.

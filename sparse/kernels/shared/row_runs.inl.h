@@ -1,0 +1,486 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Runs of rows of real matrices, four rows at a time: entry k of the four makes a vector, x at its columns
+// and what it adds to stand in order. Orders of summation are those of single rows, and every element of a
+// result gets its rows in the same order, so that runs change no bit. Part of csr_vector.inl.h.
+
+namespace qel::QEL_LEVEL {
+namespace {
+
+constexpr core_int kNoLook = INTPTR_MAX;
+
+/// Where looking for runs stands in a walk over rows.
+struct run_search {
+  core_int pause = 1;     ///< rows to take before the next look
+  int failures = 0;       ///< looks since the last run
+  core_int gap = 0;       ///< rows between the last two runs: in grids the next are as many
+  core_int run_end = -1;  ///< the row behind the last run, in the walk's order; -1: it was cut
+  int length = 0;         ///< the pattern of the last run, whose shape is kept
+  alignas(32) int offsets[kLargestRunRow + 1];
+  run_shape shape;
+  double* y_at[kLargestRunRow];  ///< the result, moved by the offsets of the shape's targets
+};
+
+/// A product with runs.
+struct run_product {
+  const csr_slice* m;
+  const double* a;
+  double alpha, scatter_alpha;  ///< the second one for what is added outside of the row
+  const double* x;
+  double* y;
+  bool adds_x;  ///< to the sums, as ones on the diagonal
+};
+
+/// A run that is served: its lowest row, from 0, and how many; or none.
+struct row_run {
+  core_int row = 0, rows = 0;
+};
+
+[[gnu::always_inline]] inline __m256i eight(const int* p) {
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i_u*>(p));
+}
+
+/// Rows from `row` on (kStep = 1), or back from it (-1), that have as many entries and stand close together.
+template <int kStep>
+[[gnu::always_inline]] inline core_int equally_long(const csr_slice* m, core_int row, int length,
+                                                    core_int limit) {
+  const bool one_array = m->end == m->begin + 1;  // then a row's end is the begin of the next
+  const __m256i steps = _mm256_mullo_epi32(_mm256_set1_epi32(length),
+                                           kStep > 0 ? _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7)
+                                                     : _mm256_setr_epi32(-7, -6, -5, -4, -3, -2, -1, 0));
+  const __m256i further = _mm256_set1_epi32(kStep * 8 * length);
+  __m256i begins = _mm256_add_epi32(_mm256_set1_epi32(m->begin[row]), steps);
+  __m256i ends = _mm256_add_epi32(_mm256_set1_epi32(m->end[row]), steps);
+  for (core_int rows = 0; rows + 8 <= limit; rows += 8) {
+    const core_int lowest = kStep > 0 ? row + rows : row - rows - 7;
+    __m256i same = kStep > 0 ? _mm256_cmpeq_epi32(ends, eight(m->end + lowest))
+                             : _mm256_cmpeq_epi32(begins, eight(m->begin + lowest));
+    if (!one_array) [[unlikely]]
+      same = _mm256_and_si256(same, kStep > 0 ? _mm256_cmpeq_epi32(begins, eight(m->begin + lowest))
+                                              : _mm256_cmpeq_epi32(ends, eight(m->end + lowest)));
+    const unsigned others = static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(same))) ^ 255;
+    if (others != 0) return rows + (kStep > 0 ? __builtin_ctz(others) : __builtin_clz(others << 24));
+    begins = _mm256_add_epi32(begins, further);
+    ends = _mm256_add_epi32(ends, further);
+  }
+  return limit / 8 * 8;
+}
+
+/// How many of count places, from the first (kStep = 1) or from the last (-1), have q[k] = p[k] + 1.
+template <int kStep>
+[[gnu::always_inline]] inline core_int one_more(const int* p, const int* q, core_int count) {
+  const __m256i one = _mm256_set1_epi32(1);
+  const auto differences = [=](core_int k, core_int width) {
+    const core_int at = kStep > 0 ? k : count - k - width;
+    __m256i wrong = _mm256_setzero_si256();
+    for (core_int part = 0; part < width; part += 8)
+      wrong = _mm256_or_si256(
+          wrong, _mm256_xor_si256(_mm256_sub_epi32(eight(q + at + part), eight(p + at + part)), one));
+    return _mm256_testz_si256(wrong, wrong) == 0;
+  };
+  core_int k = 0;
+  while (k + 32 <= count && !differences(k, 32)) k += 32;
+  while (k + 8 <= count && !differences(k, 8)) k += 8;
+  if (k + 8 > count && count >= 8 && !differences(count - 8, 8)) return count;
+  for (; k < count; ++k) {
+    const core_int at = kStep > 0 ? k : count - k - 1;
+    if (q[at] - p[at] != 1) break;
+  }
+  return k;
+}
+
+/// Whether the kernels take a run whose first row has these columns. The shape of the last pattern is kept:
+/// in grids the next run has the same one. What is compared behind a short row are the next rows of the run.
+template <run_use kUse, csr_part kPart>
+[[gnu::always_inline]] inline bool is_served(run_search& search, double* y, const int* columns, int length,
+                                             int diagonal) {
+  const __m256i subtracted = _mm256_set1_epi32(diagonal);
+  bool same = length == search.length;
+  for (int k = 0; k < length; k += 8) {
+    __m256i* const kept = reinterpret_cast<__m256i*>(search.offsets + k);
+    const __m256i offsets = _mm256_sub_epi32(eight(columns + k), subtracted);
+    const __m256i changed = _mm256_xor_si256(offsets, _mm256_load_si256(kept));
+    same &= _mm256_testz_si256(changed, changed) != 0;
+    _mm256_store_si256(kept, offsets);
+  }
+  if (!same) {
+    search.length = length;
+    search.shape = shape_of_run(kUse, kPart, search.offsets, length);
+    for (int t = 0; t < search.shape.targets; ++t) search.y_at[t] = y + search.shape.at[t].offset;
+  }
+  return search.shape.served;
+}
+
+/// Looks for a run that begins at a row, of at most limit rows.
+template <run_use kUse, csr_part kPart, int kStep>
+row_run find_run(const run_product& product, core_int row, core_int limit, run_search& search) {
+  const csr_slice* const m = product.m;
+  const run_limits limits = limits_of_runs(kUse, kPart, m->streams);
+  if (limit < limits.least || limits.largest == 0) {
+    search.pause = kNoLook;
+    return {};
+  }
+  const int begin = m->begin[row], length = m->end[row] - begin;
+  core_int rows = 0;
+  if (length > 0 && length <= kLargestRunRow &&
+      m->begin[row + kStep * (limits.least - 1)] - begin ==
+          kStep * static_cast<int>(limits.least - 1) * length) {
+    rows = equally_long<kStep>(m, row, length, limit < limits.largest ? limit : limits.largest);
+    if (rows >= limits.least) {
+      const int* columns = m->columns + (begin - m->base);
+      const core_int others = (rows - 1) * length;
+      const int* const lowest = kStep > 0 ? columns : columns - others;
+      const core_int alike = one_more<kStep>(lowest, lowest + length, others);
+      if (alike != others) rows = 1 + static_cast<unsigned>(alike) / static_cast<unsigned>(length);
+      const core_int first = kStep > 0 ? row : row - rows + 1;
+      if (kStep < 0) columns -= (rows - 1) * length;
+      if (rows >= limits.least &&
+          is_served<kUse, kPart>(search, product.y, columns, length, static_cast<int>(first) + m->base)) {
+        if (search.run_end >= 0) search.gap = kStep * (row - search.run_end);
+        const bool cut = rows == limits.largest;
+        search.run_end = cut ? -1 : row + kStep * rows;
+        search.pause = cut ? 0 : search.gap;
+        search.failures = 0;
+        return {first, rows};
+      }
+    } else {
+      rows = 0;
+    }
+  }
+  search.pause = pause_after(++search.failures);
+  if (rows > search.pause) search.pause = rows;
+  return {};
+}
+
+/// Entries k and k + 1 of four rows.
+struct entry_pair {
+  __m256d first, second;
+};
+[[gnu::always_inline]] inline entry_pair two_entries(const double* a, core_int length) {
+  const __m256d even =
+      _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(a)), _mm_loadu_pd(a + 2 * length), 1);
+  const __m256d odd =
+      _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(a + length)), _mm_loadu_pd(a + 3 * length), 1);
+  return {_mm256_unpacklo_pd(even, odd), _mm256_unpackhi_pd(even, odd)};
+}
+[[gnu::always_inline]] inline __m256d one_entry(const double* a, core_int length) {
+  return _mm256_setr_pd(a[0], a[length], a[2 * length], a[3 * length]);
+}
+
+constexpr core_int kVectorAhead = 128;  ///< elements of x and y
+[[gnu::always_inline]] inline void ask_for(const double* p) {
+  _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0);
+}
+/// What the next blocks of a run will read.
+[[gnu::always_inline]] inline void ask_ahead_for_block(const double* a, const int* columns, core_int count,
+                                                       intptr_t step) {
+  for (core_int p = 0; p < count; p += 8)
+    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(a + p) + step), _MM_HINT_T0);
+  for (core_int p = 0; p < count; p += 16)
+    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(columns + p) + step / 2),
+                 _MM_HINT_T0);
+}
+
+/// The last block of a run begins with rows that the block before has done. Lanes done upwards from place
+/// 4 - n, downwards from n on, for n rows.
+alignas(64) constexpr int64_t kLanesDone[] = {0, 0, 0, 0, -1, -1, -1, -1, 0, 0, 0, 0};
+
+/// kCount is the count of the entries that take part in short rows, 0 for any.
+template <int kCount>
+[[gnu::noinline]] void gather_run(const run_product& product, const run_search& search, row_run run) {
+  const core_int count = kCount > 0 ? kCount : search.shape.last - search.shape.first;
+  const core_int length = search.length, block = kRunWidth * length;
+  const core_int start = product.m->begin[run.row] - product.m->base + search.shape.first;
+  const double* a = product.a + start;
+  const double* x[kCount > 0 ? kCount : kLargestRunRow];
+  for (core_int k = 0; k < count; ++k) x[k] = product.x + search.offsets[search.shape.first + k];
+  double* const y = product.y;
+  const __m256d alpha = _mm256_set1_pd(product.alpha);
+  const bool overwrites = product.m->overwrites, adds_x = product.adds_x;
+  const core_int in_order_from =
+      kCount == 0 && count > kSummedInOrder ? count - count % 4 : 0;  // four sums up to here
+  const core_int end = run.row + run.rows;
+  __m256d done = _mm256_setzero_pd();
+  for (core_int i = run.row;;) {
+    __m256d sum = _mm256_setzero_pd();
+    core_int k = 0;
+    if (kCount == 0 && in_order_from > 0) {
+      __m256d sum1 = sum, sum2 = sum, sum3 = sum;
+      for (; k < in_order_from; k += 4) {
+        const entry_pair v = two_entries(a + k, length), w = two_entries(a + k + 2, length);
+        sum = _mm256_fmadd_pd(v.first, _mm256_loadu_pd(x[k] + i), sum);
+        sum1 = _mm256_fmadd_pd(v.second, _mm256_loadu_pd(x[k + 1] + i), sum1);
+        sum2 = _mm256_fmadd_pd(w.first, _mm256_loadu_pd(x[k + 2] + i), sum2);
+        sum3 = _mm256_fmadd_pd(w.second, _mm256_loadu_pd(x[k + 3] + i), sum3);
+      }
+      sum = _mm256_add_pd(_mm256_add_pd(sum, sum1), _mm256_add_pd(sum2, sum3));
+    }
+#pragma GCC unroll 8
+    for (; k + 2 <= count; k += 2) {
+      const entry_pair v = two_entries(a + k, length);
+      sum = _mm256_fmadd_pd(v.first, _mm256_loadu_pd(x[k] + i), sum);
+      sum = _mm256_fmadd_pd(v.second, _mm256_loadu_pd(x[k + 1] + i), sum);
+    }
+    if (k < count) sum = _mm256_fmadd_pd(one_entry(a + k, length), _mm256_loadu_pd(x[k] + i), sum);
+    if (adds_x) sum = _mm256_add_pd(sum, _mm256_loadu_pd(product.x + i));
+    if (overwrites) {
+      _mm256_storeu_pd(y + i, _mm256_mul_pd(alpha, sum));
+    } else {
+      const __m256d before = _mm256_loadu_pd(y + i);
+      _mm256_storeu_pd(y + i, _mm256_blendv_pd(_mm256_fmadd_pd(alpha, sum, before), before, done));
+    }
+    i += kRunWidth;
+    a += block;
+    if (i + kRunWidth <= end) continue;
+    const core_int back = i + kRunWidth - end;
+    if (back == kRunWidth) break;
+    i -= back;
+    a -= back * length;
+    done = _mm256_loadu_pd(reinterpret_cast<const double*>(kLanesDone + 8 - back));
+  }
+}
+constexpr decltype(&gather_run<0>) kGatherRun[] = {gather_run<0>, gather_run<1>, gather_run<2>,
+                                                   gather_run<3>, gather_run<4>, gather_run<5>,
+                                                   gather_run<6>, gather_run<7>, gather_run<8>};
+
+/// Which of the kernels for short rows.
+[[gnu::always_inline]] inline int kernel_of(const run_shape& shape) {
+  const int count = shape.last - shape.first;
+  return count <= 8 ? count : 0;
+}
+
+/// Takes the run that begins at row i, if there is one. Returns its rows.
+template <csr_part kPart>
+[[gnu::noinline]] core_int gather_runs(const run_product& product, core_int i, core_int last,
+                                       run_search& search) {
+  const row_run found = find_run<run_use::kGather, kPart, 1>(product, i, last - i, search);
+  if (found.rows != 0) kGatherRun[kernel_of(search.shape)](product, search, found);
+  return found.rows;
+}
+
+/// A walk over count rows, of which the first `limit` may be in runs: take_run(at, search) takes the run that
+/// begins at a row, if there is one, and returns its rows; the others go to take(at, how many).
+template <class Take, class TakeRun>
+[[gnu::always_inline]] inline void walk_rows(core_int count, core_int limit, Take take, TakeRun take_run) {
+  run_search search;
+  core_int at = 0;
+  while (limit - at > search.pause) {
+    if (search.pause > 0) take(at, search.pause);
+    at += search.pause;
+    at += take_run(at, search);
+  }
+  if (at < count) take(at, count - at);
+}
+
+/// A vector of elements that are loaded apart, which the compiler must not join.
+[[gnu::always_inline]] inline __m256d one_by_one(const double* p) {
+  const volatile double* const apart = p;
+  const double first = apart[0], second = apart[1], third = apart[2], fourth = apart[3];
+  return _mm256_setr_pd(first, second, third, fourth);
+}
+
+template <bool kValue>
+struct constant {
+  static constexpr bool value = kValue;
+};
+
+constexpr int kBefore = 0x90;  ///< lanes 0 0 1 2
+constexpr int kAfter = 0xF9;   ///< lanes 1 2 3 3
+
+/// What a block inside of a run upwards adds if its shape is a grid's.
+template <int kCount>
+[[gnu::always_inline]] inline void grid_block(const double* a, core_int length, __m256d factor, __m256d alpha,
+                                              const double* x, core_int row, double* const* y_at) {
+  constexpr int kMiddle = (kCount - 3) / 2, kSingle = kCount - 3;
+  __m256d v[kCount];
+#pragma GCC unroll 8
+  for (int k = 0; k + 2 <= kCount; k += 2) {
+    const entry_pair pair = two_entries(a + k, length);
+    v[k] = pair.first;
+    v[k + 1] = pair.second;
+  }
+  v[kCount - 1] = one_entry(a + kCount - 1, length);
+  const double* const middle = a + kMiddle;
+  double* const y = y_at[kSingle] + row;
+  const __m256d before = _mm256_blend_pd(_mm256_permute4x64_pd(v[kMiddle + 2], kBefore),
+                                         _mm256_broadcast_sd(middle + 2 - length), 1);
+  const __m256d after = _mm256_blend_pd(_mm256_permute4x64_pd(v[kMiddle], kAfter),
+                                        _mm256_broadcast_sd(middle + kRunWidth * length), 8);
+  __m256d sum = _mm256_fmadd_pd(before, _mm256_mul_pd(alpha, _mm256_loadu_pd(x - 1)), _mm256_loadu_pd(y));
+  sum = _mm256_fmadd_pd(v[kMiddle + 1], factor, sum);
+  sum = _mm256_fmadd_pd(after, _mm256_mul_pd(alpha, _mm256_loadu_pd(x + 1)), sum);
+  _mm256_storeu_pd(y, sum);
+#pragma GCC unroll 8
+  for (int t = 0; t < kSingle; ++t) {
+    double* const to = y_at[t] + row;
+    _mm256_storeu_pd(to, _mm256_fmadd_pd(v[t < kMiddle ? t : t + 3], factor, _mm256_loadu_pd(to)));
+  }
+}
+
+/// What entries add outside of their rows; with sums also the product of the rows themselves, before that.
+/// kWay = 1: rows upwards, -1: downwards.
+template <int kCount, int kWay, bool kSums, bool kGrid = false>
+[[gnu::noinline]] void scatter_run(const run_product& product, const run_search& search, row_run run) {
+  constexpr int kPlaces = kCount > 0 ? kCount : kLargestRunRow;
+  const run_shape& shape = search.shape;
+  const core_int count = kCount > 0 ? kCount : shape.last - shape.first, row_end = run.row + run.rows;
+  const core_int length = search.length, block = kRunWidth * length;
+  const core_int start = product.m->begin[run.row] - product.m->base + shape.first;
+  const core_int to_first_block = kWay > 0 ? 0 : (run.rows - kRunWidth) * length;
+  const double* a = product.a + start + to_first_block;
+  const int* columns = product.m->columns + start + to_first_block;
+  const double* x[kPlaces];
+  if constexpr (kSums)
+    for (core_int k = 0; k < count; ++k) x[k] = product.x + search.offsets[shape.first + k];
+  const double *const own_x = product.x, scatter_one = product.scatter_alpha;
+  const __m256d alpha = _mm256_set1_pd(product.alpha), scatter_alpha = _mm256_set1_pd(scatter_one);
+  const bool streams = product.m->streams;
+
+  // What the run's first row adds before the run's targets, and its last row behind them.
+  const auto add_one = [&](double* y, int entry, core_int row, core_int to) {
+    if (entry >= 0)
+      y[to] =
+          __builtin_fma(product.a[start + (row - run.row) * length + entry], scatter_one * own_x[row], y[to]);
+  };
+  const auto add_ends = [&](bool after) {
+    const core_int row = after ? run.row : row_end - 1, to = after ? row - 1 : row + 1;
+    for (int t = shape.single_targets; t < shape.targets; ++t)
+      add_one(search.y_at[t], after ? shape.at[t].after : shape.at[t].before, row, to);
+    if constexpr (kSums) add_one(product.y, after ? shape.own.after : shape.own.before, row, to);
+  };
+
+  alignas(32) double values[kPlaces][kRunWidth];
+  __m256d done = _mm256_setzero_pd();
+  bool partial = false;
+  add_ends(kWay > 0);
+  const core_int first_block = kWay > 0 ? run.row : row_end - kRunWidth;
+  for (core_int i = first_block;;) {
+    if (streams) {
+      ask_ahead_for_block(a, columns, block, kWay * 2048);
+      ask_for(product.y + i + kWay * kVectorAhead);
+      ask_for(own_x + i + kWay * kVectorAhead);
+    }
+    const __m256d x_of_rows = _mm256_loadu_pd(own_x + i), factor = _mm256_mul_pd(scatter_alpha, x_of_rows);
+    const bool is_inside = i != run.row && i + kRunWidth != row_end;
+    const auto any_block = [&] {
+      __m256d sum = _mm256_setzero_pd();
+      const auto take = [&](core_int k, __m256d v) {
+        _mm256_store_pd(values[k], v);
+        if constexpr (kSums) sum = _mm256_fmadd_pd(v, _mm256_loadu_pd(x[k] + i), sum);
+      };
+      core_int k = 0;
+#pragma GCC unroll 8
+      for (; k + 2 <= count; k += 2) {
+        const entry_pair v = two_entries(a + k, length);
+        take(k, v.first);
+        take(k + 1, v.second);
+      }
+      if (k < count) take(k, one_entry(a + k, length));
+
+      const auto add_targets = [&](auto inside) {
+        // Beside the first and the last block are rows that are none of the run's, what they add to stays;
+        // and what was stored in other widths a moment ago would make a vector wait.
+        constexpr bool kInside = decltype(inside)::value;
+        const auto load = [&](const double* y, bool was_stored) {
+          return !kInside && was_stored ? one_by_one(y) : _mm256_loadu_pd(y);
+        };
+        const auto store = [&](double* y, __m256d result) {
+          if (!kInside && partial) result = _mm256_blendv_pd(result, one_by_one(y), done);
+          _mm256_storeu_pd(y, result);
+        };
+        const auto add_before = [&](int entry, __m256d y) {
+          const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kBefore);
+          if (!kInside && i == run.row)
+            return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kBefore), y), y, 1);
+          return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry - length), 1),
+                                 _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i - 1)), y);
+        };
+        const auto add_after = [&](int entry, __m256d y) {
+          const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kAfter);
+          if (!kInside && i + kRunWidth == row_end)
+            return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kAfter), y), y, 8);
+          return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry + block), 8),
+                                 _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i + 1)), y);
+        };
+        const auto add_all = [&](const run_target& target, __m256d y) {
+          if (kWay > 0 && target.before >= 0) y = add_before(target.before, y);
+          if (kWay < 0 && target.after >= 0) y = add_after(target.after, y);
+          if (target.same >= 0) y = _mm256_fmadd_pd(_mm256_load_pd(values[target.same]), factor, y);
+          if (kWay > 0 && target.after >= 0) y = add_after(target.after, y);
+          if (kWay < 0 && target.before >= 0) y = add_before(target.before, y);
+          return y;
+        };
+        if constexpr (kSums) {
+          double* const y = product.y + i;
+          const __m256d of_rows = product.m->overwrites ? _mm256_mul_pd(alpha, sum)
+                                                        : _mm256_fmadd_pd(alpha, sum, load(y, partial));
+          store(y, add_all(shape.own, of_rows));
+        }
+        int t = 0;
+        for (; t < shape.single_targets; ++t) {
+          double* const y = search.y_at[t] + i;
+          store(y, _mm256_fmadd_pd(_mm256_load_pd(values[shape.at[t].same]), factor, load(y, partial)));
+        }
+        for (; t < shape.targets; ++t) {
+          double* const y = search.y_at[t] + i;
+          store(y, add_all(shape.at[t], load(y, partial || i == first_block)));
+        }
+      };
+      if constexpr (kSums) {
+        if (product.adds_x) sum = _mm256_add_pd(sum, x_of_rows);
+      }
+      if (is_inside) [[likely]]
+        add_targets(constant<true>());
+      else
+        add_targets(constant<false>());
+    };
+    if constexpr (kGrid) {
+      if (is_inside) [[likely]] {
+        grid_block<kCount>(a, length, factor, scatter_alpha, own_x + i, i, search.y_at);
+      } else {
+        any_block();
+      }
+    } else {
+      any_block();
+    }
+
+    i += kWay * kRunWidth;
+    a += kWay * block;
+    columns += kWay * block;
+    const core_int left = kWay > 0 ? row_end - i : i + kRunWidth - run.row;
+    if (left >= kRunWidth) continue;
+    if (left == 0 || partial) break;
+    const core_int back = kRunWidth - left;
+    i -= kWay * back;
+    a -= kWay * back * length;
+    columns -= kWay * back * length;
+    done = _mm256_loadu_pd(reinterpret_cast<const double*>(kLanesDone + (kWay > 0 ? 8 - back : back)));
+    partial = true;
+  }
+  add_ends(kWay < 0);
+}
+template <int kWay, bool kSums>
+constexpr decltype(&scatter_run<0, 1, false>) kScatterRun[] = {
+    scatter_run<0, kWay, kSums>, scatter_run<1, kWay, kSums>, scatter_run<2, kWay, kSums>,
+    scatter_run<3, kWay, kSums>, scatter_run<4, kWay, kSums>, scatter_run<5, kWay, kSums>,
+    scatter_run<6, kWay, kSums>, scatter_run<7, kWay, kSums>, scatter_run<8, kWay, kSums>};
+
+[[gnu::always_inline]] inline auto kernel_for_scatter(const run_shape& shape) {
+  const int count = shape.last - shape.first;
+  if (is_grid(shape)) {
+    if (count == 3) return scatter_run<3, 1, false, true>;
+    if (count == 5) return scatter_run<5, 1, false, true>;
+    if (count == 7) return scatter_run<7, 1, false, true>;
+  }
+  return kScatterRun<1, false>[kernel_of(shape)];
+}
+
+template <csr_part kPart>
+[[gnu::noinline]] core_int scatter_runs(const run_product& product, core_int i, core_int last,
+                                        run_search& search) {
+  const row_run found = find_run<run_use::kScatter, kPart, 1>(product, i, last - i, search);
+  if (found.rows != 0) kernel_for_scatter(search.shape)(product, search, found);
+  return found.rows;
+}
+
+}  // namespace
+}  // namespace qel::QEL_LEVEL
