@@ -9,7 +9,7 @@
 namespace qel {
 
 /// Most columns of an LU panel.
-inline constexpr int kFactorColumns = 32;
+inline constexpr int kFactorColumns = 64;
 /// Most rows of a Cholesky triangle: its copy lies on the stack.
 template <class T>
 inline constexpr int kCholeskyOrder = sizeof(T) > 8 ? 64 : 128;

@@ -16,11 +16,13 @@ namespace {
 /// Columns that are worked on one by one.
 constexpr core_int kNarrow = 8;
 
-/// The same with native kernels: more while the panel stays in the first cache.
+/// The same with native kernels: more while the panel stays in the first cache, and small matrices of doubles
+/// whole.
 template <class T>
 core_int native_columns(core_int rows) {
-  constexpr core_int kCache = 32768 / static_cast<core_int>(sizeof(T));
-  return rows * kFactorColumns <= kCache ? kFactorColumns : kNarrow;
+  constexpr core_int kCache = 32768 / static_cast<core_int>(sizeof(T)), kPanel = kFactorColumns / 2;
+  if (sizeof(real_of<T>) == sizeof(double) && rows <= kFactorColumns) return kFactorColumns;
+  return rows * kPanel <= kCache ? kPanel : kNarrow;
 }
 
 template <class T>
