@@ -110,12 +110,28 @@ inline void scale_rows(core_int begin, core_int end, T factor, T* x) {
   });
 }
 
+/// One division deep where the square of the pivot's modulus is far from overflow and underflow; all columns
+/// wait for it.
+template <class T>
+inline T reciprocal_of(T pivot) {
+  using P = pivots_of<T>;
+  if constexpr (reals<T>::kCount == 2) {
+    constexpr auto kHigh = static_cast<typename P::R>(sizeof(typename P::R) == 4 ? 0x1p60 : 0x1p500);
+    const typename P::R size = P::size(pivot);
+    if (size >= 1 / kHigh && size <= kHigh) {
+      const typename P::R square = pivot.real * pivot.real + pivot.imag * pivot.imag;
+      return {pivot.real / square, -pivot.imag / square};
+    }
+  }
+  return divided(P::one(), pivot);
+}
+
 template <class T>
 inline void divide_rows(core_int begin, core_int end, T pivot, T* x) {
   using P = pivots_of<T>;
   // The smallest normal number: below it the reciprocal overflows.
   constexpr auto kSmallest = static_cast<typename P::R>(sizeof(typename P::R) == 4 ? 0x1p-126 : 0x1p-1022);
-  if (P::size(pivot) >= kSmallest) return scale_rows(begin, end, divided(P::one(), pivot), x);
+  if (P::size(pivot) >= kSmallest) return scale_rows(begin, end, reciprocal_of(pivot), x);
   for (core_int i = begin; i < end; ++i) set_element(x + i, divided(element_at(x + i), pivot));
 }
 
