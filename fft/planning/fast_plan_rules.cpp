@@ -48,4 +48,8 @@ int small_plan_flag(const line_facts& f) {
              : flag_for(f.forward_scale, f.backward_scale, f.length);
 }
 
+bool is_straight_small_plan(const line_facts& f) {
+  return small_plan_flag(f) == kUnscaled && f.length >= 2 && f.length <= kStraightLengths;
+}
+
 }  // namespace qel::fft

@@ -24,6 +24,8 @@ bool is_plain_line(const line_facts& facts);
 bool takes_straight_kernel(const line_facts& facts);
 /// The flag with which a small plan takes the line, its scales folded in; 0 if none does.
 int small_plan_flag(const line_facts& facts);
+/// Whether a small plan comes to one kernel without scale, which is then called at once.
+bool is_straight_small_plan(const line_facts& facts);
 
 inline constexpr int kSmallPlanWorkspace = 2049;  ///< a small plan needs less than this
 

@@ -110,8 +110,8 @@ struct small_plan {
       dft_spec_free(held);
       node->fast_plan_data = made;
     }
-    if (flag == kUnscaled && node->length >= 2 && node->length <= kStraightLengths) {
-      straight_plan<R>::take_kernel(plan, node);  // which the plan would come to
+    if (is_straight_small_plan(facts_of<R>(*node))) {
+      straight_plan<R>::take_kernel(plan, node);
     } else if (node->placement == DFTI_INPLACE) {
       take(plan, node, compute<kForward, true>, compute<kBackward, true>);
     } else {

@@ -51,6 +51,16 @@ TEST(FastPlanRules, LengthAndScalesDecide) {
   }
 }
 
+TEST(FastPlanRules, ShortUnscaledSmallPlansAreOneKernel) {
+  EXPECT_TRUE(is_straight_small_plan(line(2)));
+  EXPECT_TRUE(is_straight_small_plan(line(15)));
+  EXPECT_TRUE(is_straight_small_plan(line(16, 1, 1, true)));
+  EXPECT_FALSE(is_straight_small_plan(line(1)));
+  EXPECT_FALSE(is_straight_small_plan(line(17)));
+  EXPECT_FALSE(is_straight_small_plan(line(10, 1, 1 / 10.0)));
+  EXPECT_FALSE(is_straight_small_plan(line(8, 0.5)));
+}
+
 TEST(FastPlanRules, OnlyPlainLines) {
   const auto changed = [](auto change) {
     line_facts facts = line(8);
