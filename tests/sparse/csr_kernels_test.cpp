@@ -3,6 +3,7 @@
 // all lengths, vectors that end before a page that can't be read, exact values.
 #include "sparse/kernels/csr_kernels.h"
 #include "service/serv.h"
+#include "tests/sparse/csr_parts.h"
 #include "tests/sparse/support.h"
 #include "tests/support/guarded.h"
 
@@ -36,21 +37,6 @@ csr<T> rows_of_all_lengths(int rows, int columns, bool sorted) {
     m.ia.push_back(static_cast<int>(m.ja.size()) + 1);
   }
   return m;
-}
-
-bool takes_part(csr_part part, int i, int j) {
-  switch (part) {
-    case kLower:
-      return j <= i;
-    case kLowerUnit:
-      return j < i;
-    case kUpper:
-      return j >= i;
-    case kUpperUnit:
-      return j > i;
-    default:
-      return part == kWhole;
-  }
 }
 
 template <class T>

@@ -7,6 +7,7 @@
 #include "service/serv.h"
 #include "sparse/kernels/csr_kernels.h"
 #include "sparse/kernels/row_runs.h"
+#include "tests/sparse/csr_parts.h"
 #include "tests/sparse/support.h"
 #include "tests/support/guarded.h"
 
@@ -72,21 +73,6 @@ std::vector<double> numbers(int n, unsigned seed, data kind) {
   std::vector<double> x;
   for (int i = 0; i < n; ++i) x.push_back(std::ldexp(static_cast<double>(random()), -32) - 0.6);
   return x;
-}
-
-bool takes_part(csr_part part, int i, int j) {
-  switch (part) {
-    case kLower:
-      return j <= i;
-    case kLowerUnit:
-      return j < i;
-    case kUpper:
-      return j >= i;
-    case kUpperUnit:
-      return j > i;
-    default:
-      return part == kWhole;
-  }
 }
 
 constexpr double kAlpha = 3;
