@@ -15,6 +15,8 @@ inline constexpr char type_letter<complex8> = 'C';
 template <>
 inline constexpr char type_letter<complex16> = 'Z';
 
+constexpr core_int element_bytes(char type) { return type == 'S' ? 4 : type == 'Z' ? 16 : 8; }
+
 }  // namespace qel::lapack
 
 /// For explicit instantiations.

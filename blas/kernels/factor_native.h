@@ -14,6 +14,26 @@ inline constexpr int kFactorColumns = 64;
 template <class T>
 inline constexpr int kCholeskyOrder = sizeof(T) > 8 ? 64 : 128;
 
+/// How a kernel factors a panel.
+enum class lu_form : int {
+  in_registers,  ///< all of it
+  rows_stay,     ///< in a copy, with masks; exchanges come at the end
+  by_columns,
+};
+/// Most rows, and most columns, of panels in registers, and most columns of those whose rows stay.
+inline constexpr core_int kRegisterOrder = 8, kStayingColumns = 32;
+
+/// Registers hold a panel if they are as long as AVX-512's; below order five columns are quicker. Complex
+/// rows that stay gain nothing: one vector holds too few of them.
+constexpr lu_form lu_form_of(core_int m, core_int n, core_int real_bytes, bool is_complex,
+                             int register_bytes) {
+  constexpr core_int kFewest = 5, kVectorBytes = 32, kVectors = 4;
+  if (m < kFewest || n < kFewest) return lu_form::by_columns;
+  if (register_bytes == 64 && m <= kRegisterOrder && n <= kRegisterOrder) return lu_form::in_registers;
+  const core_int most_rows = kVectors * kVectorBytes / real_bytes;
+  return is_complex || m > most_rows || n > kStayingColumns ? lu_form::by_columns : lu_form::rows_stay;
+}
+
 /// Largest order of a matrix that is inverted in a copy.
 inline constexpr int kInverseOrder = 64;
 

@@ -50,6 +50,7 @@ report explain_getrf(const factor_question& q, const asked_machine& machine) {
   out["path"] = kNames[static_cast<int>(plan.path)];
   out["reason"] = plan.reason;
   out["threads"] = plan.threads;
+  out["columns_without_halving"] = lapack::plan_lu_panel(facts.type, facts.m, facts.processor.level);
   if (plan.path == lapack::lu_path::tasks) {
     out["block"] = plan.block;
     out["columns_of_one_grant"] = plan.group;
@@ -80,6 +81,7 @@ report explain_geqrf(const factor_question& q, const asked_machine& machine) {
   // Its threads are those of the products of an update.
   return {{"level", facts.processor.level},
           {"block", plan.block},
+          {"columns_without_halving", lapack::plan_qr_panel(facts.type, facts.m, facts.processor.level)},
           {"reason", plan.reason},
           {"threads", "those of the matrix products between the panels"}};
 }

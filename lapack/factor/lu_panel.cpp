@@ -6,6 +6,7 @@
 
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/native_kernels.h"
+#include "lapack/factor/plans.h"
 #include "lapack/factor/row_swaps.h"
 #include "lapack/four_types.h"
 
@@ -13,17 +14,8 @@ namespace qel::lapack {
 
 namespace {
 
-/// Columns that are worked on one by one.
+/// Of halves of columns: whole narrow panels.
 constexpr core_int kNarrow = 8;
-
-/// The same with native kernels: more while the panel stays in the first cache, and small matrices of doubles
-/// whole.
-template <class T>
-core_int native_columns(core_int rows) {
-  constexpr core_int kCache = 32768 / static_cast<core_int>(sizeof(T)), kPanel = kFactorColumns / 2;
-  if (sizeof(real_of<T>) == sizeof(double) && rows <= kFactorColumns) return kFactorColumns;
-  return rows * kPanel <= kCache ? kPanel : kNarrow;
-}
 
 template <class T>
 void divide_column(core_int rows, T pivot, T* column) {
@@ -60,10 +52,9 @@ core_int factor_narrow(core_int m, core_int n, T* a, core_int lda, core_int* piv
 template <class T>
 core_int factor_lu(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
   const core_int order = std::min(m, n);
-  if (const factor_kernels<T>* native = native_factor_kernels<T>()) {
-    if (n <= native_columns<T>(m)) return native->lu(m, n, a, lda, pivots);
-  } else if (n <= kNarrow || m == 1) {
-    return factor_narrow(m, n, a, lda, pivots);
+  const factor_kernels<T>* const native = native_factor_kernels<T>();
+  if (n <= plan_lu_panel(type_letter<T>, m, serv_cpu_level()) || (m == 1 && native == nullptr)) {
+    return native != nullptr ? native->lu(m, n, a, lda, pivots) : factor_narrow(m, n, a, lda, pivots);
   }
   // Whole narrow panels to the left, so that the recursion ends in them.
   const core_int half = (std::min(order, n - 1) / 2 + kNarrow - 1) / kNarrow * kNarrow;

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "lapack/factor/plans.h"
-#include "service/native_level.h"
 
 #include <algorithm>
+
+#include "blas/kernels/factor_native.h"
+#include "lapack/four_types.h"
+#include "service/native_level.h"
 
 namespace qel::lapack {
 
@@ -57,6 +60,14 @@ lu_plan plan_lu(const lu_facts& facts) {
           getrf(kGroup, facts.threads),
           getrf(kLookahead, facts.threads),
           "block columns for each thread"};
+}
+
+core_int plan_lu_panel(char type, core_int rows, int level) {
+  constexpr core_int kNarrow = 8, kCache = 32768, kPanel = kFactorColumns / 2;
+  if (level < kFirstNativeLevel) return kNarrow;
+  // Small matrices of doubles whole; else more than a few while the panel stays in the first cache.
+  if ((type == 'D' || type == 'Z') && rows <= kFactorColumns) return kFactorColumns;
+  return rows * kPanel * element_bytes(type) <= kCache ? kPanel : kNarrow;
 }
 
 cholesky_plan plan_cholesky(const cholesky_facts& facts) {

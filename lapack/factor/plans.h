@@ -28,6 +28,9 @@ struct lu_plan {
 };
 lu_plan plan_lu(const lu_facts& facts);
 
+/// Columns that are worked on without halving them.
+core_int plan_lu_panel(char type, core_int rows, int level);
+
 struct cholesky_facts {
   char type;
   bool upper;

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "blas/kernels/factor_native.h"
+#include "lapack/four_types.h"
 #include "service/native_level.h"
 
 namespace qel::lapack {
@@ -23,10 +24,7 @@ core_int ask_block(char type, const char* real_name, const char* complex_name, c
 qr_plan plan_qr(const qr_facts& facts) {
   constexpr core_int kSmall = 32, kSmallInCopy = 64, kLanes = 16;
   const core_int order = std::min(facts.m, facts.n),
-                 element = facts.type == 'S'   ? 4
-                           : facts.type == 'Z' ? 16
-                                               : 8,
-                 copy = (facts.m + kLanes - 1) / kLanes * kLanes * facts.n * element;
+                 copy = (facts.m + kLanes - 1) / kLanes * kLanes * facts.n * element_bytes(facts.type);
   if (order <= kSmall) return {1, "small: column by column"};
   if (facts.processor.level >= kFirstNativeLevel && order <= kSmallInCopy && copy <= kReflectBytes) {
     return {1, "small enough for a copy: column by column"};
@@ -38,6 +36,13 @@ qr_plan plan_qr(const qr_facts& facts) {
   // A wide block gives the products of the update their depth, a narrow one keeps the panel small.
   const core_int block = order < 200 ? 16 : order < 1000 ? 32 : order < 2500 ? 64 : 96;
   return {std::min(order, block), "wider blocks for larger matrices"};
+}
+
+core_int plan_qr_panel(char type, core_int rows, int level) {
+  constexpr core_int kNarrow = 8, kMost = 32, kSpare = 16;
+  if (level < kFirstNativeLevel) return kNarrow;
+  // More while the panel fits into the kernel's copy.
+  return std::clamp<core_int>(kReflectBytes / element_bytes(type) / (rows + kSpare), kNarrow, kMost);
 }
 
 q_product_plan plan_q_product(const q_product_facts& facts) {

@@ -18,6 +18,9 @@ struct qr_plan {
 };
 qr_plan plan_qr(const qr_facts& facts);
 
+/// Columns that are worked on without halving them.
+core_int plan_qr_panel(char type, core_int rows, int level);
+
 struct q_product_facts {
   char type;
   bool left;

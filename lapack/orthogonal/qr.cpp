@@ -17,17 +17,8 @@ namespace qel::lapack {
 
 namespace {
 
-/// Columns that are worked on one by one.
+/// Of halves of columns: whole narrow panels.
 constexpr core_int kNarrow = 8;
-
-/// The same with native kernels: more while the panel fits into their copy.
-template <class T>
-core_int narrow_columns(core_int rows) {
-  constexpr core_int kMost = 32, kSpare = 16;
-  if (native_factor_kernels<T>() == nullptr) return kNarrow;
-  const core_int fitting = kReflectBytes / static_cast<core_int>(sizeof(T)) / (rows + kSpare);
-  return std::clamp(fitting, kNarrow, kMost);
-}
 
 /// Column by column; `products` has room for n elements.
 template <class T>
@@ -57,7 +48,7 @@ struct block_store {
 
 template <class T>
 void factor_panel(core_int m, core_int n, T* a, core_int lda, T* tau, const block_store<T>& store, T* work) {
-  if (n <= narrow_columns<T>(m)) {
+  if (n <= plan_qr_panel(type_letter<T>, m, serv_cpu_level())) {
     factor_columns(m, n, a, lda, tau, work);
     return form_block(m, n, a, lda, tau, store.top, store.t, store.ld);
   }

@@ -81,9 +81,10 @@ TYPED_TEST_SUITE(factors, element_types);
 TYPED_TEST(factors, lu_of_every_shape_and_path) {
   using T = TypeParam;
   std::mt19937 generator(3);
-  const core_int shapes[][2] = {{1, 1},   {1, 9},    {9, 1},    {2, 2},     {7, 8},    {8, 7},
-                                {9, 9},   {16, 17},  {17, 16},  {33, 20},   {20, 33},  {64, 64},
-                                {65, 65}, {100, 31}, {31, 100}, {129, 128}, {80, 140}, {140, 80}};
+  const core_int shapes[][2] = {{1, 1},    {1, 9},     {9, 1},    {2, 2},   {7, 8},   {8, 7},
+                                {5, 8},    {8, 8},     {8, 5},    {6, 20},  {9, 9},   {16, 17},
+                                {17, 16},  {33, 20},   {20, 33},  {64, 64}, {65, 65}, {100, 31},
+                                {31, 100}, {129, 128}, {80, 140}, {140, 80}};
   for (const auto& [m, n] : shapes) {
     for (int threads : {1, 3, 8}) {
       const core_int block = 2 + static_cast<core_int>(generator() % 20);
@@ -234,12 +235,33 @@ TYPED_TEST(factors, lu_in_panels_with_room_for_few_pivots) {
 TYPED_TEST(factors, lu_with_tiny_pivots_does_not_overflow) {
   using T = TypeParam;
   const real_of<T> tiny = std::numeric_limits<real_of<T>>::denorm_min();
-  matrix<T> a(3, 2);
-  a(0, 0) = a(2, 1) = from_real<T>(4 * tiny);
-  a(1, 0) = from_real<T>(2 * tiny);
-  core_int pivots[2];
-  EXPECT_EQ(getrf(3, 2, a.data(), a.lda, pivots), 0);
-  EXPECT_EQ(real_part(a(2, 0)), real_of<T>(0.5));  // the second exchange brought it there
+  const core_int shapes[][2] = {{3, 2}, {8, 6}, {12, 6}};
+  for (const auto& [m, n] : shapes) {
+    matrix<T> a(m, n);
+    a(0, 0) = a(m - 1, 1) = from_real<T>(4 * tiny);
+    a(1, 0) = from_real<T>(2 * tiny);
+    for (core_int j = 2; j < n; ++j) a(j, j) = from_real<T>(1);
+    core_int pivots[6];
+    EXPECT_EQ(getrf(m, n, a.data(), a.lda, pivots), 0);
+    EXPECT_EQ(real_part(a(m - 1, 0)), real_of<T>(0.5));  // the second exchange brought it there
+  }
+}
+
+// Squares of the elements are out of range.
+TYPED_TEST(factors, lu_of_small_and_large_elements) {
+  using T = TypeParam;
+  using R = real_of<T>;
+  const R large = std::sqrt(std::numeric_limits<R>::max()) * 64;
+  for (const R scale : {1 / large, large}) {
+    for (const core_int n : {2, 6, 8, 13, 40}) {
+      matrix<T> a = random_matrix<T>(n, n, 5);
+      for (T& cell : a.cells) cell = scale * cell;
+      matrix<T> f = a;
+      std::vector<core_int> pivots(static_cast<size_t>(n));
+      EXPECT_EQ(getrf(n, n, f.data(), f.lda, pivots.data()), 0);
+      EXPECT_LT(lu_residual(a, f, pivots), kMostResidual) << n << ' ' << scale;
+    }
+  }
 }
 
 TYPED_TEST(factors, not_a_number_and_infinity_end) {

@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "blas/kernels/factor_native.h"
 #include "lapack/factor/lu_tracker.h"
 #include "lapack/factor/tile_tracker.h"
 #include "service/serv.h"
@@ -42,6 +43,39 @@ TEST(lu_plan, path_by_facts) {
     SCOPED_TRACE(testing::Message() << row.m << " x " << row.n << ", " << row.threads << ": " << plan.reason);
     EXPECT_EQ(plan.path, row.path);
     EXPECT_EQ(plan.block, row.block);
+  }
+}
+
+TEST(lu_plan, columns_without_halving) {
+  const struct {
+    char type;
+    core_int rows;
+    int level;
+    core_int columns;
+  } cases[] = {{'D', 64, 3, 8},   {'D', 64, 5, 64}, {'D', 65, 5, 32},  {'D', 128, 6, 32},
+               {'D', 129, 6, 8},  {'Z', 64, 6, 64}, {'Z', 65, 6, 8},   {'S', 64, 5, 32},
+               {'S', 256, 5, 32}, {'S', 257, 5, 8}, {'C', 128, 5, 32}, {'C', 129, 5, 8}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(plan_lu_panel(row.type, row.rows, row.level), row.columns) << row.type << row.rows;
+  }
+}
+
+TEST(lu_plan, form_of_small_panels) {
+  constexpr lu_form kRegisters = lu_form::in_registers, kStay = lu_form::rows_stay,
+                    kColumns = lu_form::by_columns;
+  const struct {
+    core_int m, n, real_bytes;
+    bool is_complex;
+    int register_bytes;
+    lu_form form;
+  } cases[] = {
+      {4, 8, 8, false, 64, kColumns},  {8, 4, 8, false, 64, kColumns},   {5, 5, 8, false, 64, kRegisters},
+      {8, 8, 8, true, 64, kRegisters}, {8, 8, 8, true, 32, kColumns},    {8, 8, 8, false, 32, kStay},
+      {9, 8, 8, false, 64, kStay},     {8, 9, 4, true, 64, kColumns},    {16, 32, 8, false, 32, kStay},
+      {17, 5, 8, false, 32, kColumns}, {32, 33, 4, false, 64, kColumns}, {32, 32, 4, false, 64, kStay}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(lu_form_of(row.m, row.n, row.real_bytes, row.is_complex, row.register_bytes), row.form)
+        << row.m << ' ' << row.n;
   }
 }
 

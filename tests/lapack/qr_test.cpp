@@ -20,6 +20,18 @@ TEST(qr_plan, block_by_facts) {
     EXPECT_EQ(plan_qr({'D', row.m, row.n, {row.level, 0}}).block, row.block) << row.m << ' ' << row.n;
   }
 }
+TEST(qr_plan, columns_without_halving) {
+  const struct {
+    char type;
+    core_int rows;
+    int level;
+    core_int columns;
+  } cases[] = {{'D', 100, 3, 8},  {'D', 100, 5, 32}, {'D', 240, 5, 32}, {'D', 300, 5, 25},
+               {'D', 5000, 5, 8}, {'Z', 112, 6, 32}, {'Z', 200, 6, 18}, {'S', 496, 6, 32}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(plan_qr_panel(row.type, row.rows, row.level), row.columns) << row.type << row.rows;
+  }
+}
 TEST(q_product_plan, block_and_slices_by_facts) {
   const struct {
     bool left;

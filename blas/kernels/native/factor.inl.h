@@ -3,7 +3,11 @@
 // a few at a time, vectors of rows at once.
 #pragma once
 
+#ifdef __AVX512F__
+#include "blas/kernels/native/register_lu.inl.h"
+#else
 #include "blas/kernels/native/small_lu.inl.h"
+#endif
 #include "blas/kernels/shared/lanes.inl.h"
 
 namespace qel::QEL_LEVEL {
@@ -110,22 +114,6 @@ inline void scale_rows(core_int begin, core_int end, T factor, T* x) {
   });
 }
 
-/// One division deep where the square of the pivot's modulus is far from overflow and underflow; all columns
-/// wait for it.
-template <class T>
-inline T reciprocal_of(T pivot) {
-  using P = pivots_of<T>;
-  if constexpr (reals<T>::kCount == 2) {
-    constexpr auto kHigh = static_cast<typename P::R>(sizeof(typename P::R) == 4 ? 0x1p60 : 0x1p500);
-    const typename P::R size = P::size(pivot);
-    if (size >= 1 / kHigh && size <= kHigh) {
-      const typename P::R square = pivot.real * pivot.real + pivot.imag * pivot.imag;
-      return {pivot.real / square, -pivot.imag / square};
-    }
-  }
-  return divided(P::one(), pivot);
-}
-
 template <class T>
 inline void divide_rows(core_int begin, core_int end, T pivot, T* x) {
   using P = pivots_of<T>;
@@ -230,26 +218,34 @@ inline void move_column(core_int rows, const T* from, T* to, bool to_buffer) {
 constexpr int kCopyBytes = 8192;
 
 #ifdef __AVX512F__
-// A vector of 64 bytes waits for the store before it, one of 32 does not: small matrices go by the latter.
+// A vector of 64 bytes waits for the store before it, one of 32 does not: copies go by the latter.
 inline const factor_kernels<float>& shorter_vectors(const float*) { return l5_avx2::sfactor; }
 inline const factor_kernels<double>& shorter_vectors(const double*) { return l5_avx2::dfactor; }
 #endif
 
-/// Real matrices of few rows and columns; -1 for others.
+/// The panel in the form that its size asks for; -1: by columns.
 template <class T>
-core_int few_columns([[maybe_unused]] core_int m, [[maybe_unused]] core_int n, [[maybe_unused]] T* a,
-                     [[maybe_unused]] core_int lda, [[maybe_unused]] core_int* pivots) {
-  if constexpr (reals<T>::kCount == 1) {
-    constexpr core_int kFewest = 5, kLanes = 32 / static_cast<core_int>(sizeof(T)), kRows = 4 * kLanes;
-    if (m < kFewest || n < kFewest || m > kRows || n > kSmallColumns) return -1;
+core_int small_panel(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
+  using R = typename reals<T>::type;
+  constexpr bool kComplex = reals<T>::kCount == 2;
+  constexpr int kRegisterBytes = vec<R>::kLanes * static_cast<int>(sizeof(R));
+  const lu_form form = lu_form_of(m, n, sizeof(R), kComplex, kRegisterBytes);
 #ifdef __AVX512F__
-    return shorter_vectors(a).lu(m, n, a, lda, pivots);
+  if (form == lu_form::in_registers) {
+    if (const core_int done = factor_in_registers(m, n, a, lda, pivots); done >= 0) return done;
+  }
+  if constexpr (!kComplex) {
+    if (form == lu_form::rows_stay) return shorter_vectors(a).lu(m, n, a, lda, pivots);
+  }
 #else
+  if constexpr (!kComplex) {
+    constexpr core_int kLanes = tile_shape<T>::kLanes;
+    if (form != lu_form::rows_stay) return -1;
     if (m <= kLanes) return factor_small<T, 1>(m, n, a, lda, pivots);
     if (m <= 2 * kLanes) return factor_small<T, 2>(m, n, a, lda, pivots);
     return factor_small<T, 4>(m, n, a, lda, pivots);
-#endif
   }
+#endif
   return -1;
 }
 
@@ -257,7 +253,7 @@ template <class T>
 core_int lu_panel(core_int m, core_int n, T* a, core_int lda, core_int* pivots) {
   constexpr core_int kLanes = tile_shape<T>::kLanes;
   const core_int rows = (m + kLanes - 1) / kLanes * kLanes;
-  if (const core_int small = few_columns(m, n, a, lda, pivots); small >= 0) return small;
+  if (const core_int small = small_panel(m, n, a, lda, pivots); small >= 0) return small;
   if (rows * n * static_cast<core_int>(sizeof(T)) > kCopyBytes) {
     return factor_blocks(m, m, n, a, lda, pivots);
   }

@@ -50,8 +50,23 @@ struct pivots_of {
   }
 };
 
-/// Most rows, and most columns.
-constexpr core_int kSmallRows = 32, kSmallColumns = 32;
+/// One division deep where the square of the pivot's modulus is far from overflow and underflow; all columns
+/// wait for it.
+template <class T>
+inline T reciprocal_of(T pivot) {
+  using P = pivots_of<T>;
+  if constexpr (reals<T>::kCount == 2) {
+    constexpr auto kHigh = static_cast<typename P::R>(sizeof(typename P::R) == 4 ? 0x1p60 : 0x1p500);
+    const typename P::R size = P::size(pivot);
+    if (size >= 1 / kHigh && size <= kHigh) {
+      const typename P::R square = pivot.real * pivot.real + pivot.imag * pivot.imag;
+      return {pivot.real / square, -pivot.imag / square};
+    }
+  }
+  return divided(P::one(), pivot);
+}
+
+constexpr core_int kSmallRows = 32;
 
 /// Which row stands where after the exchanges so far.
 struct row_order {
@@ -136,7 +151,7 @@ struct small_lu {
   bool eliminate(core_int j, int row, R largest) {
     constexpr auto kSmallest = static_cast<R>(sizeof(R) == 4 ? 0x1p-126 : 0x1p-1022);
     if (largest < kSmallest) return false;
-    const T reciprocal = divided(pivots_of<T>::one(), element_at(a + row + j * kRows));
+    const T reciprocal = reciprocal_of(element_at(a + row + j * kRows));
     reg l[kVectors];
 #pragma GCC unroll 8
     for (int v = 0; v < kVectors; ++v) {
@@ -159,7 +174,7 @@ core_int factor_small(core_int m, core_int n, T* a, core_int lda, core_int* pivo
   using V = typename lu_type::V;
   constexpr core_int kLanes = lu_type::kLanes, kRows = lu_type::kRows;
   constexpr int kParts = reals<T>::kCount;
-  alignas(64) T copy[kRows * kSmallColumns];
+  alignas(64) T copy[kRows * kStayingColumns];
   typename V::reg sum = V::zero();
   lu_type lu(m, n, copy);
   for (core_int j = 0; j < n; ++j) {
