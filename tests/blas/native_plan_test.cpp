@@ -104,6 +104,17 @@ TEST(NativePlan, SchemeByShape) {
   }
 }
 
+TEST(NativePlan, SlicesArePassesOverC) {
+  const struct {
+    core_int m, n, k;
+    product_scheme scheme;
+  } cases[] = {{1000, 1000, 1000, product_scheme::packed},  // 65 steps of A's rows fill the second cache
+               {1000, 1000, 65, product_scheme::a_packed},
+               {1000, 1000, 66, product_scheme::packed},
+               {400, 1000, 1000, product_scheme::a_packed}};
+  for (const auto& c : cases) EXPECT_EQ(plan_product(facts(c.m, c.n, c.k, 1, true)).scheme, c.scheme) << c.k;
+}
+
 TEST(NativePlan, TurnedAndStructuredFactorsArePacked) {
   product_facts f = facts(50, 50, 50, 1);
   f.a_turned = true;

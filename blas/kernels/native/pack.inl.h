@@ -117,7 +117,15 @@ void pack_part(int count, int width, core_int depth, const panel_source<T>& from
 
 template <class T>
 void conjugate_all(core_int count, T* values) {
-  for (core_int i = 0; i < count; ++i) values[i] = conjugate(values[i]);
+  using R = typename reals<T>::type;
+  using V = vec<R>;
+  R* const parts = reinterpret_cast<R*>(values);
+  const typename V::reg signs = V::pairs(1, -1);
+  const core_int all = count * reals<T>::kCount;
+  core_int i = 0;
+  for (; i + V::kLanes <= all; i += V::kLanes) V::store(parts + i, V::mul(V::load(parts + i), signs));
+  const int left = static_cast<int>(all - i);
+  V::store_part(parts + i, left, V::mul(V::load_part(parts + i, left), signs));
 }
 
 /// kPanels whole panels of a source whose width is contiguous, side by side: long runs of each column are
@@ -138,7 +146,7 @@ void pack_side_by_side(core_int depth, const panel_source<T>& from, T* out) {
 template <int kWidth, int kRound, class T>
 void pack(core_int count, core_int depth, panel_source<T> from, T* out) {
   constexpr int kGroup = 8;
-  while (from.width_step == 1 && count >= (kGroup + 2) * kWidth && kRound > 1) {
+  while (from.width_step == 1 && count >= (kGroup + 2) * kWidth) {
     pack_side_by_side<kWidth, kGroup>(depth, from, out);
     if (reals<T>::kCount == 2 && from.conjugated) conjugate_all(kGroup * kWidth * depth, out);
     from.data += kGroup * kWidth;

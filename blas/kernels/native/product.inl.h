@@ -90,35 +90,54 @@ int vectors_of(core_int rows) {
   return static_cast<int>((rows + tile_shape<T>::kLanes - 1) / tile_shape<T>::kLanes);
 }
 
-/// A tile that the diagonal crosses: finished beside C, and its part of the triangle copied back.
+/// A tile that the diagonal crosses: only vectors that reach into the triangle, finished beside C, and their
+/// part of it copied back.
 template <class T>
-void crossing_tile(const finish<T>& how, const panel_product<T>& what, packed_tile_fn<T>* tile, const T* a,
-                   const T* b, core_int i, core_int rows, core_int j, core_int columns) {
+void crossing_tile(const finish<T>& how, const panel_product<T>& what, const T* a, const T* b, core_int i,
+                   core_int rows, core_int j, core_int columns) {
   using shape = tile_shape<T>;
-  T values[shape::kRows * shape::kColumns];
+  using R = typename reals<T>::type;
+  using V = vec<R>;
+  constexpr int kParts = reals<T>::kCount;
+  constexpr core_int kLanes = shape::kLanes;
+  const bool upper = what.part == c_part::upper;
   const core_int below = what.below + i - j;  // of the tile's first row under its first column's diagonal
-  const auto inside = [&](core_int r, core_int s) {
-    return what.part == c_part::upper ? r + below <= s : r + below >= s;
+  const core_int width = vectors_of<T>(rows) * kLanes;
+  const core_int first = upper || below > 0 ? 0 : -below / kLanes * kLanes;
+  const core_int inside = upper && columns - below < rows ? columns - below : rows;
+  const int vectors = vectors_of<T>(inside - first);
+  R values[shape::kRows * shape::kColumns * kParts];
+  const auto over_triangle = [&](const auto& step) {
+    for (core_int s = 0; s < columns; ++s) {
+      const core_int end = upper && s - below + 1 < inside ? s - below + 1 : inside;
+      for (int v = 0; v < vectors; ++v) {
+        const core_int row = first + v * kLanes, from = upper || s - below < row ? 0 : s - below - row,
+                       to = end - row < kLanes ? end - row : kLanes;
+        if (from >= to) continue;
+        step(reinterpret_cast<R*>(what.c + i + row + (j + s) * what.ldc),
+             values + (v * kLanes + s * shape::kRows) * kParts, static_cast<int>(from) * kParts,
+             static_cast<int>(to) * kParts);
+      }
+    }
   };
-  T* c = what.c + i + j * what.ldc;
-  for (core_int s = 0; s < columns; ++s) {
-    for (core_int r = 0; r < rows; ++r) {
-      values[r + s * shape::kRows] = inside(r, s) && how.keeps_c() ? c[r + s * what.ldc] : T{};
-    }
+  if (how.keeps_c()) {
+    for (R& value : values) value = 0;
+    over_triangle(
+        [](const R* c, R* value, int from, int to) { V::store(value, V::load_between(c, from, to)); });
   }
-  tile(how, what.k, a, b, rows, values, shape::kRows);
-  for (core_int s = 0; s < columns; ++s) {
-    for (core_int r = 0; r < rows; ++r) {
-      if (inside(r, s)) c[r + s * what.ldc] = values[r + s * shape::kRows];
-    }
-  }
+  const direct_product<T> panels{inside - first, columns, what.k,  how.alpha, how.beta,
+                                 nullptr,        width,   nullptr, columns,   1,
+                                 false,          false,   false,   nullptr,   shape::kRows};
+  kTiles<T>.direct[vectors - 1][columns - 1](how, panels, a + first, width, b, inside - first,
+                                             reinterpret_cast<T*>(values));
+  over_triangle(
+      [](R* c, const R* value, int from, int to) { V::store_between(c, from, to, V::load(value)); });
 }
 
 /// One tile of the product, or the part of it inside the triangle.
 template <class T>
 void multiply_tile(const finish<T>& how, const panel_product<T>& what, core_int i, core_int rows, core_int j,
                    core_int columns) {
-  packed_tile_fn<T>* tile = kTiles<T>.packed[vectors_of<T>(rows) - 1][columns - 1];
   const T *a = what.a + i * what.k, *b = what.b + j * what.k;
   if (what.part != c_part::whole) {
     const core_int below = what.below + i - j;
@@ -126,9 +145,10 @@ void multiply_tile(const finish<T>& how, const panel_product<T>& what, core_int 
     const core_int most_inside = upper ? below - (columns - 1) : -(below + rows - 1);
     const core_int least_inside = upper ? below + rows - 1 : columns - 1 - below;
     if (most_inside > 0) return;
-    if (least_inside > 0) return crossing_tile(how, what, tile, a, b, i, rows, j, columns);
+    if (least_inside > 0) return crossing_tile(how, what, a, b, i, rows, j, columns);
   }
-  tile(how, what.k, a, b, rows, what.c + i + j * what.ldc, what.ldc);
+  kTiles<T>.packed[vectors_of<T>(rows) - 1][columns - 1](how, what.k, a, b, rows, what.c + i + j * what.ldc,
+                                                         what.ldc);
 }
 
 template <class T>

@@ -19,6 +19,8 @@ core_int round_up(core_int n, core_int step) { return ceil_div(n, step) * step; 
 
 /// Steps of a slice of the depth where factors are read in place.
 constexpr core_int kDirectDepth = 192, kLeastDepth = 64;
+/// The same where each slice passes over a large C once more: shorter ones are bound by that.
+constexpr core_int kLeastPass = 160;
 
 }  // namespace
 
@@ -104,7 +106,9 @@ bool plan_in_place(const product_facts& f, bool rows_stream, core_int l1, core_i
   plan.columns_outside = depth >= kLeastDepth;
   plan.depth = std::clamp(depth, kLeastDepth, kDirectDepth);
   const core_int b_slice = f.n * plan.depth * f.element_size;
-  if (small || (plan.columns_outside && f.k > kLeastDepth && (!f.b_turned || b_slice <= l2 / 2))) {
+  const bool few_passes = !rows_stream || f.k <= depth || depth >= kLeastPass;
+  if (small ||
+      (plan.columns_outside && few_passes && f.k > kLeastDepth && (!f.b_turned || b_slice <= l2 / 2))) {
     plan.scheme = product_scheme::a_packed;
     plan.reason = "A's panels stay in a cache: B is read once, where it is";
     return true;
