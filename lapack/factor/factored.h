@@ -7,7 +7,9 @@
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
 #include "lapack/factor/native_kernels.h"
+#include "lapack/factor/plans.h"
 #include "lapack/factor/row_swaps.h"
+#include "service/serv.h"
 
 namespace qel::lapack {
 
@@ -75,8 +77,10 @@ void finish_lu_inverse(core_int n, T* a, core_int lda, const Pivot* pivots, T* w
   } else {
     most = most < length / n ? most : length / n;
   }
+  const int parts = plan_column_moves(n, serv_threads_all());
   for (core_int end = n; end > 0;) {
     const core_int width = (end - 1) % most + 1, first = end - width;
+#pragma omp parallel for num_threads(parts) schedule(static) if (parts > 1)
     for (core_int j = first; j < end; ++j) {
       T *const column = a + j * lda, *const kept = work + (j - first) * n;
       for (core_int i = j + 1; i < n; ++i) {
@@ -89,11 +93,15 @@ void finish_lu_inverse(core_int n, T* a, core_int lda, const Pivot* pivots, T* w
     solve('R', 'L', 'N', 'U', n, width, work + first, n, block, lda);
     end = first;
   }
-  for (core_int j = n - 1; j >= 0; --j) {
-    const core_int other = static_cast<core_int>(element(pivots + j)) - 1;
-    if (other == j) continue;
-    T *const own = a + j * lda, *const column = a + other * lda;
-    for (core_int i = 0; i < n; ++i) exchange(own + i, column + i);
+#pragma omp parallel for num_threads(parts) schedule(static, 1) if (parts > 1)
+  for (int part = 0; part < parts; ++part) {
+    const core_int begin = n * part / parts, behind = n * (part + 1) / parts;
+    for (core_int j = n - 1; j >= 0; --j) {
+      const core_int other = static_cast<core_int>(element(pivots + j)) - 1;
+      if (other == j) continue;
+      T *const own = a + j * lda, *const column = a + other * lda;
+      for (core_int i = begin; i < behind; ++i) exchange(own + i, column + i);
+    }
   }
 }
 

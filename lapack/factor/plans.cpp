@@ -62,6 +62,16 @@ lu_plan plan_lu(const lu_facts& facts) {
           "block columns for each thread"};
 }
 
+bool inverts_halves_at_once(core_int n, int threads) {
+  constexpr core_int kLeast = 128, kShared = 512;
+  return threads >= 2 && n >= kLeast && (threads == 2 || n <= kShared);
+}
+
+int plan_column_moves(core_int n, int threads) {
+  constexpr core_int kRows = 256;
+  return static_cast<int>(std::clamp<core_int>(n / kRows, 1, std::max(threads, 1)));
+}
+
 core_int plan_lu_panel(char type, core_int rows, int level) {
   constexpr core_int kNarrow = 8, kCache = 32768, kPanel = kFactorColumns / 2;
   if (level < kFirstNativeLevel) return kNarrow;

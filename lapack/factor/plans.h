@@ -31,6 +31,12 @@ lu_plan plan_lu(const lu_facts& facts);
 /// Columns that are worked on without halving them.
 core_int plan_lu_panel(char type, core_int rows, int level);
 
+/// Whether the halves of a triangle are inverted on a thread each: where two are all there are, or the
+/// products of the halves too small to share.
+bool inverts_halves_at_once(core_int n, int threads);
+/// Threads that share what an inverse moves: columns into their places.
+int plan_column_moves(core_int n, int threads);
+
 struct cholesky_facts {
   char type;
   bool upper;

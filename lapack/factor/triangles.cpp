@@ -3,7 +3,9 @@
 
 #include "lapack/factor/core_blas.h"
 #include "lapack/factor/elements.h"
+#include "lapack/factor/plans.h"
 #include "lapack/four_types.h"
+#include "service/serv.h"
 
 namespace qel::lapack {
 
@@ -11,6 +13,9 @@ namespace {
 
 /// Order of the triangles that are worked on column by column.
 constexpr core_int kNarrow = 16;
+
+/// Below it nobody is asked for threads.
+constexpr core_int kNeverThreads = 128;
 
 constexpr core_int first_half(core_int n) { return (n / 2 + 7) / 8 * 8; }
 
@@ -49,7 +54,7 @@ void invert_narrow(bool upper, bool unit, core_int n, T* a, core_int lda) {
 }
 
 template <class T>
-void invert_by_halves(bool upper, bool unit, core_int n, T* a, core_int lda) {
+void invert_by_halves(bool upper, bool unit, core_int n, T* a, core_int lda, int threads) {
   if (n <= kNarrow) return invert_narrow(upper, unit, n, a, lda);
   const core_int half = first_half(n), rest = n - half;
   T *const beside = upper ? a + half * lda : a + half, *const below = a + half * (lda + 1);
@@ -61,8 +66,11 @@ void invert_by_halves(bool upper, bool unit, core_int n, T* a, core_int lda) {
     solve('L', uplo, 'N', diag, rest, half, below, lda, beside, lda, -1);
     solve('R', uplo, 'N', diag, rest, half, a, lda, beside, lda);
   }
-  invert_by_halves(upper, unit, half, a, lda);
-  invert_by_halves(upper, unit, rest, below, lda);
+  const bool at_once = inverts_halves_at_once(n, threads);
+#pragma omp parallel for num_threads(2) schedule(static, 1) if (at_once)
+  for (int h = 0; h < 2; ++h) {
+    invert_by_halves(upper, unit, h == 0 ? half : rest, h == 0 ? a : below, lda, at_once ? 1 : threads);
+  }
 }
 
 template <class T>
@@ -107,7 +115,7 @@ core_int invert_triangle(bool upper, bool unit, core_int n, T* a, core_int lda) 
       if (element(a + j * (lda + 1)) == T{}) return j + 1;
     }
   }
-  invert_by_halves(upper, unit, n, a, lda);
+  invert_by_halves(upper, unit, n, a, lda, n < kNeverThreads ? 1 : serv_threads_all());
   return 0;
 }
 

@@ -42,7 +42,7 @@ matrix<T> factors_of(core_int n, unsigned seed) {
   return f;
 }
 
-const core_int kOrders[] = {1, 2, 3, 5, 7, 8, 11, 16, 17, 35, 40, 64, 90};
+const core_int kOrders[] = {1, 2, 3, 5, 7, 8, 11, 16, 17, 35, 40, 64, 90, 140};
 
 template <class T>
 class factored : public testing::Test {};
@@ -94,6 +94,32 @@ TYPED_TEST(factored, lu_solves_and_inverse) {
   }
 }
 
+// Rows are shared out where columns are put back; factors of a scaled permutation tell where each element
+// goes.
+TYPED_TEST(factored, columns_of_a_large_inverse_go_back) {
+  using T = TypeParam;
+  const core_int n = 600;
+  matrix<T> a(n, n), expected(n, n);
+  std::vector<core_int> pivots(static_cast<size_t>(n)), places(pivots.size());
+  std::iota(places.begin(), places.end(), 0);
+  for (core_int i = 0; i < n; ++i) {
+    a(i, i) = from_real<T>(2);
+    pivots[static_cast<size_t>(i)] = i + 1 + (n - 1 - i) * (i % 3) / 2;
+  }
+  for (core_int j = n - 1; j >= 0; --j) {
+    std::swap(places[static_cast<size_t>(j)],
+              places[static_cast<size_t>(pivots[static_cast<size_t>(j)] - 1)]);
+  }
+  for (core_int j = 0; j < n; ++j) expected(places[static_cast<size_t>(j)], j) = from_real<T>(0.5);
+  std::vector<T> work(static_cast<size_t>(n));
+  const forced_threads two(2);
+  EXPECT_EQ(invert_triangle(true, false, n, a.data(), a.lda), 0);
+  finish_lu_inverse(n, a.data(), a.lda, pivots.data(), work.data(), n);
+  for (core_int j = 0; j < n; ++j) {
+    for (core_int i = 0; i < n; ++i) ASSERT_TRUE(a(i, j) == expected(i, j)) << i << ' ' << j;
+  }
+}
+
 // What has no finite inverse is left to the routines that report it.
 TYPED_TEST(factored, no_inverse_at_once) {
   using T = TypeParam;
@@ -121,6 +147,7 @@ TYPED_TEST(factored, no_inverse_at_once) {
 
 TYPED_TEST(factored, triangles) {
   using T = TypeParam;
+  const forced_threads two(2);  // from some order on halves are inverted on a thread each
   for (const core_int n : kOrders) {
     for (const bool upper : {false, true}) {
       SCOPED_TRACE(testing::Message() << n << (upper ? " upper" : " lower"));

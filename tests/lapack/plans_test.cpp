@@ -60,6 +60,20 @@ TEST(lu_plan, columns_without_halving) {
   }
 }
 
+TEST(inverse_plan, what_threads_share) {
+  const struct {
+    core_int n;
+    int threads;
+    bool halves_at_once;
+    int movers;
+  } cases[] = {{127, 2, false, 1}, {128, 2, true, 1},  {1000, 1, false, 1}, {1000, 2, true, 2},
+               {512, 3, true, 2},  {513, 3, false, 2}, {5000, 8, false, 8}};
+  for (const auto& row : cases) {
+    EXPECT_EQ(inverts_halves_at_once(row.n, row.threads), row.halves_at_once) << row.n << ' ' << row.threads;
+    EXPECT_EQ(plan_column_moves(row.n, row.threads), row.movers) << row.n << ' ' << row.threads;
+  }
+}
+
 TEST(lu_plan, form_of_small_panels) {
   constexpr lu_form kRegisters = lu_form::in_registers, kStay = lu_form::rows_stay,
                     kColumns = lu_form::by_columns;
