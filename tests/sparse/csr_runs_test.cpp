@@ -29,6 +29,10 @@ const offsets kPatterns[] = {{0},
                              {0, 1, 2},
                              {-30, 0, 30},
                              {-30, -1, 0, 1},
+                             {-20, -1, 0},
+                             {-40, -20, -1, 0},
+                             {0, 1, 16},
+                             {0, 1, 20, 40},
                              {-20, -1, 0, 1, 20},
                              {-16, -1, 0, 1, 16},
                              {-15, -1, 0, 1, 15},
@@ -258,6 +262,20 @@ void for_all_runs(Check check) {
 TEST(CsrRuns, PlainProductsAreThoseOfSingleRows) { for_all_runs(check_plain); }
 TEST(CsrRuns, MirroredProductsAreThoseOfSingleRows) { for_all_runs(check_mirrored); }
 
+TEST(CsrRuns, LongMirroredRunsMeetSlicesAndBlocksOfFarRows) {
+  const data kind = serv_cpu_level() >= 5 ? data::kReals : data::kIntegers;
+  const offsets patterns[] = {{-1, 0},     {-700, -1, 0},    {-1400, -20, -1, 0}, {0, 1},
+                              {0, 1, 513}, {0, 1, 16, 1400}, {-20, -1, 0, 1}};
+  for (const offsets& pattern : patterns) {
+    for (const int before : {0, 3}) {
+      for (const int run : {1597, 1598, 1599, 1600}) {
+        check_mirrored({pattern, before, run, 1, true, run % 2 == 0, kind});
+        if (testing::Test::HasFatalFailure()) return;
+      }
+    }
+  }
+}
+
 TEST(CsrRuns, NothingOfOtherRowsComesIn) {
   // A row of infinities inside of the run's reach: it meets its own columns only.
   const offsets pattern = {-20, -1, 0, 1, 20};
@@ -321,6 +339,35 @@ TEST(RunShape, Table) {
     EXPECT_EQ(shape.targets, row.targets) << row.name;
     EXPECT_EQ(shape.single_targets, row.single_targets) << row.name;
     EXPECT_EQ(shape.diagonal, row.diagonal) << row.name;
+  }
+}
+
+TEST(RunShape, MirroredGridsComeInBlocks) {
+  const struct {
+    const char* name;
+    run_use use;
+    csr_part part;
+    offsets pattern;
+    bool in_blocks;
+  } rows[] = {
+      {"chain", run_use::kMirror, kLower, {-1, 0}, true},
+      {"flat grid", run_use::kMirror, kLower, {-16, -1, 0}, true},
+      {"grid", run_use::kMirror, kLower, {-40, -20, -1, 0}, true},
+      {"upper grid", run_use::kMirror, kUpper, {0, 1, 20, 40}, true},
+      {"four dimensions", run_use::kMirror, kLower, {-60, -40, -20, -1, 0}, false},
+      {"more is stored", run_use::kMirror, kLower, {-16, -1, 0, 1}, false},
+      {"no diagonal", run_use::kMirror, kLower, {-16, -1}, false},
+      {"unit", run_use::kMirror, kLowerUnit, {-16, -1, 0}, false},
+      {"nothing beside", run_use::kMirror, kLower, {-40, -20, 0}, false},
+      {"corners", run_use::kMirror, kLower, {-21, -20, -1, 0}, false},
+      {"near", run_use::kMirror, kLower, {-15, -1, 0}, false},
+      {"gathered", run_use::kGather, kWhole, {-16, -1, 0}, false},
+      {"scattered", run_use::kScatter, kWhole, {-16, -1, 0}, false},
+  };
+  for (const auto& row : rows) {
+    const run_shape shape =
+        shape_of_run(row.use, row.part, row.pattern.data(), static_cast<int>(row.pattern.size()));
+    EXPECT_EQ(shape.in_blocks, row.in_blocks) << row.name;
   }
 }
 

@@ -33,6 +33,7 @@ struct run_product {
 /// A run that is served: its lowest row, from 0, and how many; or none.
 struct row_run {
   core_int row = 0, rows = 0;
+  bool in_blocks = false;  ///< these are the first ones, its kernel looks on
 };
 
 [[gnu::always_inline]] inline __m256i eight(const int* p) {
@@ -110,40 +111,47 @@ template <run_use kUse, csr_part kPart>
   return search.shape.served;
 }
 
-/// Looks for a run that begins at a row, of at most limit rows.
+/// Looks for a run that begins at a row, of at most limit rows. Kernels of blocks, which mirrored products
+/// have, look on by themselves and get the first rows only.
 template <run_use kUse, csr_part kPart, int kStep>
 row_run find_run(const run_product& product, core_int row, core_int limit, run_search& search) {
   const csr_slice* const m = product.m;
   const run_limits limits = limits_of_runs(kUse, kPart, m->streams);
-  if (limit < limits.least || limits.largest == 0) {
+  constexpr bool kLooksTwice = kUse == run_use::kMirror;
+  const core_int least = kLooksTwice ? kFirstLook : limits.least;
+  if (limit < least || limits.largest == 0) {
     search.pause = kNoLook;
     return {};
   }
   const int begin = m->begin[row], length = m->end[row] - begin;
+  // Rows alike in the walk's order, of which some are known to be so.
+  const auto rows_alike = [&](core_int known, core_int most) {
+    core_int rows = equally_long<kStep>(m, row, length, most);
+    if (rows < least) return core_int{0};
+    const core_int others = (rows - known) * length, skipped = (known - 1) * length;
+    const int* const columns = m->columns + (begin - m->base);
+    const int* const lowest = kStep > 0 ? columns + skipped : columns - skipped - others;
+    const core_int alike = one_more<kStep>(lowest, lowest + length, others);
+    return alike == others ? rows : known + static_cast<unsigned>(alike) / static_cast<unsigned>(length);
+  };
   core_int rows = 0;
   if (length > 0 && length <= kLargestRunRow &&
-      m->begin[row + kStep * (limits.least - 1)] - begin ==
-          kStep * static_cast<int>(limits.least - 1) * length) {
-    rows = equally_long<kStep>(m, row, length, limit < limits.largest ? limit : limits.largest);
-    if (rows >= limits.least) {
-      const int* columns = m->columns + (begin - m->base);
-      const core_int others = (rows - 1) * length;
-      const int* const lowest = kStep > 0 ? columns : columns - others;
-      const core_int alike = one_more<kStep>(lowest, lowest + length, others);
-      if (alike != others) rows = 1 + static_cast<unsigned>(alike) / static_cast<unsigned>(length);
-      const core_int first = kStep > 0 ? row : row - rows + 1;
-      if (kStep < 0) columns -= (rows - 1) * length;
-      if (rows >= limits.least &&
-          is_served<kUse, kPart>(search, product.y, columns, length, static_cast<int>(first) + m->base)) {
+      m->begin[row + kStep * (least - 1)] - begin == kStep * static_cast<int>(least - 1) * length) {
+    const core_int most = limit < limits.largest ? limit : limits.largest;
+    const core_int lowest = kStep > 0 ? row : row - (kFirstLook - 1);
+    rows = rows_alike(1, kLooksTwice ? kFirstLook : most);
+    if (rows >= least && is_served<kUse, kPart>(search, product.y, m->columns + (m->begin[lowest] - m->base),
+                                                length, static_cast<int>(lowest) + m->base)) {
+      const bool in_blocks = search.shape.in_blocks && m->end == m->begin + 1;
+      if (kLooksTwice && !in_blocks) rows = rows_alike(rows, most);
+      if (in_blocks || rows >= limits.least) {
         if (search.run_end >= 0) search.gap = kStep * (row - search.run_end);
-        const bool cut = rows == limits.largest;
+        const bool cut = !in_blocks && rows == limits.largest;
         search.run_end = cut ? -1 : row + kStep * rows;
         search.pause = cut ? 0 : search.gap;
         search.failures = 0;
-        return {first, rows};
+        return {kStep > 0 ? row : row - rows + 1, rows, in_blocks};
       }
-    } else {
-      rows = 0;
     }
   }
   search.pause = pause_after(++search.failures);
@@ -164,6 +172,58 @@ struct entry_pair {
 }
 [[gnu::always_inline]] inline __m256d one_entry(const double* a, core_int length) {
   return _mm256_setr_pd(a[0], a[length], a[2 * length], a[3 * length]);
+}
+
+/// All entries of four rows of kLength.
+template <int kLength>
+struct row_block {
+  __m256d entry[kLength];
+};
+template <int kLength>
+[[gnu::always_inline]] inline row_block<kLength> block_at(const double* a) {
+  row_block<kLength> block;
+  if constexpr (kLength == 4) {
+    const __m256d row0 = _mm256_loadu_pd(a), row1 = _mm256_loadu_pd(a + 4), row2 = _mm256_loadu_pd(a + 8),
+                  row3 = _mm256_loadu_pd(a + 12);
+    const __m256d even01 = _mm256_unpacklo_pd(row0, row1), odd01 = _mm256_unpackhi_pd(row0, row1),
+                  even23 = _mm256_unpacklo_pd(row2, row3), odd23 = _mm256_unpackhi_pd(row2, row3);
+    block.entry[0] = _mm256_permute2f128_pd(even01, even23, 0x20);
+    block.entry[1] = _mm256_permute2f128_pd(odd01, odd23, 0x20);
+    block.entry[2] = _mm256_permute2f128_pd(even01, even23, 0x31);
+    block.entry[3] = _mm256_permute2f128_pd(odd01, odd23, 0x31);
+    return block;
+  }
+#pragma GCC unroll 8
+  for (int k = 0; k + 2 <= kLength; k += 2) {
+    const entry_pair pair = two_entries(a + k, kLength);
+    block.entry[k] = pair.first;
+    block.entry[k + 1] = pair.second;
+  }
+  if constexpr (kLength % 2 != 0) block.entry[kLength - 1] = one_entry(a + kLength - 1, kLength);
+  return block;
+}
+
+/// Whether the four rows behind a block (kWay = 1), or before it (-1), go on as it does: its first column,
+/// its rows' ends or, backwards, begins. Row starts and ends stand in one array.
+template <int kLength, int kWay>
+[[gnu::always_inline]] inline bool goes_on(const int* columns, const int* bounds) {
+  constexpr int kBlock = kRunWidth * kLength;
+  const auto four = [](const int* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(p)); };
+  const auto wrong = [four](const int* p, int step, int want) {
+    return _mm_xor_si128(_mm_sub_epi32(four(p + step), four(p)), _mm_set1_epi32(want));
+  };
+  const __m128i lengths = wrong(bounds, kWay * kRunWidth, kWay * kBlock);
+  if (_mm_testz_si128(lengths, lengths) == 0) return false;  // there may be no columns to look at
+  static_assert(kBlock >= 8, "vectors of eight, the last one up to the end");
+  const __m256i step = _mm256_set1_epi32(kWay * kRunWidth);
+  __m256i all = _mm256_setzero_si256();
+#pragma GCC unroll 8
+  for (int k = 0; k < kBlock; k += 8) {
+    const int* const p = columns + (k + 8 <= kBlock ? k : kBlock - 8);
+    const __m256i differences = _mm256_sub_epi32(eight(p + kWay * kBlock), eight(p));
+    all = _mm256_or_si256(all, _mm256_xor_si256(differences, step));
+  }
+  return _mm256_testz_si256(all, all) != 0;
 }
 
 constexpr core_int kVectorAhead = 128;  ///< elements of x and y
@@ -473,6 +533,82 @@ constexpr decltype(&scatter_run<0, 1, false>) kScatterRun[] = {
   }
   return kScatterRun<1, false>[kernel_of(shape)];
 }
+
+/// Mirrored rows of a grid: two entries at the diagonal, the others far apart. Begins at the run's first row
+/// in the walk's order and takes blocks as long as the rows go on, limit rows at most; returns how many. What
+/// the first row adds to the row before comes first; the last block has no row behind that it counts on.
+template <int kCount, int kWay, bool kStreams>
+[[gnu::noinline]] core_int mirror_blocks(const run_product& product, const run_search& search, core_int row,
+                                         core_int limit) {
+  constexpr int kSingle = kCount - 2, kFirstSingle = kWay > 0 ? 0 : 2, kBlock = kRunWidth * kCount;
+  constexpr int kNeighbour = kWay > 0 ? kCount - 2 : 1;
+  const csr_slice* const m = product.m;
+  const bool overwrites = m->overwrites;
+  const double *const x = product.x, one_alpha = product.alpha;
+  double* const y = product.y;
+  const __m256d alpha = _mm256_set1_pd(one_alpha);
+  const core_int first = kWay > 0 ? row : row - (kRunWidth - 1), start = m->begin[first] - m->base;
+  const double* a = product.a + start;
+  const int *columns = m->columns + start, *const bounds = kWay > 0 ? m->end : m->begin;
+  const double* x_at[kCount];
+  double* y_at[kCount];
+#pragma GCC unroll 8
+  for (int t = 0; t < kSingle; ++t) {
+    x_at[t] = x + search.offsets[t + kFirstSingle];
+    y_at[t] = search.y_at[t];
+  }
+  const auto take = [&](core_int i, auto is_last) {
+    if constexpr (kStreams) {
+      ask_ahead_for_block(a, columns, kBlock, kWay * 2048);
+      ask_for(y + i + kWay * kVectorAhead);
+      ask_for(x + i + kWay * kVectorAhead);
+    }
+    const row_block<kCount> block = block_at<kCount>(a);
+    const __m256d x_of_rows = _mm256_loadu_pd(x + i), factor = _mm256_mul_pd(alpha, x_of_rows);
+    __m256d sum = _mm256_setzero_pd();
+#pragma GCC unroll 8
+    for (int k = 0; k < kCount; ++k) {
+      const int t = k - kFirstSingle;
+      const __m256d factors = t >= 0 && t < kSingle ? _mm256_loadu_pd(x_at[t] + i)
+                              : k == kNeighbour     ? _mm256_loadu_pd(x + i - kWay)
+                                                    : x_of_rows;
+      sum = _mm256_fmadd_pd(block.entry[k], factors, sum);
+    }
+    const __m256d of_rows =
+        overwrites ? _mm256_mul_pd(alpha, sum) : _mm256_fmadd_pd(alpha, sum, _mm256_loadu_pd(y + i));
+    // Entries beside the diagonal of the rows behind.
+    __m256d behind = _mm256_permute4x64_pd(block.entry[kNeighbour], kWay > 0 ? kAfter : kBefore);
+    constexpr int kOutside = kWay > 0 ? 8 : 1;
+    if constexpr (is_last.value) {
+      const __m256d factors = _mm256_permute4x64_pd(factor, kWay > 0 ? kAfter : kBefore);
+      _mm256_storeu_pd(y + i, _mm256_blend_pd(_mm256_fmadd_pd(behind, factors, of_rows), of_rows, kOutside));
+    } else {
+      behind = _mm256_blend_pd(behind, _mm256_broadcast_sd(a + kNeighbour + (kWay > 0 ? kBlock : -kCount)),
+                               kOutside);
+      const __m256d factors = _mm256_mul_pd(alpha, _mm256_loadu_pd(x + i + kWay));
+      _mm256_storeu_pd(y + i, _mm256_fmadd_pd(behind, factors, of_rows));
+    }
+#pragma GCC unroll 8
+    for (int t = 0; t < kSingle; ++t) {
+      double* const to = y_at[t] + i;
+      _mm256_storeu_pd(to, _mm256_fmadd_pd(block.entry[t + kFirstSingle], factor, _mm256_loadu_pd(to)));
+    }
+  };
+  const int first_in_walk = kWay > 0 ? kNeighbour : (kRunWidth - 1) * kCount + kNeighbour;
+  y[row - kWay] = __builtin_fma(a[first_in_walk], one_alpha * x[row], y[row - kWay]);
+  core_int i = first, left = limit - kRunWidth;
+  for (; left >= kRunWidth && goes_on<kCount, kWay>(columns, bounds + i); left -= kRunWidth) {
+    take(i, constant<false>());
+    i += kWay * kRunWidth;
+    a += kWay * kBlock;
+    columns += kWay * kBlock;
+  }
+  take(i, constant<true>());
+  return kWay * (i - first) + kRunWidth;
+}
+template <int kWay, bool kStreams>
+constexpr decltype(&mirror_blocks<2, kWay, kStreams>) kMirrorBlocks[kLargestGridRow - 1] = {
+    mirror_blocks<2, kWay, kStreams>, mirror_blocks<3, kWay, kStreams>, mirror_blocks<4, kWay, kStreams>};
 
 template <csr_part kPart>
 [[gnu::noinline]] core_int scatter_runs(const run_product& product, core_int i, core_int last,
