@@ -342,7 +342,7 @@ TEST(RunShape, Table) {
   }
 }
 
-TEST(RunShape, MirroredGridsComeInBlocks) {
+TEST(RunShape, GridsComeInBlocks) {
   const struct {
     const char* name;
     run_use use;
@@ -362,7 +362,12 @@ TEST(RunShape, MirroredGridsComeInBlocks) {
       {"corners", run_use::kMirror, kLower, {-21, -20, -1, 0}, false},
       {"near", run_use::kMirror, kLower, {-15, -1, 0}, false},
       {"gathered", run_use::kGather, kWhole, {-16, -1, 0}, false},
-      {"scattered", run_use::kScatter, kWhole, {-16, -1, 0}, false},
+      {"scattered triangle", run_use::kScatter, kWhole, {-16, -1, 0}, false},
+      {"scattered chain", run_use::kScatter, kWhole, {-1, 0, 1}, true},
+      {"scattered grid", run_use::kScatter, kWhole, {-40, -20, -1, 0, 1, 20, 40}, true},
+      {"scattered, four dimensions", run_use::kScatter, kWhole, {-80, -40, -20, -1, 0, 1, 20, 40, 80}, false},
+      {"part of a grid", run_use::kScatter, kLower, {-20, -1, 0, 1, 20}, false},
+      {"scattered, no neighbours", run_use::kScatter, kWhole, {-20, 0, 20}, false},
   };
   for (const auto& row : rows) {
     const run_shape shape =

@@ -409,7 +409,7 @@ template <csr_mirror kMirror, csr_part kPart>
   constexpr csr_part kTaken = kMirror != kOpposite ? kPart : kIsLower ? kLowerUnit : kUpperUnit;
   const row_run found = find_run<run_use::kMirror, kTaken, kWay>(product, i, left, search);
   if (found.rows == 0) return 0;
-  core_int limit = found.in_blocks ? left : found.rows;
+  core_int limit = search.in_blocks ? left : found.rows;
   const auto place = [&](const run_target& target) {
     const core_int first = found.row + target.offset, last = first + found.rows;
     return result_for<kWay>(product.m, product.y, far, target.after >= 0 ? first - 1 : first,
@@ -427,7 +427,7 @@ template <csr_mirror kMirror, csr_part kPart>
       return 0;
     }
   }
-  if (found.in_blocks) {
+  if (search.in_blocks) {
     const auto take_blocks =
         (product.m->streams ? kMirrorBlocks<kWay, true> : kMirrorBlocks<kWay, false>)[search.length - 2];
     const core_int rows = take_blocks(product, search, i, limit);
