@@ -29,11 +29,25 @@ double case_result::ratio() const {
   return mine == nullptr || peer == nullptr ? 0 : peer->seconds / mine->seconds;
 }
 
+double case_result::share() const {
+  const contender_result* const mine = own();
+  double limit = 0;
+  for (const contender_result& one : results) {
+    if (role_of(one.contender) == contender_role::limit) limit = std::max(limit, one.seconds);
+  }
+  return mine == nullptr ? 0 : limit / mine->seconds;
+}
+
 family_summary summarise(const family_results& family) {
   family_summary summary;
-  double logarithms = 0;
+  double logarithms = 0, logarithms_of_shares = 0;
+  int limited = 0;
   for (const case_result& one : family.cases) {
     ++summary.cases;
+    if (const double share = one.share(); share > 0) {
+      logarithms_of_shares += std::log(share);
+      ++limited;
+    }
     const double ratio = one.ratio();
     if (ratio == 0) continue;
     logarithms += std::log(ratio);
@@ -48,6 +62,7 @@ family_summary summarise(const family_results& family) {
     }
   }
   if (summary.compared > 0) summary.ratio = std::exp(logarithms / summary.compared);
+  if (limited > 0) summary.share = std::exp(logarithms_of_shares / limited);
   return summary;
 }
 
@@ -76,6 +91,7 @@ ordered_json as_document(ordered_json heading, const std::vector<family_results>
                          {{"cases", summary.cases},
                           {"compared", summary.compared},
                           {"ratio", summary.ratio},
+                          {"share", summary.share},
                           {"worst", summary.worst},
                           {"worst_case", summary.worst_case},
                           {"worst_peer", summary.worst_peer},

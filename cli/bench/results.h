@@ -25,6 +25,9 @@ struct case_result {
   const contender_result* best_peer() const;
   /// Its time over the library's own: above 1 the library is faster. 0 without a peer.
   double ratio() const;
+  /// The time of a limit, the slowest of them, over the library's own: the share of what is possible that it
+  /// has. 0 without a limit.
+  double share() const;
 };
 struct family_results {
   std::string name, title, about;
@@ -37,6 +40,7 @@ struct family_summary {
   int cases = 0, compared = 0;
   double ratio = 0;            ///< geometric mean beside the best peer; 0: nothing to compare
   double worst = 0, best = 0;  ///< ratios
+  double share = 0;            ///< geometric mean of the shares; 0: no limits
   std::string worst_case, worst_peer, best_case;
 };
 family_summary summarise(const family_results& family);

@@ -80,14 +80,16 @@ std::string markdown_page(const ordered_json& document, const std::vector<family
   }
   if (!peers.empty()) text += fmt::format("Beside: {}.\n", peers);
   text +=
-      "\n## Summary\n\n| family | cases | mean ratio to the best peer | worst | best "
-      "|\n|---|---:|---:|---|---|\n";
+      "\n## Summary\n\n| family | cases | mean ratio to the best peer | worst | best | mean share of a "
+      "measured "
+      "limit |\n|---|---:|---:|---|---|---:|\n";
   for (const family_results& family : families) {
     const family_summary s = summarise(family);
     text += s.compared == 0
-                ? fmt::format("| {} | {} | | | |\n", family.title, s.cases)
-                : fmt::format("| {} | {} | {:.2f} | {:.2f} `{}` ({}) | {:.2f} `{}` |\n", family.title,
-                              s.cases, s.ratio, s.worst, s.worst_case, s.worst_peer, s.best, s.best_case);
+                ? fmt::format("| {} | {} | | | |", family.title, s.cases)
+                : fmt::format("| {} | {} | {:.2f} | {:.2f} `{}` ({}) | {:.2f} `{}` |", family.title, s.cases,
+                              s.ratio, s.worst, s.worst_case, s.worst_peer, s.best, s.best_case);
+    text += s.share > 0 ? fmt::format(" {:.2f} |\n", s.share) : " |\n";
   }
   for (const family_results& family : families) {
     text += fmt::format("\n## {}: {}\n\n", family.title, family.about);

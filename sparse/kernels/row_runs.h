@@ -8,10 +8,13 @@
 
 namespace qel {
 
-inline constexpr int kRunWidth = 4;              ///< rows at a time
-inline constexpr int kLargestRunRow = 31;        ///< entries of a run's rows
+inline constexpr int kRunWidth = 4;        ///< rows at a time
+inline constexpr int kLargestRunRow = 31;  ///< entries of a run's rows
+inline constexpr int kLargestGridRow = 7;  ///< those of rows with kernels of blocks
+inline constexpr int kLargestMirroredGridRow = 4;
 inline constexpr int kSummedInOrder = 9;         ///< longer rows of a product have four sums
 inline constexpr core_int kLongestPause = 1024;  ///< rows
+inline constexpr core_int kFirstLook = 8;        ///< rows; enough for a run in blocks
 
 enum class run_use { kGather, kScatter, kMirror };
 
@@ -44,6 +47,7 @@ struct run_target {
 /// What the kernels do with rows of these offsets (column less row).
 struct run_shape {
   bool served = false;
+  bool in_blocks = false;   ///< a kernel takes block after block and compares the next one itself
   int first = 0, last = 0;  ///< entries that take part
   int targets = 0;          ///< scatter, mirror
   int single_targets = 0;   ///< the first ones: those that have `same` only
@@ -55,6 +59,28 @@ struct run_shape {
 /// Results that are read soon after they were written must be read as they were written: farther apart than
 /// this the processor has long stored them.
 inline constexpr int kLeastApart = 16;
+
+/// Whether the middle three entries add to one target and each of the others to its own, as in grids with
+/// neighbours on both sides.
+[[gnu::always_inline]] constexpr bool is_grid(const run_shape& shape) {
+  const int count = shape.last - shape.first, middle = (count - 3) / 2;
+  if (count % 2 == 0 || shape.targets != count - 2 || shape.single_targets != count - 3) return false;
+  const run_target& joined = shape.at[count - 3];
+  return joined.after == middle && joined.same == middle + 1 && joined.before == middle + 2;
+}
+
+/// Whether a mirrored triangle has its diagonal, one entry beside it, and others each with its own target, as
+/// grids have.
+[[gnu::always_inline]] constexpr bool is_mirrored_grid(const run_shape& shape) {
+  return shape.diagonal >= 0 && (shape.own.before >= 0) != (shape.own.after >= 0) &&
+         shape.targets == shape.single_targets && shape.targets == shape.last - shape.first - 2;
+}
+
+/// Whether rows of so many entries may have a kernel of blocks: a look takes few of them then at first.
+[[gnu::always_inline]] constexpr bool may_come_in_blocks(run_use use, int length) {
+  if (use == run_use::kMirror) return length >= 2 && length <= kLargestMirroredGridRow;
+  return use == run_use::kScatter && length % 2 != 0 && length >= 3 && length <= kLargestGridRow;
+}
 
 [[gnu::always_inline]] constexpr run_shape shape_of_run(run_use use, csr_part part, const int* offsets,
                                                         int length) {
@@ -111,16 +137,9 @@ inline constexpr int kLeastApart = 16;
   const bool own_is_near =
       use == run_use::kMirror && !own_met && o[0] < kLeastApart && o[count - 1] > -kLeastApart;
   shape.served = !own_is_near;
+  shape.in_blocks = shape.served && count == length && may_come_in_blocks(use, length) &&
+                    (use == run_use::kMirror ? is_mirrored_grid(shape) : is_grid(shape));
   return shape;
-}
-
-/// Whether the middle three entries add to one target and each of the others to its own, as in grids with
-/// neighbours on both sides.
-[[gnu::always_inline]] constexpr bool is_grid(const run_shape& shape) {
-  const int count = shape.last - shape.first, middle = (count - 3) / 2;
-  if (count % 2 == 0 || shape.targets != count - 2 || shape.single_targets != count - 3) return false;
-  const run_target& joined = shape.at[count - 3];
-  return joined.after == middle && joined.same == middle + 1 && joined.before == middle + 2;
 }
 
 }  // namespace qel

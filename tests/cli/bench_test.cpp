@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -208,6 +209,17 @@ TEST(Bench, SummarisesBesideTheBestPeer) {
   EXPECT_EQ(summary.worst_case, "two");
   EXPECT_EQ(summary.worst_peer, "fast");
   EXPECT_EQ(summary.best, 4);
+  EXPECT_DOUBLE_EQ(summary.share, std::sqrt(0.1 * 0.5));
+}
+
+TEST(Bench, WhatReadsTheOperandsIsALimitAndNoPeer) {
+  bench::family_results family;
+  for (const auto& [contender, time] : {std::pair{"QEL", 2}, {"stream", 1}, {"Eigen", 3}})
+    bench::add_record(family, {{"case", "csrmv"}, {"contender", contender}, {"seconds", time}});
+  const bench::family_summary summary = bench::summarise(family);
+  EXPECT_EQ(summary.worst_peer, "Eigen");
+  EXPECT_DOUBLE_EQ(summary.ratio, 1.5);
+  EXPECT_DOUBLE_EQ(summary.share, 0.5);
 }
 
 TEST(Bench, ShowsAPageThatFitsPhonesAndDesks) {

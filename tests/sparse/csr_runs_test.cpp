@@ -29,6 +29,10 @@ const offsets kPatterns[] = {{0},
                              {0, 1, 2},
                              {-30, 0, 30},
                              {-30, -1, 0, 1},
+                             {-20, -1, 0},
+                             {-40, -20, -1, 0},
+                             {0, 1, 16},
+                             {0, 1, 20, 40},
                              {-20, -1, 0, 1, 20},
                              {-16, -1, 0, 1, 16},
                              {-15, -1, 0, 1, 15},
@@ -182,20 +186,27 @@ void check_plain(const case_of_runs& c) {
   const matrix m = c.one_array ? whole : with_gaps(whole, c.before);
   const result x = numbers(m.n, 5, c.kind), start = numbers(m.n, 6, c.kind);
   guarded_product product(m, x, c.one_array, c.streams);
+  // In slices, as threads have them, whose ends cut runs.
+  const auto run_in_slices = [&](csr_kernels<double>::product* take) {
+    const int slices = 1 + c.run % 3;
+    product.y.assign(start);
+    for (int s = 0; s < slices; ++s) {
+      product.rows.first = m.n * s / slices;
+      product.rows.last = m.n * (s + 1) / slices;
+      take(&product.rows, product.values.data(), &kAlpha, product.x.data(), product.y.data());
+    }
+  };
   for (const csr_part part : {kWhole, kLower, kLowerUnit, kUpper, kUpperUnit}) {
     for (const bool overwrites : {false, true}) {
       product.rows.overwrites = overwrites;
       result want = start;
       gather_rows(m, part, overwrites, x, want);
-      product.y.assign(start);
-      table.gather[part][0](&product.rows, product.values.data(), &kAlpha, product.x.data(),
-                            product.y.data());
+      run_in_slices(table.gather[part][0]);
       expect_same(product, want, "gathered", name(c, part, overwrites));
     }
     result want = start;
     scatter_rows(m, part, x, want);
-    product.y.assign(start);
-    table.scatter[part][0](&product.rows, product.values.data(), &kAlpha, product.x.data(), product.y.data());
+    run_in_slices(table.scatter[part][0]);
     expect_same(product, want, "scattered", name(c, part, false));
   }
 }
@@ -257,6 +268,20 @@ void for_all_runs(Check check) {
 }
 TEST(CsrRuns, PlainProductsAreThoseOfSingleRows) { for_all_runs(check_plain); }
 TEST(CsrRuns, MirroredProductsAreThoseOfSingleRows) { for_all_runs(check_mirrored); }
+
+TEST(CsrRuns, LongMirroredRunsMeetSlicesAndBlocksOfFarRows) {
+  const data kind = serv_cpu_level() >= 5 ? data::kReals : data::kIntegers;
+  const offsets patterns[] = {{-1, 0},     {-700, -1, 0},    {-1400, -20, -1, 0}, {0, 1},
+                              {0, 1, 513}, {0, 1, 16, 1400}, {-20, -1, 0, 1}};
+  for (const offsets& pattern : patterns) {
+    for (const int before : {0, 3}) {
+      for (const int run : {1597, 1598, 1599, 1600}) {
+        check_mirrored({pattern, before, run, 1, true, run % 2 == 0, kind});
+        if (testing::Test::HasFatalFailure()) return;
+      }
+    }
+  }
+}
 
 TEST(CsrRuns, NothingOfOtherRowsComesIn) {
   // A row of infinities inside of the run's reach: it meets its own columns only.
@@ -321,6 +346,40 @@ TEST(RunShape, Table) {
     EXPECT_EQ(shape.targets, row.targets) << row.name;
     EXPECT_EQ(shape.single_targets, row.single_targets) << row.name;
     EXPECT_EQ(shape.diagonal, row.diagonal) << row.name;
+  }
+}
+
+TEST(RunShape, GridsComeInBlocks) {
+  const struct {
+    const char* name;
+    run_use use;
+    csr_part part;
+    offsets pattern;
+    bool in_blocks;
+  } rows[] = {
+      {"chain", run_use::kMirror, kLower, {-1, 0}, true},
+      {"flat grid", run_use::kMirror, kLower, {-16, -1, 0}, true},
+      {"grid", run_use::kMirror, kLower, {-40, -20, -1, 0}, true},
+      {"upper grid", run_use::kMirror, kUpper, {0, 1, 20, 40}, true},
+      {"four dimensions", run_use::kMirror, kLower, {-60, -40, -20, -1, 0}, false},
+      {"more is stored", run_use::kMirror, kLower, {-16, -1, 0, 1}, false},
+      {"no diagonal", run_use::kMirror, kLower, {-16, -1}, false},
+      {"unit", run_use::kMirror, kLowerUnit, {-16, -1, 0}, false},
+      {"nothing beside", run_use::kMirror, kLower, {-40, -20, 0}, false},
+      {"corners", run_use::kMirror, kLower, {-21, -20, -1, 0}, false},
+      {"near", run_use::kMirror, kLower, {-15, -1, 0}, false},
+      {"gathered", run_use::kGather, kWhole, {-16, -1, 0}, false},
+      {"scattered triangle", run_use::kScatter, kWhole, {-16, -1, 0}, false},
+      {"scattered chain", run_use::kScatter, kWhole, {-1, 0, 1}, true},
+      {"scattered grid", run_use::kScatter, kWhole, {-40, -20, -1, 0, 1, 20, 40}, true},
+      {"scattered, four dimensions", run_use::kScatter, kWhole, {-80, -40, -20, -1, 0, 1, 20, 40, 80}, false},
+      {"part of a grid", run_use::kScatter, kLower, {-20, -1, 0, 1, 20}, false},
+      {"scattered, no neighbours", run_use::kScatter, kWhole, {-20, 0, 20}, false},
+  };
+  for (const auto& row : rows) {
+    const run_shape shape =
+        shape_of_run(row.use, row.part, row.pattern.data(), static_cast<int>(row.pattern.size()));
+    EXPECT_EQ(shape.in_blocks, row.in_blocks) << row.name;
   }
 }
 

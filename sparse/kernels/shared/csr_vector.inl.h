@@ -379,17 +379,23 @@ template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
 constexpr core_int kLongMirroredRow = 32;
 
 #ifdef __AVX2__
-/// Where a run adds: from first on, up to last.
-struct result_range {
-  core_int first, last;
-};
-/// The result for a target: own rows, or the accumulator with the blocks that the run needs; null if it takes
-/// both.
+constexpr core_int kMostFarRows = core_int{1} << kFarBlockBits;
+
+/// The result that elements first .. last - 1 of a run's first rows belong to: own rows, or the accumulator;
+/// null if both. limit, of rows, sinks to what the same result serves, and the accumulator gets the blocks
+/// that so many rows need.
+template <int kWay>
 [[gnu::always_inline]] inline double* result_for(const csr_slice* m, double* y, const far_rows<double>* far,
-                                                 result_range range) {
-  if (range.first >= m->first && range.last <= m->last) return y;
-  if (range.first < m->last && range.last > m->first) return nullptr;
-  for (core_int block = range.first >> kFarBlockBits; block <= (range.last - 1) >> kFarBlockBits; ++block)
+                                                 core_int first, core_int last, core_int rows,
+                                                 core_int& limit) {
+  // Rows go away from the triangle: what they add to comes nearer to the slice and stays inside of it.
+  if (first >= m->first && last <= m->last) return y;
+  if (first < m->last && last > m->first) return nullptr;
+  const core_int distance = kWay > 0 ? m->first - last : first - m->last;
+  if (limit > rows + distance) limit = rows + distance;
+  if (limit > kMostFarRows) limit = kMostFarRows;
+  (kWay > 0 ? last : first) += kWay * (limit - rows);
+  for (core_int block = first >> kFarBlockBits; block <= (last - 1) >> kFarBlockBits; ++block)
     if (!far->touched[block]) zero_block(*far, block);
   return far->far;
 }
@@ -399,13 +405,15 @@ template <csr_mirror kMirror, csr_part kPart>
 [[gnu::noinline]] core_int mirror_runs(const run_product& product, const far_rows<double>* far, core_int i,
                                        core_int left, run_search& search) {
   constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
+  constexpr int kWay = kIsLower ? 1 : -1;
   constexpr csr_part kTaken = kMirror != kOpposite ? kPart : kIsLower ? kLowerUnit : kUpperUnit;
-  const row_run found = find_run < run_use::kMirror, kTaken, kIsLower ? 1 : -1 > (product, i, left, search);
+  const row_run found = find_run<run_use::kMirror, kTaken, kWay>(product, i, left, search);
   if (found.rows == 0) return 0;
+  core_int limit = search.in_blocks ? left : found.rows;
   const auto place = [&](const run_target& target) {
     const core_int first = found.row + target.offset, last = first + found.rows;
-    return result_for(product.m, product.y, far,
-                      {target.after >= 0 ? first - 1 : first, target.before >= 0 ? last + 1 : last});
+    return result_for<kWay>(product.m, product.y, far, target.after >= 0 ? first - 1 : first,
+                            target.before >= 0 ? last + 1 : last, found.rows, limit);
   };
   if (far != nullptr) {
     bool placed = place(search.shape.own) != nullptr;
@@ -419,7 +427,14 @@ template <csr_mirror kMirror, csr_part kPart>
       return 0;
     }
   }
-  kScatterRun<kIsLower ? 1 : -1, true>[kernel_of(search.shape)](product, search, found);
+  if (search.in_blocks) {
+    const auto take_blocks =
+        (product.m->streams ? kMirrorBlocks<kWay, true> : kMirrorBlocks<kWay, false>)[search.length - 2];
+    const core_int rows = take_blocks(product, search, i, limit);
+    search.run_end = i + kWay * rows;
+    return rows;
+  }
+  kScatterRun<kWay, true>[kernel_of(search.shape)](product, search, found);
   return found.rows;
 }
 #endif

@@ -10,11 +10,12 @@ constexpr core_int kNoLook = INTPTR_MAX;
 
 /// Where looking for runs stands in a walk over rows.
 struct run_search {
-  core_int pause = 1;     ///< rows to take before the next look
-  int failures = 0;       ///< looks since the last run
-  core_int gap = 0;       ///< rows between the last two runs: in grids the next are as many
-  core_int run_end = -1;  ///< the row behind the last run, in the walk's order; -1: it was cut
-  int length = 0;         ///< the pattern of the last run, whose shape is kept
+  core_int pause = 1;      ///< rows to take before the next look
+  int failures = 0;        ///< looks since the last run
+  core_int gap = 0;        ///< rows between the last two runs: in grids the next are as many
+  core_int run_end = -1;   ///< the row behind the last run, in the walk's order; -1: it was cut
+  bool in_blocks = false;  ///< what was found are the first rows, their kernel looks on
+  int length = 0;          ///< the pattern of the last run, whose shape is kept
   alignas(32) int offsets[kLargestRunRow + 1];
   run_shape shape;
   double* y_at[kLargestRunRow];  ///< the result, moved by the offsets of the shape's targets
@@ -110,6 +111,21 @@ template <run_use kUse, csr_part kPart>
   return search.shape.served;
 }
 
+/// Whether the run that begins at a row is one for kernels of blocks, which look on by themselves: the first
+/// rows tell. Row starts and ends must stand in one array.
+template <run_use kUse, csr_part kPart, int kStep>
+[[gnu::always_inline]] inline bool begins_blocks(const run_product& product, core_int row, int length,
+                                                 run_search& search) {
+  const csr_slice* const m = product.m;
+  const core_int lowest = kStep > 0 ? row : row - (kFirstLook - 1);
+  if (m->end != m->begin + 1 || equally_long<kStep>(m, row, length, kFirstLook) < kFirstLook) return false;
+  const int* const columns = m->columns + (m->begin[lowest] - m->base);
+  const core_int others = (kFirstLook - 1) * length;
+  return one_more<kStep>(columns, columns + length, others) == others &&
+         is_served<kUse, kPart>(search, product.y, columns, length, static_cast<int>(lowest) + m->base) &&
+         search.shape.in_blocks;
+}
+
 /// Looks for a run that begins at a row, of at most limit rows.
 template <run_use kUse, csr_part kPart, int kStep>
 row_run find_run(const run_product& product, core_int row, core_int limit, run_search& search) {
@@ -120,6 +136,13 @@ row_run find_run(const run_product& product, core_int row, core_int limit, run_s
     return {};
   }
   const int begin = m->begin[row], length = m->end[row] - begin;
+  if (may_come_in_blocks(kUse, length) && begins_blocks<kUse, kPart, kStep>(product, row, length, search)) {
+    if (search.run_end >= 0) search.gap = kStep * (row - search.run_end);
+    search.pause = search.gap;
+    search.failures = 0;
+    search.in_blocks = true;
+    return {kStep > 0 ? row : row - (kFirstLook - 1), kFirstLook};
+  }
   core_int rows = 0;
   if (length > 0 && length <= kLargestRunRow &&
       m->begin[row + kStep * (limits.least - 1)] - begin ==
@@ -140,6 +163,7 @@ row_run find_run(const run_product& product, core_int row, core_int limit, run_s
         search.run_end = cut ? -1 : row + kStep * rows;
         search.pause = cut ? 0 : search.gap;
         search.failures = 0;
+        search.in_blocks = false;
         return {first, rows};
       }
     } else {
@@ -164,6 +188,58 @@ struct entry_pair {
 }
 [[gnu::always_inline]] inline __m256d one_entry(const double* a, core_int length) {
   return _mm256_setr_pd(a[0], a[length], a[2 * length], a[3 * length]);
+}
+
+/// All entries of four rows of kLength.
+template <int kLength>
+struct row_block {
+  __m256d entry[kLength];
+};
+template <int kLength>
+[[gnu::always_inline]] inline row_block<kLength> block_at(const double* a) {
+  row_block<kLength> block;
+  if constexpr (kLength == 4) {
+    const __m256d row0 = _mm256_loadu_pd(a), row1 = _mm256_loadu_pd(a + 4), row2 = _mm256_loadu_pd(a + 8),
+                  row3 = _mm256_loadu_pd(a + 12);
+    const __m256d even01 = _mm256_unpacklo_pd(row0, row1), odd01 = _mm256_unpackhi_pd(row0, row1),
+                  even23 = _mm256_unpacklo_pd(row2, row3), odd23 = _mm256_unpackhi_pd(row2, row3);
+    block.entry[0] = _mm256_permute2f128_pd(even01, even23, 0x20);
+    block.entry[1] = _mm256_permute2f128_pd(odd01, odd23, 0x20);
+    block.entry[2] = _mm256_permute2f128_pd(even01, even23, 0x31);
+    block.entry[3] = _mm256_permute2f128_pd(odd01, odd23, 0x31);
+    return block;
+  }
+#pragma GCC unroll 8
+  for (int k = 0; k + 2 <= kLength; k += 2) {
+    const entry_pair pair = two_entries(a + k, kLength);
+    block.entry[k] = pair.first;
+    block.entry[k + 1] = pair.second;
+  }
+  if constexpr (kLength % 2 != 0) block.entry[kLength - 1] = one_entry(a + kLength - 1, kLength);
+  return block;
+}
+
+/// Whether the four rows behind a block (kWay = 1), or before it (-1), go on as it does: its first column,
+/// its rows' ends or, backwards, begins. Row starts and ends stand in one array.
+template <int kLength, int kWay>
+[[gnu::always_inline]] inline bool goes_on(const int* columns, const int* bounds) {
+  constexpr int kBlock = kRunWidth * kLength;
+  const auto four = [](const int* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(p)); };
+  const auto wrong = [four](const int* p, int step, int want) {
+    return _mm_xor_si128(_mm_sub_epi32(four(p + step), four(p)), _mm_set1_epi32(want));
+  };
+  const __m128i lengths = wrong(bounds, kWay * kRunWidth, kWay * kBlock);
+  if (_mm_testz_si128(lengths, lengths) == 0) return false;  // there may be no columns to look at
+  static_assert(kBlock >= 8, "vectors of eight, the last one up to the end");
+  const __m256i step = _mm256_set1_epi32(kWay * kRunWidth);
+  __m256i all = _mm256_setzero_si256();
+#pragma GCC unroll 8
+  for (int k = 0; k < kBlock; k += 8) {
+    const int* const p = columns + (k + 8 <= kBlock ? k : kBlock - 8);
+    const __m256i differences = _mm256_sub_epi32(eight(p + kWay * kBlock), eight(p));
+    all = _mm256_or_si256(all, _mm256_xor_si256(differences, step));
+  }
+  return _mm256_testz_si256(all, all) != 0;
 }
 
 constexpr core_int kVectorAhead = 128;  ///< elements of x and y
@@ -286,39 +362,9 @@ struct constant {
 constexpr int kBefore = 0x90;  ///< lanes 0 0 1 2
 constexpr int kAfter = 0xF9;   ///< lanes 1 2 3 3
 
-/// What a block inside of a run upwards adds if its shape is a grid's.
-template <int kCount>
-[[gnu::always_inline]] inline void grid_block(const double* a, core_int length, __m256d factor, __m256d alpha,
-                                              const double* x, core_int row, double* const* y_at) {
-  constexpr int kMiddle = (kCount - 3) / 2, kSingle = kCount - 3;
-  __m256d v[kCount];
-#pragma GCC unroll 8
-  for (int k = 0; k + 2 <= kCount; k += 2) {
-    const entry_pair pair = two_entries(a + k, length);
-    v[k] = pair.first;
-    v[k + 1] = pair.second;
-  }
-  v[kCount - 1] = one_entry(a + kCount - 1, length);
-  const double* const middle = a + kMiddle;
-  double* const y = y_at[kSingle] + row;
-  const __m256d before = _mm256_blend_pd(_mm256_permute4x64_pd(v[kMiddle + 2], kBefore),
-                                         _mm256_broadcast_sd(middle + 2 - length), 1);
-  const __m256d after = _mm256_blend_pd(_mm256_permute4x64_pd(v[kMiddle], kAfter),
-                                        _mm256_broadcast_sd(middle + kRunWidth * length), 8);
-  __m256d sum = _mm256_fmadd_pd(before, _mm256_mul_pd(alpha, _mm256_loadu_pd(x - 1)), _mm256_loadu_pd(y));
-  sum = _mm256_fmadd_pd(v[kMiddle + 1], factor, sum);
-  sum = _mm256_fmadd_pd(after, _mm256_mul_pd(alpha, _mm256_loadu_pd(x + 1)), sum);
-  _mm256_storeu_pd(y, sum);
-#pragma GCC unroll 8
-  for (int t = 0; t < kSingle; ++t) {
-    double* const to = y_at[t] + row;
-    _mm256_storeu_pd(to, _mm256_fmadd_pd(v[t < kMiddle ? t : t + 3], factor, _mm256_loadu_pd(to)));
-  }
-}
-
 /// What entries add outside of their rows; with sums also the product of the rows themselves, before that.
 /// kWay = 1: rows upwards, -1: downwards.
-template <int kCount, int kWay, bool kSums, bool kGrid = false>
+template <int kCount, int kWay, bool kSums>
 [[gnu::noinline]] void scatter_run(const run_product& product, const run_search& search, row_run run) {
   constexpr int kPlaces = kCount > 0 ? kCount : kLargestRunRow;
   const run_shape& shape = search.shape;
@@ -361,87 +407,76 @@ template <int kCount, int kWay, bool kSums, bool kGrid = false>
     }
     const __m256d x_of_rows = _mm256_loadu_pd(own_x + i), factor = _mm256_mul_pd(scatter_alpha, x_of_rows);
     const bool is_inside = i != run.row && i + kRunWidth != row_end;
-    const auto any_block = [&] {
-      __m256d sum = _mm256_setzero_pd();
-      const auto take = [&](core_int k, __m256d v) {
-        _mm256_store_pd(values[k], v);
-        if constexpr (kSums) sum = _mm256_fmadd_pd(v, _mm256_loadu_pd(x[k] + i), sum);
-      };
-      core_int k = 0;
+    __m256d sum = _mm256_setzero_pd();
+    const auto take = [&](core_int k, __m256d v) {
+      _mm256_store_pd(values[k], v);
+      if constexpr (kSums) sum = _mm256_fmadd_pd(v, _mm256_loadu_pd(x[k] + i), sum);
+    };
+    core_int k = 0;
 #pragma GCC unroll 8
-      for (; k + 2 <= count; k += 2) {
-        const entry_pair v = two_entries(a + k, length);
-        take(k, v.first);
-        take(k + 1, v.second);
-      }
-      if (k < count) take(k, one_entry(a + k, length));
+    for (; k + 2 <= count; k += 2) {
+      const entry_pair v = two_entries(a + k, length);
+      take(k, v.first);
+      take(k + 1, v.second);
+    }
+    if (k < count) take(k, one_entry(a + k, length));
 
-      const auto add_targets = [&](auto inside) {
-        // Beside the first and the last block are rows that are none of the run's, what they add to stays;
-        // and what was stored in other widths a moment ago would make a vector wait.
-        constexpr bool kInside = decltype(inside)::value;
-        const auto load = [&](const double* y, bool was_stored) {
-          return !kInside && was_stored ? one_by_one(y) : _mm256_loadu_pd(y);
-        };
-        const auto store = [&](double* y, __m256d result) {
-          if (!kInside && partial) result = _mm256_blendv_pd(result, one_by_one(y), done);
-          _mm256_storeu_pd(y, result);
-        };
-        const auto add_before = [&](int entry, __m256d y) {
-          const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kBefore);
-          if (!kInside && i == run.row)
-            return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kBefore), y), y, 1);
-          return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry - length), 1),
-                                 _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i - 1)), y);
-        };
-        const auto add_after = [&](int entry, __m256d y) {
-          const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kAfter);
-          if (!kInside && i + kRunWidth == row_end)
-            return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kAfter), y), y, 8);
-          return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry + block), 8),
-                                 _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i + 1)), y);
-        };
-        const auto add_all = [&](const run_target& target, __m256d y) {
-          if (kWay > 0 && target.before >= 0) y = add_before(target.before, y);
-          if (kWay < 0 && target.after >= 0) y = add_after(target.after, y);
-          if (target.same >= 0) y = _mm256_fmadd_pd(_mm256_load_pd(values[target.same]), factor, y);
-          if (kWay > 0 && target.after >= 0) y = add_after(target.after, y);
-          if (kWay < 0 && target.before >= 0) y = add_before(target.before, y);
-          return y;
-        };
-        if constexpr (kSums) {
-          double* const y = product.y + i;
-          const __m256d of_rows = product.m->overwrites ? _mm256_mul_pd(alpha, sum)
-                                                        : _mm256_fmadd_pd(alpha, sum, load(y, partial));
-          store(y, add_all(shape.own, of_rows));
-        }
-        int t = 0;
-        for (; t < shape.single_targets; ++t) {
-          double* const y = search.y_at[t] + i;
-          store(y, _mm256_fmadd_pd(_mm256_load_pd(values[shape.at[t].same]), factor, load(y, partial)));
-        }
-        for (; t < shape.targets; ++t) {
-          double* const y = search.y_at[t] + i;
-          store(y, add_all(shape.at[t], load(y, partial || i == first_block)));
-        }
+    const auto add_targets = [&](auto inside) {
+      // Beside the first and the last block are rows that are none of the run's, what they add to stays;
+      // and what was stored in other widths a moment ago would make a vector wait.
+      constexpr bool kInside = decltype(inside)::value;
+      const auto load = [&](const double* y, bool was_stored) {
+        return !kInside && was_stored ? one_by_one(y) : _mm256_loadu_pd(y);
+      };
+      const auto store = [&](double* y, __m256d result) {
+        if (!kInside && partial) result = _mm256_blendv_pd(result, one_by_one(y), done);
+        _mm256_storeu_pd(y, result);
+      };
+      const auto add_before = [&](int entry, __m256d y) {
+        const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kBefore);
+        if (!kInside && i == run.row)
+          return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kBefore), y), y, 1);
+        return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry - length), 1),
+                               _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i - 1)), y);
+      };
+      const auto add_after = [&](int entry, __m256d y) {
+        const __m256d v = _mm256_permute4x64_pd(_mm256_load_pd(values[entry]), kAfter);
+        if (!kInside && i + kRunWidth == row_end)
+          return _mm256_blend_pd(_mm256_fmadd_pd(v, _mm256_permute4x64_pd(factor, kAfter), y), y, 8);
+        return _mm256_fmadd_pd(_mm256_blend_pd(v, _mm256_broadcast_sd(a + entry + block), 8),
+                               _mm256_mul_pd(scatter_alpha, _mm256_loadu_pd(own_x + i + 1)), y);
+      };
+      const auto add_all = [&](const run_target& target, __m256d y) {
+        if (kWay > 0 && target.before >= 0) y = add_before(target.before, y);
+        if (kWay < 0 && target.after >= 0) y = add_after(target.after, y);
+        if (target.same >= 0) y = _mm256_fmadd_pd(_mm256_load_pd(values[target.same]), factor, y);
+        if (kWay > 0 && target.after >= 0) y = add_after(target.after, y);
+        if (kWay < 0 && target.before >= 0) y = add_before(target.before, y);
+        return y;
       };
       if constexpr (kSums) {
-        if (product.adds_x) sum = _mm256_add_pd(sum, x_of_rows);
+        double* const y = product.y + i;
+        const __m256d of_rows =
+            product.m->overwrites ? _mm256_mul_pd(alpha, sum) : _mm256_fmadd_pd(alpha, sum, load(y, partial));
+        store(y, add_all(shape.own, of_rows));
       }
-      if (is_inside) [[likely]]
-        add_targets(constant<true>());
-      else
-        add_targets(constant<false>());
+      int t = 0;
+      for (; t < shape.single_targets; ++t) {
+        double* const y = search.y_at[t] + i;
+        store(y, _mm256_fmadd_pd(_mm256_load_pd(values[shape.at[t].same]), factor, load(y, partial)));
+      }
+      for (; t < shape.targets; ++t) {
+        double* const y = search.y_at[t] + i;
+        store(y, add_all(shape.at[t], load(y, partial || i == first_block)));
+      }
     };
-    if constexpr (kGrid) {
-      if (is_inside) [[likely]] {
-        grid_block<kCount>(a, length, factor, scatter_alpha, own_x + i, i, search.y_at);
-      } else {
-        any_block();
-      }
-    } else {
-      any_block();
+    if constexpr (kSums) {
+      if (product.adds_x) sum = _mm256_add_pd(sum, x_of_rows);
     }
+    if (is_inside) [[likely]]
+      add_targets(constant<true>());
+    else
+      add_targets(constant<false>());
 
     i += kWay * kRunWidth;
     a += kWay * block;
@@ -464,21 +499,158 @@ constexpr decltype(&scatter_run<0, 1, false>) kScatterRun[] = {
     scatter_run<3, kWay, kSums>, scatter_run<4, kWay, kSums>, scatter_run<5, kWay, kSums>,
     scatter_run<6, kWay, kSums>, scatter_run<7, kWay, kSums>, scatter_run<8, kWay, kSums>};
 
-[[gnu::always_inline]] inline auto kernel_for_scatter(const run_shape& shape) {
-  const int count = shape.last - shape.first;
-  if (is_grid(shape)) {
-    if (count == 3) return scatter_run<3, 1, false, true>;
-    if (count == 5) return scatter_run<5, 1, false, true>;
-    if (count == 7) return scatter_run<7, 1, false, true>;
+/// Mirrored rows of a grid: two entries at the diagonal, the others far apart. Begins at the run's first row
+/// in the walk's order and takes blocks as long as the rows go on, limit rows at most; returns how many. What
+/// the first row adds to the row before comes first; the last block has no row behind that it counts on.
+template <int kCount, int kWay, bool kStreams>
+[[gnu::noinline]] core_int mirror_blocks(const run_product& product, const run_search& search, core_int row,
+                                         core_int limit) {
+  constexpr int kSingle = kCount - 2, kFirstSingle = kWay > 0 ? 0 : 2, kBlock = kRunWidth * kCount;
+  constexpr int kNeighbour = kWay > 0 ? kCount - 2 : 1;
+  const csr_slice* const m = product.m;
+  const bool overwrites = m->overwrites;
+  const double *const x = product.x, one_alpha = product.alpha;
+  double* const y = product.y;
+  const __m256d alpha = _mm256_set1_pd(one_alpha);
+  const core_int first = kWay > 0 ? row : row - (kRunWidth - 1), start = m->begin[first] - m->base;
+  const double* a = product.a + start;
+  const int *columns = m->columns + start, *const bounds = kWay > 0 ? m->end : m->begin;
+  const double* x_at[kCount];
+  double* y_at[kCount];
+#pragma GCC unroll 8
+  for (int t = 0; t < kSingle; ++t) {
+    x_at[t] = x + search.offsets[t + kFirstSingle];
+    y_at[t] = search.y_at[t];
   }
-  return kScatterRun<1, false>[kernel_of(shape)];
+  const auto take = [&](core_int i, auto is_last) {
+    if constexpr (kStreams) {
+      ask_ahead_for_block(a, columns, kBlock, kWay * 2048);
+      ask_for(y + i + kWay * kVectorAhead);
+      ask_for(x + i + kWay * kVectorAhead);
+    }
+    const row_block<kCount> block = block_at<kCount>(a);
+    const __m256d x_of_rows = _mm256_loadu_pd(x + i), factor = _mm256_mul_pd(alpha, x_of_rows);
+    __m256d sum = _mm256_setzero_pd();
+#pragma GCC unroll 8
+    for (int k = 0; k < kCount; ++k) {
+      const int t = k - kFirstSingle;
+      const __m256d factors = t >= 0 && t < kSingle ? _mm256_loadu_pd(x_at[t] + i)
+                              : k == kNeighbour     ? _mm256_loadu_pd(x + i - kWay)
+                                                    : x_of_rows;
+      sum = _mm256_fmadd_pd(block.entry[k], factors, sum);
+    }
+    const __m256d of_rows =
+        overwrites ? _mm256_mul_pd(alpha, sum) : _mm256_fmadd_pd(alpha, sum, _mm256_loadu_pd(y + i));
+    // Entries beside the diagonal of the rows behind.
+    __m256d behind = _mm256_permute4x64_pd(block.entry[kNeighbour], kWay > 0 ? kAfter : kBefore);
+    constexpr int kOutside = kWay > 0 ? 8 : 1;
+    if constexpr (is_last.value) {
+      const __m256d factors = _mm256_permute4x64_pd(factor, kWay > 0 ? kAfter : kBefore);
+      _mm256_storeu_pd(y + i, _mm256_blend_pd(_mm256_fmadd_pd(behind, factors, of_rows), of_rows, kOutside));
+    } else {
+      behind = _mm256_blend_pd(behind, _mm256_broadcast_sd(a + kNeighbour + (kWay > 0 ? kBlock : -kCount)),
+                               kOutside);
+      const __m256d factors = _mm256_mul_pd(alpha, _mm256_loadu_pd(x + i + kWay));
+      _mm256_storeu_pd(y + i, _mm256_fmadd_pd(behind, factors, of_rows));
+    }
+#pragma GCC unroll 8
+    for (int t = 0; t < kSingle; ++t) {
+      double* const to = y_at[t] + i;
+      _mm256_storeu_pd(to, _mm256_fmadd_pd(block.entry[t + kFirstSingle], factor, _mm256_loadu_pd(to)));
+    }
+  };
+  const int first_in_walk = kWay > 0 ? kNeighbour : (kRunWidth - 1) * kCount + kNeighbour;
+  y[row - kWay] = __builtin_fma(a[first_in_walk], one_alpha * x[row], y[row - kWay]);
+  core_int i = first, left = limit - kRunWidth;
+  for (; left >= kRunWidth && goes_on<kCount, kWay>(columns, bounds + i); left -= kRunWidth) {
+    take(i, constant<false>());
+    i += kWay * kRunWidth;
+    a += kWay * kBlock;
+    columns += kWay * kBlock;
+  }
+  take(i, constant<true>());
+  return kWay * (i - first) + kRunWidth;
 }
+template <int kWay, bool kStreams>
+constexpr decltype(&mirror_blocks<2, kWay, kStreams>) kMirrorBlocks[kLargestMirroredGridRow - 1] = {
+    mirror_blocks<2, kWay, kStreams>, mirror_blocks<3, kWay, kStreams>, mirror_blocks<4, kWay, kStreams>};
+
+/// Scattered rows of a grid, as mirror_blocks takes them: three entries at the diagonal, the others far
+/// apart.
+template <int kCount>
+[[gnu::noinline]] core_int scatter_blocks(const run_product& product, const run_search& search, core_int row,
+                                          core_int limit) {
+  constexpr int kMiddle = (kCount - 3) / 2, kSingle = kCount - 3, kBlock = kRunWidth * kCount;
+  const csr_slice* const m = product.m;
+  const double *const x = product.x, one_alpha = product.scatter_alpha;
+  const __m256d alpha = _mm256_set1_pd(one_alpha);
+  const core_int start = m->begin[row] - m->base;
+  const double* a = product.a + start;
+  const int *columns = m->columns + start, *const ends = m->end;
+  double* const y = search.y_at[kSingle];
+  double* y_at[kCount];
+#pragma GCC unroll 8
+  for (int t = 0; t < kSingle; ++t) y_at[t] = search.y_at[t];
+  const auto take = [&](core_int i, auto is_first, auto is_last) {
+    const row_block<kCount> block = block_at<kCount>(a);
+    const __m256d factor = _mm256_mul_pd(alpha, _mm256_loadu_pd(x + i));
+    // The row before the run has just stored single elements, which would make a vector wait.
+    __m256d sum = is_first.value ? one_by_one(y + i) : _mm256_loadu_pd(y + i);
+    const __m256d before = _mm256_permute4x64_pd(block.entry[kMiddle + 2], kBefore);
+    if constexpr (is_first.value) {
+      sum = _mm256_blend_pd(_mm256_fmadd_pd(before, _mm256_permute4x64_pd(factor, kBefore), sum), sum, 1);
+    } else {
+      sum = _mm256_fmadd_pd(_mm256_blend_pd(before, _mm256_broadcast_sd(a + kMiddle + 2 - kCount), 1),
+                            _mm256_mul_pd(alpha, _mm256_loadu_pd(x + i - 1)), sum);
+    }
+    sum = _mm256_fmadd_pd(block.entry[kMiddle + 1], factor, sum);
+    const __m256d after = _mm256_permute4x64_pd(block.entry[kMiddle], kAfter);
+    if constexpr (is_last.value) {
+      sum = _mm256_blend_pd(_mm256_fmadd_pd(after, _mm256_permute4x64_pd(factor, kAfter), sum), sum, 8);
+    } else {
+      sum = _mm256_fmadd_pd(_mm256_blend_pd(after, _mm256_broadcast_sd(a + kMiddle + kBlock), 8),
+                            _mm256_mul_pd(alpha, _mm256_loadu_pd(x + i + 1)), sum);
+    }
+    _mm256_storeu_pd(y + i, sum);
+#pragma GCC unroll 8
+    for (int t = 0; t < kSingle; ++t) {
+      double* const to = y_at[t] + i;
+      _mm256_storeu_pd(to,
+                       _mm256_fmadd_pd(block.entry[t < kMiddle ? t : t + 3], factor, _mm256_loadu_pd(to)));
+    }
+  };
+  y[row - 1] = __builtin_fma(a[kMiddle], one_alpha * x[row], y[row - 1]);
+  core_int i = row, left = limit - 2 * kRunWidth;
+  const auto step = [&] {
+    i += kRunWidth;
+    a += kBlock;
+    columns += kBlock;
+  };
+  take(i, constant<true>(), constant<false>());
+  step();
+  for (; left >= kRunWidth && goes_on<kCount, 1>(columns, ends + i); left -= kRunWidth) {
+    take(i, constant<false>(), constant<false>());
+    step();
+  }
+  take(i, constant<false>(), constant<true>());
+  const core_int end = i + kRunWidth;
+  y[end] = __builtin_fma(a[kBlock - kCount + kMiddle + 2], one_alpha * x[end - 1], y[end]);
+  return end - row;
+}
+constexpr decltype(&scatter_blocks<3>) kScatterBlocks[] = {scatter_blocks<3>, scatter_blocks<5>,
+                                                           scatter_blocks<7>};
 
 template <csr_part kPart>
 [[gnu::noinline]] core_int scatter_runs(const run_product& product, core_int i, core_int last,
                                         run_search& search) {
   const row_run found = find_run<run_use::kScatter, kPart, 1>(product, i, last - i, search);
-  if (found.rows != 0) kernel_for_scatter(search.shape)(product, search, found);
+  if (found.rows == 0) return 0;
+  if (search.in_blocks) {
+    const core_int rows = kScatterBlocks[(search.length - 3) / 2](product, search, i, last - i);
+    search.run_end = i + rows;
+    return rows;
+  }
+  kScatterRun<1, false>[kernel_of(search.shape)](product, search, found);
   return found.rows;
 }
 
