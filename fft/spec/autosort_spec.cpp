@@ -103,7 +103,8 @@ bool autosort_spec<R>::make_whole(const half_circle& roots) {
 
 template <class R>
 core_int autosort_spec<R>::pitch_of_parts(core_int lines) const {
-  return (length * lines + 7) / 8 * 8 + kGap;
+  const core_int reals = length * lines;
+  return (reals + kCacheLine - 1) / kCacheLine * kCacheLine + gap_after(reals);
 }
 template <class R>
 core_int autosort_spec<R>::work_reals(core_int lines) const {
@@ -112,7 +113,7 @@ core_int autosort_spec<R>::work_reals(core_int lines) const {
 
 template <class R>
 core_int autosort_spec<R>::most_work_reals(core_int longest, core_int lines) {
-  return 4 * (longest * lines + 8 + kGap) + 2 * 16 * (core_int{kLargestDirect} + 1);
+  return 4 * (longest * lines + 4 * kCacheLine) + 2 * 16 * (core_int{kLargestDirect} + 1);
 }
 
 template <class R>

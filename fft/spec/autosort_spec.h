@@ -62,7 +62,7 @@ struct autosort_spec {
   void run_line(const C* input, C* output, R* work, direction way, const team& members) const;
   core_int scratch_reals() const { return scratch_of(largest_generic); }
   /// At most what any line of more than 16 elements needs, whatever its radices.
-  static constexpr core_int least_work_reals(core_int n) { return 4 * (n + kGap) + scratch_of(0); }
+  static constexpr core_int least_work_reals(core_int n) { return 4 * n + scratch_of(0); }
   /// Lines side by side, in place or out. ahead: how far away, in elements, the lines lie that are asked for
   /// meanwhile, because the next call takes them; 0: none.
   void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way,
@@ -73,8 +73,12 @@ struct autosort_spec {
   bool make_whole(const half_circle& roots);
   core_int sum_pitch() const { return (length / 2 + kSumPitch - 1) / kSumPitch * kSumPitch; }
   static constexpr core_int kSumPitch = 64 / static_cast<core_int>(sizeof(R));
-  /// Between the arrays of parts: without it powers of two would put all four of them on the same cache sets.
-  static constexpr core_int kGap = 24;
+  static constexpr core_int kCacheLine = 64 / core_int{sizeof(R)};
+  /// Between the arrays of parts, which begin with cache lines: without it powers of two would put all four
+  /// of them on the same cache sets. Arrays that are short enough share none anyway.
+  static constexpr core_int gap_after(core_int reals) {
+    return reals * core_int{sizeof(R)} < 1024 ? 0 : 3 * kCacheLine;
+  }
   static constexpr core_int scratch_of(core_int radix) { return 2 * 16 * (radix + 1); }
   const R* run_middle(R* work, core_int lines) const;
   void run_pass(const pass& p, const pass_part& part, const R* from, R* to, core_int pitch, R* scratch) const;
