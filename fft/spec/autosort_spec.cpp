@@ -102,11 +102,6 @@ bool autosort_spec<R>::make_whole(const half_circle& roots) {
 }
 
 template <class R>
-core_int autosort_spec<R>::pitch_of_parts(core_int lines) const {
-  const core_int reals = length * lines;
-  return (reals + kCacheLine - 1) / kCacheLine * kCacheLine + gap_after(reals);
-}
-template <class R>
 core_int autosort_spec<R>::work_reals(core_int lines) const {
   return length <= kStraightLengths ? 0 : 4 * pitch_of_parts(lines) + scratch_reals();
 }

@@ -62,7 +62,7 @@ struct autosort_spec {
   void run_line(const C* input, C* output, R* work, direction way, const team& members) const;
   core_int scratch_reals() const { return scratch_of(largest_generic); }
   /// At most what any line of more than 16 elements needs, whatever its radices.
-  static constexpr core_int least_work_reals(core_int n) { return 4 * n + scratch_of(0); }
+  static constexpr core_int least_work_reals(core_int n) { return 4 * pitch_of(n) + scratch_of(0); }
   /// Lines side by side, in place or out. ahead: how far away, in elements, the lines lie that are asked for
   /// meanwhile, because the next call takes them; 0: none.
   void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way,
@@ -79,10 +79,13 @@ struct autosort_spec {
   static constexpr core_int gap_after(core_int reals) {
     return reals * core_int{sizeof(R)} < 1024 ? 0 : 3 * kCacheLine;
   }
+  static constexpr core_int pitch_of(core_int reals) {
+    return (reals + kCacheLine - 1) / kCacheLine * kCacheLine + gap_after(reals);
+  }
   static constexpr core_int scratch_of(core_int radix) { return 2 * 16 * (radix + 1); }
   const R* run_middle(R* work, core_int lines) const;
   void run_pass(const pass& p, const pass_part& part, const R* from, R* to, core_int pitch, R* scratch) const;
-  core_int pitch_of_parts(core_int lines) const;
+  core_int pitch_of_parts(core_int lines) const { return pitch_of(length * lines); }
 };
 
 /// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows.
