@@ -84,8 +84,10 @@ struct autosort_kernels {
   /// The transform of half complex numbers becomes the one of the reals in them, is multiplied by factors and
   /// goes back to before its end step; half is even, roots those of real_ends.
   void (*real_filter)(C* data, core_int half, const C* roots, const C* factors);
-  /// roots[i] = exp(-2 pi i (start + step i) / n) for i < count, all within an eighth of the circle from 1.
-  void (*roots_of_unity)(complex16* roots, core_int count, core_int start, core_int step, core_int n);
+  /// roots[i] = exp(-2 pi i numerators[i] / n) for i < count, numerators 0 .. n - 1; null: 0, 1, 2 ...
+  void (*roots_of_unity)(complex16* roots, const int* numerators, core_int count, core_int n);
+  /// re[j] + i im[j] = exp(-2 pi i j step / n), j < count, count step <= n, from the roots up to half of n.
+  void (*spread_roots)(const complex16* half, core_int step, core_int count, core_int n, R* re, R* im);
 };
 
 template <class C, class R>

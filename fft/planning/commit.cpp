@@ -21,7 +21,8 @@ long_facts long_facts_of(const dfti_node& first) {
           first.threads,
           first.number_of_user_threads,
           serv_threads_dynamic() != 0,
-          serv_cpu_level() >= kFirstNativeLevel};
+          serv_cpu_level() >= kFirstNativeLevel,
+          first.precision == DFTI_SINGLE};
 }
 
 /// A commit: a fast plan, else a long line on several threads, else the plans of the nodes.

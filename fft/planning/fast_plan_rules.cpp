@@ -14,6 +14,15 @@ namespace {
 
 constexpr core_int kLargestSmallPlan = 4096;
 
+/// Bytes of work that no plan of such a line goes without; powers of two of portable levels need none.
+core_int least_work(const line_facts& f) {
+  if (f.native) {
+    return f.single ? autosort_spec<float>::least_work_reals(f.length) * core_int{sizeof(float)}
+                    : autosort_spec<double>::least_work_reals(f.length) * core_int{sizeof(double)};
+  }
+  return (f.length & (f.length - 1)) == 0 ? 0 : 16 * f.length;
+}
+
 template <class R>
 int flag_for(R forward, R backward, core_int length) {
   const R by_n = 1 / static_cast<R>(length), by_root = 1 / std::sqrt(static_cast<R>(length));
@@ -43,6 +52,7 @@ bool takes_straight_kernel(const line_facts& f) {
 
 int small_plan_flag(const line_facts& f) {
   if (!is_plain_line(f) || f.length > kLargestSmallPlan) return 0;
+  if (f.length > kStraightLengths && least_work(f) >= kSmallPlanWorkspace) return 0;
   return f.single
              ? flag_for(static_cast<float>(f.forward_scale), static_cast<float>(f.backward_scale), f.length)
              : flag_for(f.forward_scale, f.backward_scale, f.length);

@@ -22,7 +22,8 @@ struct line_facts {
 bool is_plain_line(const line_facts& facts);
 /// Whether a straight-line kernel without scale takes the line.
 bool takes_straight_kernel(const line_facts& facts);
-/// The flag with which a small plan takes the line, its scales folded in; 0 if none does.
+/// The flag with which a small plan takes the line, its scales folded in, unless it turns out to need too
+/// much work; 0 if none can.
 int small_plan_flag(const line_facts& facts);
 /// Whether a small plan comes to one kernel without scale, which is then called at once.
 bool is_straight_small_plan(const line_facts& facts);

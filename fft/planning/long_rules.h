@@ -17,6 +17,7 @@ struct long_facts {
   int user_threads;  ///< of the application
   bool dynamic;      ///< the count of threads may be lowered
   bool native;       ///< kernels of a native level
+  bool single;       ///< precision
 };
 
 enum class long_tier : int {

@@ -145,11 +145,12 @@ autosort_plan plan_autosort(core_int length) {
   const int twos = take_out(left, 2), threes = take_out(left, 3), fives = take_out(left, 5);
   bool generic = false;
   autosort_plan rest{};
-  for (int divisor = 7; left > 1; divisor += 2) {
+  for (core_int divisor = 7; left > 1; divisor += 2) {
+    if (divisor * divisor > left) divisor = left;
     if (divisor > kLargestDirect) return {};
-    const int times = take_out(left, divisor);
-    if (times > 0 && !has_autosort_pass(divisor)) generic = true;
-    add(rest, divisor, times);
+    const int times = take_out(left, static_cast<int>(divisor));
+    if (times > 0 && !has_autosort_pass(static_cast<int>(divisor))) generic = true;
+    add(rest, static_cast<int>(divisor), times);
   }
   const smooth_product smooth = cheapest_product(twos, threes, fives);
   if (smooth.first > 1) add(plan, smooth.first);
@@ -202,22 +203,24 @@ double native_cost(core_int length) {
 }
 
 core_int primitive_root(core_int prime) {
-  const auto power = [prime](core_int base, core_int exponent) {
+  const residues modulo(prime);
+  const auto power = [&](core_int base, core_int exponent) {
     core_int result = 1;
-    for (; exponent > 0; exponent /= 2, base = base * base % prime) {
-      if (exponent % 2 == 1) result = result * base % prime;
+    for (; exponent > 0; exponent /= 2, base = modulo.product(base, base)) {
+      if (exponent % 2 == 1) result = modulo.product(result, base);
     }
     return result;
   };
-  for (core_int root = 2;; ++root) {
-    bool primitive = true;
-    core_int left = prime - 1;
-    for (core_int divisor = 2; left > 1 && primitive; ++divisor) {
-      if (divisor * divisor > left) divisor = left;
-      if (take_out(left, static_cast<int>(divisor)) > 0) primitive = power(root, (prime - 1) / divisor) != 1;
-    }
-    if (primitive) return root;
+  core_int exponents[8];  // one for each prime factor of prime - 1, of which 2^26 has room for no more
+  int count = 0;
+  core_int left = prime - 1;
+  for (core_int divisor = 2; left > 1; divisor += divisor == 2 ? 1 : 2) {
+    if (divisor * divisor > left) divisor = left;
+    if (take_out(left, static_cast<int>(divisor)) > 0) exponents[count++] = (prime - 1) / divisor;
   }
+  core_int root = 2;
+  while (std::any_of(exponents, exponents + count, [&](core_int e) { return power(root, e) == 1; })) ++root;
+  return root;
 }
 
 bool prefers_rader(core_int prime, core_int padded) {

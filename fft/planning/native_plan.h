@@ -55,6 +55,19 @@ double native_cost(core_int length);
 /// Whether a prime line is better transformed as a cyclic convolution of prime - 1 points than as one with a
 /// chirp of `padded` points.
 bool prefers_rader(core_int prime, core_int padded);
+/// Products modulo n < 2^26, which stay below 2^53, so that the quotient is the rounded one or next to it.
+class residues {
+ public:
+  explicit residues(core_int n) : n_(n), inverse_(1.0 / static_cast<double>(n)) {}
+  core_int product(core_int a, core_int b) const {
+    const core_int rest = a * b - static_cast<core_int>(static_cast<double>(a * b) * inverse_) * n_;
+    return rest + (rest < 0 ? n_ : rest >= n_ ? -n_ : 0);
+  }
+
+ private:
+  core_int n_;
+  double inverse_;
+};
 /// The smallest number whose powers modulo an odd prime are all of 1 .. prime - 1.
 core_int primitive_root(core_int prime);
 

@@ -14,9 +14,6 @@ int index_of(int radix) {
   return found == std::end(kAutosortRadices) ? -1 : static_cast<int>(found - kAutosortRadices);
 }
 
-// Between the arrays of parts: without it powers of two would put all four of them on the same cache sets.
-constexpr core_int kGap = 24;
-
 }  // namespace
 
 template <class R>
@@ -24,31 +21,43 @@ bool autosort_spec<R>::make(core_int n, line_use use) {
   kernels = native_passes<R>();
   in_columns = use == line_use::kAny;
   length = static_cast<int>(n);
-  if (n <= kStraightLengths) return true;
-  const autosort_plan plan = plan_autosort(n);
+  const bool held = register_kernel<R>(n, kForward) != nullptr;
+  if (n <= kStraightLengths || (held && !in_columns)) return true;
   half_circle roots;
-  if (!roots.make(n) || !make_whole(roots)) return false;
+  if (!roots.make(n)) return false;
+  if (!held) {
+    whole = plan_whole_line(n);
+    if (!make_whole(roots)) return false;
+    if (whole.method != whole_line::kPasses && !in_columns) return true;
+  }
+  return make_passes(roots);
+}
+
+template <class R>
+bool autosort_spec<R>::make_passes(const half_circle& roots) {
+  const autosort_plan plan = plan_autosort(length);
   pass_count = plan.count;
-  core_int left = n;
+  core_int left = length;
   for (int i = 0; i < plan.count; ++i) {
     pass& p = passes[i];
     p.radix = plan.radices[i];
     p.index = index_of(p.radix);
-    const core_int step = n / left;
+    const core_int step = length / left;
     p.m = left / p.radix;
     if (i > 0 || in_columns) {
       p.twiddles = make_table<C>(std::max<core_int>(1, (p.radix - 1) * p.m));
       if (p.twiddles == nullptr) return false;
       C* next = p.twiddles.get();
       for (core_int j = 0; j < p.m; ++j) {
-        for (core_int k = 1; k < p.radix; ++k) *next++ = narrowed<C>(roots[j * k * step]);
+        for (core_int k = 1, at = j * step; k < p.radix; ++k, at += j * step)
+          *next++ = narrowed<C>(roots.anywhere(at));
       }
     }
     if (p.index < 0) {
       p.roots = make_table<C>(p.radix);
       if (p.roots == nullptr) return false;
       for (core_int j = 0; j < p.radix; ++j) {
-        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[j * (n / p.radix)]);
+        p.roots[static_cast<size_t>(j)] = narrowed<C>(roots[j * (length / p.radix)]);
       }
       largest_generic = std::max(largest_generic, p.radix);
     }
@@ -58,50 +67,40 @@ bool autosort_spec<R>::make(core_int n, line_use use) {
   line_twiddles = make_table<R>(std::max<core_int>(1, 2 * (first.radix - 1) * first.m));
   if (line_twiddles == nullptr) return false;
   R* next = line_twiddles.get();
-  for (core_int k = 1; k < first.radix; ++k, next += 2 * first.m) {
-    for (core_int j = 0; j < first.m; ++j) {
-      const C w = narrowed<C>(roots[j * k]);
-      next[j] = w.real;
-      next[first.m + j] = w.imag;
-    }
-  }
+  for (core_int k = 1; k < first.radix; ++k, next += 2 * first.m)
+    kernels->spread_roots(roots.get(), k, first.m, length, next, next + first.m);
   return true;
 }
 
 template <class R>
 bool autosort_spec<R>::make_whole(const half_circle& roots) {
-  whole = plan_whole_line(length);
   if (whole.method == whole_line::kTwoSteps) {
     step_twiddles = make_table<C>(length);
     if (step_twiddles == nullptr) return false;
     for (int k = 0; k < whole.rows; ++k)
       for (int j = 0; j < whole.columns; ++j)
-        step_twiddles[static_cast<size_t>(k * whole.columns + j)] = narrowed<C>(roots[j * k]);
+        step_twiddles[static_cast<size_t>(k * whole.columns + j)] = narrowed<C>(roots.anywhere(j * k));
   } else if (whole.method == whole_line::kSums) {
     const core_int half = length / 2, pitch = sum_pitch();
     sum_factors = make_table<R>(2 * half * pitch);
-    const auto all_roots = make_root_table(length);
-    if (sum_factors == nullptr || all_roots == nullptr) return false;
-    std::fill_n(sum_factors.get(), 2 * half * pitch, R{0});
+    if (sum_factors == nullptr) return false;
     for (core_int j = 1; j <= half; ++j) {
-      R* const at = sum_factors.get() + (j - 1) * pitch;
+      R *const cosines = sum_factors.get() + (j - 1) * pitch, *const sines = cosines + half * pitch;
       core_int angle = 0;
       for (core_int k = 0; k < half; ++k) {
         angle += j;
         angle -= angle >= length ? length : 0;
-        const complex16 root = all_roots[static_cast<size_t>(angle)];
-        at[k] = static_cast<R>(root.real);
-        at[half * pitch + k] = static_cast<R>(-root.imag);
+        const complex16 root = roots.anywhere(angle);
+        cosines[k] = static_cast<R>(root.real);
+        sines[k] = static_cast<R>(-root.imag);
       }
+      std::fill(cosines + half, cosines + pitch, R{0});
+      std::fill(sines + half, sines + pitch, R{0});
     }
   }
   return true;
 }
 
-template <class R>
-core_int autosort_spec<R>::pitch_of_parts(core_int lines) const {
-  return (length * lines + 7) / 8 * 8 + kGap;
-}
 template <class R>
 core_int autosort_spec<R>::work_reals(core_int lines) const {
   return length <= kStraightLengths ? 0 : 4 * pitch_of_parts(lines) + scratch_reals();
@@ -109,7 +108,7 @@ core_int autosort_spec<R>::work_reals(core_int lines) const {
 
 template <class R>
 core_int autosort_spec<R>::most_work_reals(core_int longest, core_int lines) {
-  return 4 * (longest * lines + 8 + kGap) + 2 * 16 * (core_int{kLargestDirect} + 1);
+  return 4 * (longest * lines + 4 * kCacheLine) + 2 * 16 * (core_int{kLargestDirect} + 1);
 }
 
 template <class R>

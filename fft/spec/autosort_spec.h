@@ -48,7 +48,8 @@ struct autosort_spec {
   table<C> step_twiddles;  ///< of its two steps: exp(-2 pi i j k / n) at k columns + j
   table<R> sum_factors;    ///< of its sums: rows of cosines, then of sines
 
-  /// False if memory is out. A length of up to 16 needs no passes.
+  /// False if memory is out. A length of up to 16 needs no passes, nor does one that is transformed whole if
+  /// lines are never side by side.
   bool make(core_int n, line_use use);
   /// Reals of work for so many lines side by side.
   core_int work_reals(core_int lines) const;
@@ -59,19 +60,32 @@ struct autosort_spec {
   /// The same line by a team, the same bits: passes of at least three. Each thread needs scratch_reals of the
   /// work for itself, the first one's are part of work_reals.
   void run_line(const C* input, C* output, R* work, direction way, const team& members) const;
-  core_int scratch_reals() const { return 2 * 16 * (core_int{largest_generic} + 1); }
+  core_int scratch_reals() const { return scratch_of(largest_generic); }
+  /// At most what any line of more than 16 elements needs, whatever its radices.
+  static constexpr core_int least_work_reals(core_int n) { return 4 * pitch_of(n) + scratch_of(0); }
   /// Lines side by side, in place or out. ahead: how far away, in elements, the lines lie that are asked for
   /// meanwhile, because the next call takes them; 0: none.
   void run_columns(columns_of<const C> input, columns_of<C> output, core_int lines, R* work, direction way,
                    core_int ahead) const;
 
  private:
+  bool make_passes(const half_circle& roots);
   bool make_whole(const half_circle& roots);
   core_int sum_pitch() const { return (length / 2 + kSumPitch - 1) / kSumPitch * kSumPitch; }
   static constexpr core_int kSumPitch = 64 / static_cast<core_int>(sizeof(R));
+  static constexpr core_int kCacheLine = 64 / core_int{sizeof(R)};
+  /// Between the arrays of parts, which begin with cache lines: without it powers of two would put all four
+  /// of them on the same cache sets. Arrays that are short enough share none anyway.
+  static constexpr core_int gap_after(core_int reals) {
+    return reals * core_int{sizeof(R)} < 1024 ? 0 : 3 * kCacheLine;
+  }
+  static constexpr core_int pitch_of(core_int reals) {
+    return (reals + kCacheLine - 1) / kCacheLine * kCacheLine + gap_after(reals);
+  }
+  static constexpr core_int scratch_of(core_int radix) { return 2 * 16 * (radix + 1); }
   const R* run_middle(R* work, core_int lines) const;
   void run_pass(const pass& p, const pass_part& part, const R* from, R* to, core_int pitch, R* scratch) const;
-  core_int pitch_of_parts(core_int lines) const;
+  core_int pitch_of_parts(core_int lines) const { return pitch_of(length * lines); }
 };
 
 /// Element j1 columns + j2, frequency k1 + rows k2: lines down the columns, twiddles, lines along the rows.

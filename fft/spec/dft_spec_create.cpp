@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "fft/planning/native_plan.h"
 #include "fft/spec/dft_spec.h"
 #include "fft/spec/objects.h"
 
@@ -135,20 +136,26 @@ int build_bluestein(dft_spec<R>& spec) {
   spec.workspace_bytes += spec.inner->workspace_bytes + 64;
   spec.chirp = make_table<C>(n);
   spec.factor_spectrum = make_table<C>(padded);
-  if (spec.chirp == nullptr || spec.factor_spectrum == nullptr) return kSpecNoMemory;
-  C* spectrum = spec.factor_spectrum.get();
-  std::fill(spectrum + n, spectrum + padded - n + 1, C{});
-  half_circle roots;
-  if (!roots.make(2 * n)) return kSpecNoMemory;
-  for (core_int k = 0, square = 0; k < n; ++k) {
-    const complex16 w = roots.anywhere(square);
-    spec.chirp[static_cast<size_t>(k)] = narrowed<C>(w);
-    const C conjugate = narrowed<C>({w.real, -w.imag});
-    spectrum[k] = conjugate;
-    if (k > 0) spectrum[padded - k] = conjugate;
+  const auto squares = make_table<int>(n);
+  const auto roots = make_table<complex16>(n);
+  if (spec.chirp == nullptr || spec.factor_spectrum == nullptr || squares == nullptr || roots == nullptr)
+    return kSpecNoMemory;
+  for (int k = 0, square = 0; k < n; ++k) {
+    squares[static_cast<size_t>(k)] = square;
     square += 2 * k + 1;
-    if (square >= 2 * n) square -= 2 * n;
+    if (square >= 2 * n) square -= static_cast<int>(2 * n);
   }
+  if (!fill_roots_at(roots.get(), squares.get(), n, 2 * n)) return kSpecNoMemory;
+  C *spectrum = spec.factor_spectrum.get(), *const chirp = spec.chirp.get();
+  // The inverse transform's scale.
+  const double scale = 1.0 / static_cast<double>(padded);
+  for (core_int k = 0; k < n; ++k) {
+    const complex16 w = roots[static_cast<size_t>(k)];
+    chirp[k] = narrowed<C>(w);
+    spectrum[k] = narrowed<C>({w.real * scale, -w.imag * scale});
+  }
+  std::fill(spectrum + n, spectrum + padded - n + 1, C{});
+  for (core_int k = 1; k < n; ++k) spectrum[padded - k] = spectrum[k];
   // With the second buffer of a line's run, if it has one.
   table<C> second;
   if (spec.plan.second_buffer) {
@@ -156,11 +163,7 @@ int build_bluestein(dft_spec<R>& spec) {
     if (second == nullptr) return kSpecNoMemory;
     std::swap(second, spec.factor_spectrum);
   }
-  C* const result_of = spec.factor_spectrum.get();
-  if (const int result = dft_spec_run<R>(spectrum, result_of, spec.inner, nullptr, kForward)) return result;
-  spectrum = result_of;
-  level_kernels<R>().scale(spectrum, padded, static_cast<R>(1.0 / static_cast<double>(padded)));
-  return 0;
+  return dft_spec_run<R>(spectrum, spec.factor_spectrum.get(), spec.inner, nullptr, kForward);
 }
 
 /// What is known of the spectrum of w^(g^-k), of n - 1 elements, takes half of its errors away: its absolute
@@ -184,6 +187,22 @@ void polish_gauss_sums(C* spectrum, core_int n) {
   }
 }
 
+/// powers[k] = root^k modulo n, k < count.
+void fill_powers(int* powers, core_int count, core_int root, core_int n) {
+  // Chains, because each product waits for the one before it.
+  const residues modulo(n);
+  constexpr core_int kChains = 4;
+  core_int power[kChains + 1] = {1};
+  for (core_int i = 0; i < kChains; ++i) power[i + 1] = modulo.product(power[i], root);
+  const core_int leap = power[kChains];
+  for (core_int first = 0; first < count; first += kChains) {
+    for (core_int i = 0; i < std::min(kChains, count - first); ++i) {
+      powers[first + i] = static_cast<int>(power[i]);
+      power[i] = modulo.product(power[i], leap);
+    }
+  }
+}
+
 /// A prime's transform as a cyclic convolution of x[g^k] with w^(g^-k), g a primitive root (Rader, Proc. IEEE
 /// 56, 1968); the spectrum of the latter is kept.
 template <class R>
@@ -194,27 +213,19 @@ int build_rader(dft_spec<R>& spec) {
   spec.workspace_bytes += spec.inner->workspace_bytes + 64;
   spec.powers = make_table<int>(count);
   spec.factor_spectrum = make_table<C>(count);
-  half_circle roots;
-  if (spec.powers == nullptr || spec.factor_spectrum == nullptr || !roots.make(n)) return kSpecNoMemory;
+  const core_int half = count / 2;
+  const auto roots = make_table<complex16>(half);
+  if (spec.powers == nullptr || spec.factor_spectrum == nullptr || roots == nullptr) return kSpecNoMemory;
+  int* const powers = spec.powers.get();
+  fill_powers(powers, half, root, n);
+  if (!fill_roots_at(roots.get(), powers, half, n)) return kSpecNoMemory;
+  // The power at half of the way is -1.
   C* const spectrum = spec.factor_spectrum.get();
-  // Products stay below 2^53, so that the quotient is the rounded one or next to it. Chains, because each
-  // product waits for the one before it.
-  const double inverse = 1.0 / static_cast<double>(n);
-  const auto product = [=](core_int a, core_int b) {
-    const core_int rest = a * b - static_cast<core_int>(static_cast<double>(a * b) * inverse) * n;
-    return rest + (rest < 0 ? n : rest >= n ? -n : 0);
-  };
-  constexpr core_int kChains = 4;
-  core_int power[kChains + 1] = {1};
-  for (core_int i = 0; i < kChains; ++i) power[i + 1] = product(power[i], root);
-  const core_int leap = power[kChains];
-  for (core_int first = 0; first < count; first += kChains) {
-    for (core_int i = 0; i < std::min(kChains, count - first); ++i) {
-      const core_int k = first + i;
-      spec.powers[static_cast<size_t>(k)] = static_cast<int>(power[i]);
-      spectrum[k == 0 ? 0 : count - k] = narrowed<C>(roots.anywhere(power[i]));
-      power[i] = product(power[i], leap);
-    }
+  for (core_int k = 0; k < half; ++k) {
+    powers[half + k] = static_cast<int>(n) - powers[k];
+    const C w = narrowed<C>(roots[static_cast<size_t>(k)]);
+    spectrum[k == 0 ? 0 : count - k] = w;
+    spectrum[half - k] = {w.real, -w.imag};
   }
   if (const int result = dft_spec_run<R>(spectrum, spectrum, spec.inner, nullptr, kForward)) return result;
   polish_gauss_sums(spectrum, n);
@@ -288,13 +299,14 @@ int split_bytes(core_int length) {
 }
 
 /// The C library gives memory back to the system beyond twice the largest block that it has seen freed. A
-/// plan's tables are many blocks, and each new plan would touch new pages; a block of their size, never
-/// touched, raises that bound.
+/// plan's tables are many blocks, and each new plan would touch new pages; a block larger than all of them,
+/// never touched, raises that bound.
 template <class R>
 void keep_memory_at_hand(const line_plan& plan, core_int length) {
-  constexpr core_int kTables = 4, kSmallest = 131072;
-  const core_int count = kTables * std::max<core_int>(length, plan.padded);
-  if (count * core_int{sizeof(complex_of<R>)} >= kSmallest) make_table<complex_of<R>>(count);
+  constexpr core_int kTables = 4, kShortest = 64, kLeast = 262144;
+  if (length < kShortest) return;
+  const core_int bytes = kTables * std::max<core_int>(length, plan.padded) * core_int{sizeof(complex_of<R>)};
+  make_table<char>(std::max(bytes, kLeast));
 }
 
 }  // namespace

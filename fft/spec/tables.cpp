@@ -29,18 +29,20 @@ complex16 unit_root(core_int k, core_int n) {
 }
 
 void fill_roots(complex16* roots, core_int count, core_int n) {
-  const auto* const native = native_passes<double>();
-  if (native == nullptr) {
-    for (core_int k = 0; k < count; ++k) roots[k] = unit_root(k, n);
-    return;
+  if (const auto* const native = native_passes<double>())
+    return native->roots_of_unity(roots, nullptr, count, n);
+  for (core_int k = 0; k < count; ++k) roots[k] = unit_root(k, n);
+}
+
+bool fill_roots_at(complex16* roots, const int* numerators, core_int count, core_int n) {
+  if (const auto* const native = native_passes<double>()) {
+    native->roots_of_unity(roots, numerators, count, n);
+    return true;
   }
-  // Each third counts from its own axis: at angle 0, pi / 2, pi.
-  const core_int first = std::min(count, n / 8 + 1), second = std::min(count, 3 * n / 8 + 1);
-  native->roots_of_unity(roots, first, 0, 1, n);
-  native->roots_of_unity(roots + first, second - first, n - 4 * first, -4, 4 * n);
-  for (core_int k = first; k < second; ++k) roots[k] = {-roots[k].imag, -roots[k].real};
-  native->roots_of_unity(roots + second, count - second, 2 * second - n, 2, 2 * n);
-  for (core_int k = second; k < count; ++k) roots[k] = {-roots[k].real, -roots[k].imag};
+  half_circle all;
+  if (!all.make(n)) return false;
+  for (core_int i = 0; i < count; ++i) roots[i] = all.anywhere(numerators[i]);
+  return true;
 }
 
 namespace {

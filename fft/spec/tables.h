@@ -29,6 +29,9 @@ complex16 unit_root(core_int k, core_int n);
 /// Those of 0 <= k < count <= n / 2 + 1; native levels have sines and cosines of their own.
 void fill_roots(complex16* roots, core_int count, core_int n);
 
+/// Those of 0 <= numerators[i] < n; false if memory is out.
+bool fill_roots_at(complex16* roots, const int* numerators, core_int count, core_int n);
+
 /// All of them for k < n, the functions called for an eighth of the circle only; null if memory is out.
 table<complex16> make_root_table(core_int n);
 
@@ -50,6 +53,8 @@ class half_circle {
     const complex16 z = roots_[static_cast<size_t>(std::min(k, mirrored))];
     return {z.real, z.imag * kSigns[k > mirrored ? 1 : 0]};
   }
+  /// Roots 0 .. n / 2.
+  const complex16* get() const { return roots_.get(); }
 
  private:
   core_int n_ = 0;

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <limits>
 #include <numbers>
+#include <numeric>
+#include <vector>
 
 #include "fft/spec/dft_spec.h"
 #include "tests/fft/reference.h"
@@ -77,21 +79,38 @@ TYPED_TEST(Line, ScaledForms) {
   }
 }
 
+/// The largest error of roots k -> root(k) for the given k's.
+template <class Root>
+long double worst_error(const std::vector<int>& numerators, core_int n, Root root) {
+  long double worst = 0;
+  for (std::size_t i = 0; i < numerators.size(); ++i) {
+    const long double angle =
+        2 * std::numbers::pi_v<long double> * numerators[i] / static_cast<long double>(n);
+    const complex16 w = root(i);
+    worst = std::max({worst, std::abs(w.real - std::cos(angle)), std::abs(w.imag + std::sin(angle))});
+  }
+  return worst;
+}
+
 TEST(RootTable, ErrsInTheLastPlaceOnly) {
   // Native tables are rounded once; the others round their angles as well.
   const long double bound =
       (native_passes<double>() != nullptr ? 0.4L : 1.0L) * std::numeric_limits<double>::epsilon();
-  for (const core_int n : {1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 31, 64, 100, 1021, 4096, 65537, 1 << 20}) {
+  for (const int n :
+       {1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 31, 64, 100, 1021, 4096, 65537, 1 << 20, (1 << 26) - 2}) {
+    // In order, and all over the circle in an order of their own.
+    std::vector<int> scattered;
+    for (core_int k = 0, at = 0; k < std::min(n, 99991); ++k, at = (at + 25214903917) % n)
+      scattered.push_back(static_cast<int>(at));
+    std::vector<complex16> at_scattered(scattered.size());
+    ASSERT_TRUE(fill_roots_at(at_scattered.data(), scattered.data(), std::ssize(scattered), n));
+    EXPECT_LT(worst_error(scattered, n, [&](std::size_t i) { return at_scattered[i]; }), bound) << n;
+    if (n > 1 << 20) continue;
+    std::vector<int> in_order(static_cast<std::size_t>(n));
+    std::iota(in_order.begin(), in_order.end(), 0);
     const auto roots = make_root_table(n);
     ASSERT_NE(roots, nullptr);
-    long double worst = 0;
-    for (core_int k = 0; k < n; ++k) {
-      const long double angle =
-          2 * std::numbers::pi_v<long double> * static_cast<long double>(k) / static_cast<long double>(n);
-      const complex16 root = roots[static_cast<size_t>(k)];
-      worst = std::max({worst, std::abs(root.real - std::cos(angle)), std::abs(root.imag + std::sin(angle))});
-    }
-    EXPECT_LT(worst, bound) << n;
+    EXPECT_LT(worst_error(in_order, n, [&](std::size_t i) { return roots[i]; }), bound) << n;
   }
 }
 

@@ -18,7 +18,7 @@ namespace qel::fft {
 namespace {
 
 long_facts line(core_int n, int threads, int placement = DFTI_NOT_INPLACE, bool dynamic = false) {
-  return {n, 1, DFTI_COMPLEX_COMPLEX, DFTI_ORDERED, placement, 1, 1, threads, 1, dynamic, false};
+  return {n, 1, DFTI_COMPLEX_COMPLEX, DFTI_ORDERED, placement, 1, 1, threads, 1, dynamic, false, false};
 }
 
 TEST(LongRules, TiersAndParts) {
@@ -26,9 +26,10 @@ TEST(LongRules, TiersAndParts) {
   long_facts users = line(1 << 20, 4), scrambled = users, strided = users;
   users.user_threads = 2;
   scrambled.ordering = DFTI_BACKWARD_SCRAMBLED;
-  const auto native = [](core_int n, int threads) {
+  const auto native = [](core_int n, int threads, bool single = false) {
     long_facts facts = line(n, threads);
     facts.native = true;
+    facts.single = single;
     return facts;
   };
   strided.output_stride = 2;
@@ -58,6 +59,9 @@ TEST(LongRules, TiersAndParts) {
       {native(1 << 14, 4), kNone, 0, 0},
       {native(30030, 4), kShared, 0, 2},
       {native(65537, 4), kShared, 0, 4},
+      {native(1 << 17, 4, true), kNone, 0, 0},
+      {native(150000, 4, true), kShared, 0, 2},
+      {native(1 << 20, 4, true), kShared, 0, 4},
       {native(1 << 26, 4), kShared, 0, 4},
       {native(core_int{1} << 27, 3), kSplit, 1 << 13, 0},
   };

@@ -152,6 +152,8 @@ template <class R, class Body>
     cover.template operator()<px<R, V::kCount / 2>>();
   } else if (V::kCount / 2 > kLeast && count >= kLeast) {
     cover.template operator()<px<R, kLeast>>();
+  } else if (kLeast > 2 && count >= 2) {
+    cover.template operator()<px<R, 2>>();
   } else {
     cover.template operator()<px<R, 1>>();
   }

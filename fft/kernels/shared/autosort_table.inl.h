@@ -53,7 +53,7 @@ constexpr autosort_kernels<C, R> all_autosort() {
           {QEL_LENGTHS(line_columns, false), QEL_LENGTHS(line_columns, true)},
           {QEL_LENGTHS(line_rows, false), QEL_LENGTHS(line_rows, true)},
           {line_by_sums<R, false>, line_by_sums<R, true>},
-          real_filter<R>, roots_of_unity};
+          real_filter<R>, roots_of_unity, spread_roots<R>};
   add_registers<C, R, false>(kernels);
   add_registers<C, R, true>(kernels);
   return kernels;

@@ -69,6 +69,21 @@ struct parts<double, 2> {
   }
 };
 
+/// Half a register, its other half zero: for passes that cost more than what is done for nothing.
+template <>
+struct parts<float, 2> {
+  using reg = __m128;
+  QEL_LANES reg load(const float* p) {
+    return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+  }
+  QEL_LANES void store(float* p, reg v) {
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(p), _mm_castps_si128(v));
+  }
+  QEL_LANES reg all(float v) { return _mm_set1_ps(v); }
+  QEL_LANES reg plus(reg a, reg b, reg c) { return _mm_fmadd_ps(a, b, c); }
+  QEL_LANES reg minus(reg a, reg b, reg c) { return _mm_fnmadd_ps(a, b, c); }
+};
+
 template <>
 struct parts<float, 4> {
   using reg = __m128;
