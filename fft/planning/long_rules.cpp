@@ -16,9 +16,9 @@ constexpr int kFirstSplitOrder = 16;
 constexpr int kFirstFixedOrder = 10;
 constexpr int kLastFixedOrder = 26;
 // Fewer points are not worth a thread's way into a region and the exchange of data; measured on two cores of
-// a Zen 4. Single-precision lines that go as passes gain a tenth at most, and lose half where both threads
-// share a core's caches.
-constexpr core_int kPointsPerThread = 3 << 12, kSinglePointsPerThread = 9 << 13;
+// a Zen 4. Single-precision lines that go as passes gain a tenth at most by a second thread, and lose half
+// where both share a core's caches.
+constexpr core_int kPointsPerThread = 3 << 12, kSingleForFew = 9 << 14, kFew = 3;
 constexpr core_int kLongestShared = core_int{1} << kLastFixedOrder;
 
 bool is_plain(const long_facts& f) {
@@ -89,9 +89,9 @@ long_choice choose_long_tier(const long_facts& f) {
   if (f.user_threads > 1) return because("several threads of the application share the descriptor");
   if (!is_plain(f)) return because("not one ordered line at unit stride");
   if (f.native && f.length <= kLongestShared) {
-    const core_int points = f.single ? kSinglePointsPerThread : kPointsPerThread;
-    const core_int parts = std::min<core_int>(f.threads, f.length / points);
+    const core_int parts = std::min<core_int>(f.threads, f.length / kPointsPerThread);
     if (parts < 2) return because("too short for threads");
+    if (f.single && parts <= kFew && f.length < kSingleForFew) return because("too short for few threads");
     return {long_tier::kShared, 0, 0, static_cast<int>(parts), "shared out"};
   }
   if (wants_split(f)) {
