@@ -71,6 +71,10 @@ class residues {
 /// The smallest number whose powers modulo an odd prime are all of 1 .. prime - 1.
 core_int primitive_root(core_int prime);
 
+/// Whether threads that share a line as rows times columns hand back what they read: while it is in caches,
+/// which input, middle and output share.
+constexpr bool hands_back_lines(core_int bytes, core_int largest_cache) { return bytes <= largest_cache / 4; }
+
 /// The shortest length of at least n whose transform is fast.
 core_int good_length(core_int n);
 

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "fft/planning/line_plan.h"
+#include "service/largest_cache.h"
 
 namespace qel::fft {
 namespace {
@@ -204,10 +205,21 @@ void autosort_spec<R>::run_line(const C* input, C* output, R* work, direction wa
   const team::range lines = members.share_of(s, kGrain);
   const core_int count = lines.to - lines.from;
   from += lines.from;
+  const auto hand_back_others = [&] {
+    for (core_int p = 0; p < block; ++p) {
+      if (p >= points.from && p < points.to) continue;
+      hand_back(from + p * s, count);
+      hand_back(from + pitch + p * s, count);
+    }
+  };
   auto* const last_pass = kernels->line_lasts[way][last.index];
-  if (!joins) return last_pass(from, from + pitch, count, s, output + lines.from, s);
+  if (!joins) {
+    last_pass(from, from + pitch, count, s, output + lines.from, s);
+    return hand_back_others();
+  }
   to += lines.from * block;
   run_pass(joint, {joint.m, 0, joint.m, 0, count, s, count}, from, to, pitch, scratch);
+  hand_back_others();
   for (core_int k = 0; k < joint.radix; ++k) {
     last_pass(to + k * count, to + pitch + k * count, count, count * joint.radix, output + lines.from + k * s,
               s * joint.radix);
@@ -235,6 +247,7 @@ bool long_spec<R>::make(core_int row_count, core_int column_count) {
   rows = row_count;
   columns = column_count;
   const core_int n = rows * columns;
+  hands_back = hands_back_lines(n * core_int{sizeof(C)}, largest_native_cache());
   if (!of_rows.make(rows, line_use::kAny) || !of_columns.make(columns, line_use::kAny)) return false;
   bases = make_table<C>(blocks_of_columns() * rows);
   powers = make_table<C>(rows * kBlock);
@@ -267,7 +280,16 @@ void long_spec<R>::run(const C* input, C* middle, C* output, R* work, direction 
   first_half(input, middle, of_first.from, of_first.to, own, way);
   members.wait();
   const team::range of_second = members.share_of(blocks_of_rows());
-  second_half(middle, output, of_second.from, of_second.to, own, way);
+  const core_int mine = of_first.from * kBlock, others = std::min(columns, of_first.to * kBlock);
+  const bool hands = members.parts > 1 && hands_back;
+  for (core_int b = of_second.from; b < of_second.to; ++b) {
+    second_half(middle, output, b, b + 1, own, way);
+    if (!hands) continue;
+    const core_int first = b * kBlock, width = std::min(kBlock, rows - first);
+    R* const block = reinterpret_cast<R*>(middle + first * columns);
+    hand_back(block, 2 * width * mine);
+    hand_back(block + 2 * width * others, 2 * width * (columns - others));
+  }
 }
 
 template <class R>

@@ -96,6 +96,7 @@ struct long_spec {
   using C = complex_of<R>;
   static constexpr core_int kBlock = kLongBlock<R>;
   core_int rows, columns;
+  bool hands_back;              ///< by a team: see there
   autosort_spec<R> of_rows;     ///< lines down the columns, of `rows` elements
   autosort_spec<R> of_columns;  ///< lines along the rows
   table<C> bases;               ///< w^(kBlock b k) for block b of columns, k < rows

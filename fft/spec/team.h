@@ -29,4 +29,17 @@ struct team {
   }
 };
 
+/// Writes one number of each cache line of data[0 .. count) again, as it is: for a thread that has read what
+/// another one wrote and will write again. A writer waits long for lines that were only read elsewhere since:
+/// on Zen 4 9 ns each, 36 ns between cores without a cache in common; for lines written elsewhere 1.3 and
+/// 2.7 ns.
+template <class R>
+void hand_back(R* data, core_int count) {
+  constexpr auto kCacheLine = 64 / static_cast<core_int>(sizeof(R));
+  for (core_int i = 0; i < count; i += kCacheLine) {
+    volatile R& number = data[i];
+    number = number;
+  }
+}
+
 }  // namespace qel::fft

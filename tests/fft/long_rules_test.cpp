@@ -199,6 +199,8 @@ TEST(NativePlan, ThreadsMeetBeforeTheLastPassIfItsPointsAreTheSameForEach) {
   EXPECT_EQ(passes_after_meeting(12, 3), 1);
   EXPECT_EQ(passes_after_meeting(12, 2), 2);
   EXPECT_EQ(passes_after_meeting(8, 3), 2);
+  EXPECT_TRUE(hands_back_lines(8 << 20, 32 << 20));
+  EXPECT_FALSE(hands_back_lines((8 << 20) + 16, 32 << 20));
 }
 
 TEST(RealPlan, MethodsByLength) {
