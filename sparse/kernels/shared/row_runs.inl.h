@@ -246,14 +246,21 @@ constexpr core_int kVectorAhead = 128;  ///< elements of x and y
 [[gnu::always_inline]] inline void ask_for(const double* p) {
   _mm_prefetch(reinterpret_cast<const char*>(p), _MM_HINT_T0);
 }
-/// What the next blocks of a run will read.
-[[gnu::always_inline]] inline void ask_ahead_for_block(const double* a, const int* columns, core_int count,
-                                                       intptr_t step) {
-  for (core_int p = 0; p < count; p += 8)
-    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(a + p) + step), _MM_HINT_T0);
-  for (core_int p = 0; p < count; p += 16)
-    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(columns + p) + step / 2),
-                 _MM_HINT_T0);
+template <_mm_hint kHint>
+[[gnu::always_inline]] inline void ask_for_lines(const void* p, intptr_t step, core_int bytes) {
+  const auto from = reinterpret_cast<intptr_t>(p) + step;
+  for (core_int at = 0; at < bytes; at += 64) _mm_prefetch(reinterpret_cast<const char*>(from + at), kHint);
+}
+/// What the next blocks of a run will read: far ahead into the second cache, and near from there into the
+/// first one, which can wait for too few lines at a time to keep memory busy.
+template <int kWay>
+[[gnu::always_inline]] inline void ask_ahead_for_block(const double* a, const int* columns, core_int count) {
+  constexpr intptr_t kNear = kWay * 2048, kFar = kWay * 16384;
+  const core_int bytes = count * core_int{sizeof(double)};
+  ask_for_lines<_MM_HINT_T0>(a, kNear, bytes);
+  ask_for_lines<_MM_HINT_T0>(columns, kNear / 2, bytes / 2);
+  ask_for_lines<_MM_HINT_T1>(a, kFar, bytes);
+  ask_for_lines<_MM_HINT_T1>(columns, kFar / 2, bytes / 2);
 }
 
 /// The last block of a run begins with rows that the block before has done. Lanes done upwards from place
@@ -401,7 +408,7 @@ template <int kCount, int kWay, bool kSums>
   const core_int first_block = kWay > 0 ? run.row : row_end - kRunWidth;
   for (core_int i = first_block;;) {
     if (streams) {
-      ask_ahead_for_block(a, columns, block, kWay * 2048);
+      ask_ahead_for_block<kWay>(a, columns, block);
       ask_for(product.y + i + kWay * kVectorAhead);
       ask_for(own_x + i + kWay * kVectorAhead);
     }
@@ -524,7 +531,7 @@ template <int kCount, int kWay, bool kStreams>
   }
   const auto take = [&](core_int i, auto is_last) {
     if constexpr (kStreams) {
-      ask_ahead_for_block(a, columns, kBlock, kWay * 2048);
+      ask_ahead_for_block<kWay>(a, columns, kBlock);
       ask_for(y + i + kWay * kVectorAhead);
       ask_for(x + i + kWay * kVectorAhead);
     }
