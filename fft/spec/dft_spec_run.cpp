@@ -243,7 +243,8 @@ void run_rader(const complex_of<R>* input, complex_of<R>* output, const dft_spec
   members.wait();
   run_line<R>(work, work, *spec.inner, inner, kForward, members);
   members.wait();
-  const C sum = {first.real + work[0].real, first.imag + work[0].imag};
+  C sum{};  // only the thread that will change work[0] may look at it here
+  if (members.part == 0) sum = {first.real + work[0].real, first.imag + work[0].imag};
   multiply_share<R>(work, spec.factor_spectrum.get(), work, count, members);
   // The first element is a term of all results but the first.
   if (members.part == 0) work[0] = {work[0].real + first.real, work[0].imag + first.imag};

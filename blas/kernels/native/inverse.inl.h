@@ -76,7 +76,7 @@ template <class T, int kVectors, int kColumns>
 void divide_by_upper(const lu_inverse<T>& all, core_int i, core_int first, core_int c) {
   using rows = inverse_rows<T, kVectors, kColumns>;
   using V = typename rows::V;
-  constexpr core_int kLanes = tile_shape<T>::kLanes, kRows = kVectors * kLanes;
+  static constexpr core_int kLanes = tile_shape<T>::kLanes, kRows = kVectors * kLanes;
   // A column of the identity is a window of zeros with a one among them.
   static constexpr auto kAround = [] {
     struct {

@@ -54,7 +54,7 @@ class angles {
     const auto one = P::all(1.0), two = P::all(2.0), three = P::all(3.0);
     const auto odd = (turns == one) | (turns == three);
     const auto re = odd ? sine : cosine, im = odd ? cosine : sine;
-    return {(turns == one) | (turns == two) ? -re : re, (turns == two) | (turns == three) ? im : -im};
+    return {((turns == one) | (turns == two)) ? -re : re, ((turns == two) | (turns == three)) ? im : -im};
   }
 
  private:
