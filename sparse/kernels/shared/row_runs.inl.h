@@ -249,7 +249,8 @@ constexpr core_int kVectorAhead = 128;  ///< elements of x and y
 template <int kHint>  // clang has no type for hints
 [[gnu::always_inline]] inline void ask_for_lines(const void* p, intptr_t step, core_int bytes) {
   const auto from = reinterpret_cast<intptr_t>(p) + step;
-  for (core_int at = 0; at < bytes; at += 64) __builtin_prefetch(reinterpret_cast<const char*>(from + at), 0, kHint);
+  for (core_int at = 0; at < bytes; at += 64)
+    __builtin_prefetch(reinterpret_cast<const char*>(from + at), 0, kHint);
 }
 /// What the next blocks of a run will read: far ahead into the second cache, and near from there into the
 /// first one, which can wait for too few lines at a time to keep memory busy.
