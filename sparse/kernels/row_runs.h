@@ -14,20 +14,21 @@ inline constexpr int kLargestGridRow = 7;  ///< those of rows with kernels of bl
 inline constexpr int kLargestMirroredGridRow = 4;
 inline constexpr int kSummedInOrder = 9;         ///< longer rows of a product have four sums
 inline constexpr core_int kLongestPause = 1024;  ///< rows
+inline constexpr core_int kLargestGap = 32;      ///< rows, between a grid's runs
 inline constexpr core_int kFirstLook = 8;        ///< rows; enough for a run in blocks
 
 enum class run_use { kGather, kScatter, kMirror };
 
-/// Rows of a run that pays, and rows taken as one; none if `largest` is 0.
+/// Rows of a run that pays, none if 0; and rows taken as one, 0: in blocks only.
 struct run_limits {
   core_int least, largest;
 };
-/// A look goes ahead of the sums. Where memory sets the pace, sums of single rows, which read all of their
-/// streams all the time, keep it busier; only mirrored products have instructions enough to gain by runs
+/// A look goes ahead of the sums. Where memory sets the pace, what reads all of its streams all the time
+/// keeps it busier: blocks or single rows; only mirrored products have instructions enough to gain by runs
 /// there, and by shorter looks.
 [[gnu::always_inline]] constexpr run_limits limits_of_runs(run_use use, csr_part part, bool streams) {
   if (use == run_use::kMirror) return streams ? run_limits{12, 32} : run_limits{24, 128};
-  if (streams) return {0, 0};
+  if (streams) return {use == run_use::kGather ? kFirstLook : 0, 0};
   return {use == run_use::kScatter && part == kWhole ? 20 : 12, 128};
 }
 
@@ -35,6 +36,12 @@ struct run_limits {
 /// is met late loses little; rows without runs should not notice.
 [[gnu::always_inline]] constexpr core_int pause_after(int failures) {
   return failures <= 2 ? 1 : failures < 12 ? core_int{1} << (failures - 2) : kLongestPause;
+}
+
+/// How many rows to take one by one behind a run if so many stood between the last two: in grids as many do
+/// again, but not where one pattern ended and another began.
+[[gnu::always_inline]] constexpr core_int gap_to_next(core_int last_gap) {
+  return last_gap <= kLargestGap ? last_gap : 0;
 }
 
 /// Neighbours in the result that entries of neighbouring rows add to: at element row + offset the entry
@@ -76,10 +83,23 @@ inline constexpr int kLeastApart = 16;
          shape.targets == shape.single_targets && shape.targets == shape.last - shape.first - 2;
 }
 
+/// Which kernel of blocks gathers the entries that take part: 0 for all, 1 and 2 for the lower half of a row
+/// with the entry in the middle and without it, 3 and 4 for the upper half; -1: there is none.
+[[gnu::always_inline]] constexpr int gathered_part(const run_shape& shape, int length) {
+  if (length < 2 || length > kSummedInOrder) return -1;
+  if (shape.first == 0 && shape.last == length) return 0;
+  const int middle = length / 2;
+  if (length % 2 == 0) return -1;
+  if (shape.first == 0) return shape.last == middle + 1 ? 1 : shape.last == middle ? 2 : -1;
+  if (shape.last == length) return shape.first == middle ? 3 : shape.first == middle + 1 ? 4 : -1;
+  return -1;
+}
+
 /// Whether rows of so many entries may have a kernel of blocks: a look takes few of them then at first.
-[[gnu::always_inline]] constexpr bool may_come_in_blocks(run_use use, int length) {
+[[gnu::always_inline]] constexpr bool may_come_in_blocks(run_use use, int length, bool streams) {
+  if (use == run_use::kGather) return streams && length >= 2 && length <= kSummedInOrder;
   if (use == run_use::kMirror) return length >= 2 && length <= kLargestMirroredGridRow;
-  return use == run_use::kScatter && length % 2 != 0 && length >= 3 && length <= kLargestGridRow;
+  return !streams && length % 2 != 0 && length >= 3 && length <= kLargestGridRow;
 }
 
 [[gnu::always_inline]] constexpr run_shape shape_of_run(run_use use, csr_part part, const int* offsets,
@@ -89,6 +109,7 @@ inline constexpr int kLeastApart = 16;
   shape.last = length;
   if (use == run_use::kGather && part == kWhole) {
     shape.served = true;
+    shape.in_blocks = gathered_part(shape, length) >= 0;
     return shape;
   }
   for (int k = 1; k < length; ++k)
@@ -102,6 +123,7 @@ inline constexpr int kLeastApart = 16;
   if (count < 1) return shape;
   if (use == run_use::kGather) {
     shape.served = length <= kSummedInOrder;
+    shape.in_blocks = gathered_part(shape, length) >= 0;
     return shape;
   }
   if (use == run_use::kScatter && (part == kLowerUnit || part == kUpperUnit)) return shape;
@@ -137,7 +159,7 @@ inline constexpr int kLeastApart = 16;
   const bool own_is_near =
       use == run_use::kMirror && !own_met && o[0] < kLeastApart && o[count - 1] > -kLeastApart;
   shape.served = !own_is_near;
-  shape.in_blocks = shape.served && count == length && may_come_in_blocks(use, length) &&
+  shape.in_blocks = shape.served && count == length && may_come_in_blocks(use, length, false) &&
                     (use == run_use::kMirror ? is_mirrored_grid(shape) : is_grid(shape));
   return shape;
 }

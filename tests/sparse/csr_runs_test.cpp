@@ -368,7 +368,15 @@ TEST(RunShape, GridsComeInBlocks) {
       {"nothing beside", run_use::kMirror, kLower, {-40, -20, 0}, false},
       {"corners", run_use::kMirror, kLower, {-21, -20, -1, 0}, false},
       {"near", run_use::kMirror, kLower, {-15, -1, 0}, false},
-      {"gathered", run_use::kGather, kWhole, {-16, -1, 0}, false},
+      {"gathered, any order", run_use::kGather, kWhole, {7, -1, 7}, true},
+      {"one entry", run_use::kGather, kWhole, {0}, false},
+      {"9 entries", run_use::kGather, kWhole, {-21, -20, -19, -1, 0, 1, 19, 20, 21}, true},
+      {"10 entries", run_use::kGather, kWhole, {-21, -20, -19, -1, 0, 1, 19, 20, 21, 22}, false},
+      {"gathered triangle", run_use::kGather, kLower, {-20, -1, 0}, true},
+      {"lower half", run_use::kGather, kLower, {-20, -1, 0, 1, 20}, true},
+      {"upper half, unit", run_use::kGather, kUpperUnit, {-20, -1, 0, 1, 20}, true},
+      {"less than half", run_use::kGather, kUpper, {-20, -10, -5, -1, 0}, false},
+      {"even", run_use::kGather, kLower, {-20, -1, 0, 1}, false},
       {"scattered triangle", run_use::kScatter, kWhole, {-16, -1, 0}, false},
       {"scattered chain", run_use::kScatter, kWhole, {-1, 0, 1}, true},
       {"scattered grid", run_use::kScatter, kWhole, {-40, -20, -1, 0, 1, 20, 40}, true},
@@ -427,7 +435,7 @@ TEST(RunLimits, Table) {
   } rows[] = {
       {"gathered", run_use::kGather, kWhole, false, 12, 128},
       {"gathered triangle", run_use::kGather, kUpper, false, 12, 128},
-      {"gathered from memory", run_use::kGather, kLower, true, 0, 0},
+      {"gathered from memory", run_use::kGather, kLower, true, 8, 0},
       {"scattered", run_use::kScatter, kWhole, false, 20, 128},
       {"scattered triangle", run_use::kScatter, kLower, false, 12, 128},
       {"scattered from memory", run_use::kScatter, kWhole, true, 0, 0},
@@ -439,6 +447,26 @@ TEST(RunLimits, Table) {
     EXPECT_EQ(limits.least, row.least) << row.name;
     EXPECT_EQ(limits.largest, row.largest) << row.name;
   }
+}
+
+TEST(RunShape, PartsOfGatheredRows) {
+  const struct {
+    int length, first, last, part;
+  } rows[] = {{7, 0, 7, 0},  {6, 0, 6, 0},  {7, 0, 4, 1},  {7, 0, 3, 2},  {7, 3, 7, 3},
+              {7, 4, 7, 4},  {3, 0, 1, 2},  {3, 2, 3, 4},  {9, 4, 9, 3},  {7, 0, 5, -1},
+              {7, 2, 7, -1}, {7, 1, 6, -1}, {6, 0, 3, -1}, {1, 0, 1, -1}, {10, 0, 10, -1}};
+  for (const auto& row : rows) {
+    run_shape shape;
+    shape.first = row.first;
+    shape.last = row.last;
+    EXPECT_EQ(gathered_part(shape, row.length), row.part)
+        << row.length << ' ' << row.first << ' ' << row.last;
+  }
+}
+
+TEST(RunLimits, GapsOfGridsAreExpectedAgain) {
+  for (const auto& [last, next] : {std::pair<core_int, core_int>{0, 0}, {2, 2}, {32, 32}, {33, 0}, {7000, 0}})
+    EXPECT_EQ(gap_to_next(last), next);
 }
 
 TEST(RunLimits, PausesGrow) {

@@ -131,20 +131,21 @@ template <run_use kUse, csr_part kPart, int kStep>
 row_run find_run(const run_product& product, core_int row, core_int limit, run_search& search) {
   const csr_slice* const m = product.m;
   const run_limits limits = limits_of_runs(kUse, kPart, m->streams);
-  if (limit < limits.least || limits.largest == 0) {
+  if (limits.least == 0 || limit < limits.least) {
     search.pause = kNoLook;
     return {};
   }
   const int begin = m->begin[row], length = m->end[row] - begin;
-  if (may_come_in_blocks(kUse, length) && begins_blocks<kUse, kPart, kStep>(product, row, length, search)) {
-    if (search.run_end >= 0) search.gap = kStep * (row - search.run_end);
+  if (may_come_in_blocks(kUse, length, m->streams) &&
+      begins_blocks<kUse, kPart, kStep>(product, row, length, search)) {
+    if (search.run_end >= 0) search.gap = gap_to_next(kStep * (row - search.run_end));
     search.pause = search.gap;
     search.failures = 0;
     search.in_blocks = true;
     return {kStep > 0 ? row : row - (kFirstLook - 1), kFirstLook};
   }
   core_int rows = 0;
-  if (length > 0 && length <= kLargestRunRow &&
+  if (limits.largest > 0 && length > 0 && length <= kLargestRunRow &&
       m->begin[row + kStep * (limits.least - 1)] - begin ==
           kStep * static_cast<int>(limits.least - 1) * length) {
     rows = equally_long<kStep>(m, row, length, limit < limits.largest ? limit : limits.largest);
@@ -158,7 +159,7 @@ row_run find_run(const run_product& product, core_int row, core_int limit, run_s
       if (kStep < 0) columns -= (rows - 1) * length;
       if (rows >= limits.least &&
           is_served<kUse, kPart>(search, product.y, columns, length, static_cast<int>(first) + m->base)) {
-        if (search.run_end >= 0) search.gap = kStep * (row - search.run_end);
+        if (search.run_end >= 0) search.gap = gap_to_next(kStep * (row - search.run_end));
         const bool cut = rows == limits.largest;
         search.run_end = cut ? -1 : row + kStep * rows;
         search.pause = cut ? 0 : search.gap;
@@ -332,11 +333,74 @@ constexpr decltype(&gather_run<0>) kGatherRun[] = {gather_run<0>, gather_run<1>,
   return count <= 8 ? count : 0;
 }
 
+/// Rows of kLength entries from memory, of which those from kFirst to kLast take part: block after block, as
+/// long as the rows go on, limit rows at most. Returns how many.
+template <int kLength, int kFirst, int kLast>
+[[gnu::noinline]] core_int gather_blocks(const run_product& product, const run_search& search, core_int row,
+                                         core_int limit) {
+  constexpr int kCount = kLast - kFirst, kBlock = kRunWidth * kLength;
+  const csr_slice* const m = product.m;
+  const core_int start = m->begin[row] - m->base;
+  const double* a = product.a + start;
+  const int *columns = m->columns + start, *const ends = m->end;
+  const double* x_at[kCount];
+#pragma GCC unroll 16
+  for (int k = 0; k < kCount; ++k) x_at[k] = product.x + search.offsets[kFirst + k];
+  double* const y = product.y;
+  const __m256d alpha = _mm256_set1_pd(product.alpha);
+  const bool overwrites = m->overwrites, adds_x = product.adds_x;
+  core_int i = row, left = limit;
+  do {
+    ask_ahead_for_block<1>(a, columns, kBlock);
+    __m256d sum = _mm256_setzero_pd();
+#pragma GCC unroll 16
+    for (int k = 0; k + 2 <= kCount; k += 2) {
+      const entry_pair v = two_entries(a + kFirst + k, kLength);
+      sum = _mm256_fmadd_pd(v.first, _mm256_loadu_pd(x_at[k] + i), sum);
+      sum = _mm256_fmadd_pd(v.second, _mm256_loadu_pd(x_at[k + 1] + i), sum);
+    }
+    if constexpr (kCount % 2 != 0)
+      sum = _mm256_fmadd_pd(one_entry(a + kLast - 1, kLength), _mm256_loadu_pd(x_at[kCount - 1] + i), sum);
+    if (adds_x) sum = _mm256_add_pd(sum, _mm256_loadu_pd(product.x + i));
+    _mm256_storeu_pd(
+        y + i, overwrites ? _mm256_mul_pd(alpha, sum) : _mm256_fmadd_pd(alpha, sum, _mm256_loadu_pd(y + i)));
+    if (left < 2 * kRunWidth || !goes_on<kLength, 1>(columns, ends + i)) {
+      i += kRunWidth;
+      break;
+    }
+    i += kRunWidth;
+    left -= kRunWidth;
+    a += kBlock;
+    columns += kBlock;
+  } while (true);
+  return i - row;
+}
+/// For whole rows, and for either triangle of rows with as many entries on both sides of the diagonal, with
+/// and without it.
+constexpr decltype(&gather_blocks<2, 0, 2>) kGatherBlocks[][kSummedInOrder + 1] = {
+    {nullptr, nullptr, gather_blocks<2, 0, 2>, gather_blocks<3, 0, 3>, gather_blocks<4, 0, 4>,
+     gather_blocks<5, 0, 5>, gather_blocks<6, 0, 6>, gather_blocks<7, 0, 7>, gather_blocks<8, 0, 8>,
+     gather_blocks<9, 0, 9>},
+    {nullptr, nullptr, nullptr, gather_blocks<3, 0, 2>, nullptr, gather_blocks<5, 0, 3>, nullptr,
+     gather_blocks<7, 0, 4>, nullptr, gather_blocks<9, 0, 5>},
+    {nullptr, nullptr, nullptr, gather_blocks<3, 0, 1>, nullptr, gather_blocks<5, 0, 2>, nullptr,
+     gather_blocks<7, 0, 3>, nullptr, gather_blocks<9, 0, 4>},
+    {nullptr, nullptr, nullptr, gather_blocks<3, 1, 3>, nullptr, gather_blocks<5, 2, 5>, nullptr,
+     gather_blocks<7, 3, 7>, nullptr, gather_blocks<9, 4, 9>},
+    {nullptr, nullptr, nullptr, gather_blocks<3, 2, 3>, nullptr, gather_blocks<5, 3, 5>, nullptr,
+     gather_blocks<7, 4, 7>, nullptr, gather_blocks<9, 5, 9>}};
+
 /// Takes the run that begins at row i, if there is one. Returns its rows.
 template <csr_part kPart>
 [[gnu::noinline]] core_int gather_runs(const run_product& product, core_int i, core_int last,
                                        run_search& search) {
   const row_run found = find_run<run_use::kGather, kPart, 1>(product, i, last - i, search);
+  if (search.in_blocks && found.rows != 0) {
+    const core_int rows = kGatherBlocks[gathered_part(search.shape, search.length)][search.length](
+        product, search, i, last - i);
+    search.run_end = i + rows;
+    return rows;
+  }
   if (found.rows != 0) kGatherRun[kernel_of(search.shape)](product, search, found);
   return found.rows;
 }
