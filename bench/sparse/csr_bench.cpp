@@ -4,7 +4,9 @@
 // columns, and rows whose lengths follow a power law. The ratio to "stream" is the share of the bandwidth
 // that a product has of what reading its operands in order has: the same arrays, on as many threads. Bytes
 // count 12 for an entry and 20 for a row (its start, x, y); lines of y that are fetched to be written count
-// for neither. Of the triangles grid3d:80 half stays in a last cache of 32 MiB, grid3d:100 doesn't.
+// for neither. "elements" does the same but reads x at the columns, in any order: where columns are random,
+// that is what the caches allow. Of the triangles grid3d:80 half stays in a last cache of 32 MiB, grid3d:100
+// doesn't.
 #include <Eigen/Sparse>
 #include <algorithm>
 #include <cmath>
@@ -136,17 +138,34 @@ words words_of(const T* data, std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kPerWord = sizeof(word) / sizeof(T);
   return {reinterpret_cast<const word*>(data), count / kPerWord};
 }
-/// All that a product must read and write, each once and in order: what memory and caches allow.
+/// All that a product must read and write, each once: what memory and caches allow. x in order or at the
+/// columns.
+enum class reading { kInOrder, kAtColumns };
+template <reading kReading>
 [[gnu::noinline]] void stream(const one_based& a, const double* x, double* y) {
+  constexpr bool kAtColumns = kReading == reading::kAtColumns;
   const std::ptrdiff_t entries = a.ia.back() - 1, n = a.n;
-  const words parts[] = {words_of(a.a.data(), entries), words_of(a.ja.data(), entries),
-                         words_of(a.ia.data(), n), words_of(x, n)};
+  const words parts[] = {words_of(a.a.data(), kAtColumns ? 0 : entries),
+                         words_of(a.ja.data(), kAtColumns ? 0 : entries), words_of(a.ia.data(), n),
+                         words_of(x, kAtColumns ? 0 : n)};
+  const word* const values = words_of(a.a.data(), entries).data;
+  const word* const elements = words_of(x, n).data - 1;
+  const int* const columns = a.ja.data();
   word sum = 0;
 #pragma omp parallel reduction(+ : sum)
   {
     for (const auto& [data, count] : parts) {
 #pragma omp for simd nowait
       for (std::ptrdiff_t p = 0; p < count; ++p) sum += data[p];
+    }
+    if constexpr (kAtColumns) {
+      // Together, as products read them. In eights without the last ones: a compiler vectorises them or not.
+#pragma omp for nowait
+      for (std::ptrdiff_t p = 0; p < entries / 8; ++p) {
+        word eight = 0;
+        for (std::ptrdiff_t k = 8 * p; k < 8 * p + 8; ++k) eight += values[k] + elements[columns[k]];
+        sum += eight;
+      }
     }
 #pragma omp for simd nowait
     for (std::ptrdiff_t i = 0; i < n; ++i) y[i] = 1;
@@ -182,7 +201,11 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
       if (csrmv* const multiply = one.find<csrmv>("qel_dcsrmv"))
         add(name, one.name().c_str(), per_call, [=] { call(multiply, transa, description, *a); });
     }
-    add(name, "stream", per_call, [=] { stream(*a, v->x.data(), v->y.data()); });
+    add(name, "stream", per_call, [=] { stream<reading::kInOrder>(*a, v->x.data(), v->y.data()); });
+  };
+  const auto add_elements = [=](const std::string& name) {
+    if (pattern.starts_with("grid")) return;  // x comes in order there
+    add(name, "elements", whole, [=] { stream<reading::kAtColumns>(*ours, v->x.data(), v->y.data()); });
   };
   std::string name = "csrmv/general/" + pattern;
   start_case(name, whole, ours, "N", "GLNF");
@@ -190,6 +213,7 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
   add(name, "loop", whole, [=] {
     plain_product(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
   });
+  add_elements(name);
   name = "csrmv/transposed/" + pattern;
   start_case(name, whole, ours, "T", "GLNF");
   add(name, "Eigen", whole, [=] { v->y.noalias() = m->transpose() * v->x; });
@@ -205,6 +229,7 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
   add(name, "loop", whole, [=] {
     plain_triangle(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
   });
+  add_elements(name);
 }
 
 /// What a caller does for a result of unknown size: count, allocate, fill. Eigen allocates, too, and like

@@ -105,8 +105,8 @@ const std::vector<bench_family>& bench_families() {
 
 contender_role role_of(const std::string& contender) {
   if (contender == "QEL" || contender.starts_with("QEL-")) return contender_role::own;
-  const bool limits =
-      contender == "copy" || contender == "constant" || contender == "past-caches" || contender == "stream";
+  const bool limits = contender == "copy" || contender == "constant" || contender == "past-caches" ||
+                      contender == "stream" || contender == "elements";
   return limits ? contender_role::limit : contender_role::peer;
 }
 

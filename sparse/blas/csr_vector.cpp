@@ -248,7 +248,7 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
     return;
   }
   csr_product<T> product{};
-  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters, false, false};
+  product.matrix = {0, rows, indx, begin, end, options.about.base, columns, !add && !scatters, false};
   product.a = a;
   product.alpha = alpha;
   product.x = x;
@@ -257,9 +257,6 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
   choose(product, options.about, options.transposed, options.conjugated);
   const core_int entries = core_int{end[rows - 1]} - begin[0];
   const core_int bytes = entries * static_cast<core_int>(sizeof(T) + sizeof(int));
-  const core_int x_length = options.transposed ? rows : columns;
-  int caches[5];
-  serv_native_cache_sizes(caches);
   const int threads = serv_in_parallel() ? 1 : serv_threads_all();
   csr_vector_facts facts = {options.about.kind,
                             options.transposed,
@@ -269,17 +266,13 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
                             threads,
                             serv_cpu_level() >= 5,
                             bytes,
-                            largest_native_cache(),
-                            0,
-                            x_length * static_cast<core_int>(sizeof(T)),
-                            caches[2]};
+                            largest_native_cache()};
   csr_vector_plan plan = plan_csr_vector(facts);
   if (plan.scheme == csr_scheme::kFarRows) {
     facts.far_share = far_share_of(product.matrix, facts.threads);
     plan = plan_csr_vector(facts);
   }
   product.matrix.streams = plan.streams;
-  product.matrix.gathers = plan.gathers;
   product.zeroes = !add && (scatters || plan.scheme == csr_scheme::kAccumulators);
   if (product.zeroes) product.matrix.overwrites = false;
   run_product(product, plan);

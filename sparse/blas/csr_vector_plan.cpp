@@ -10,7 +10,9 @@ namespace {
 constexpr core_int kSharedSumRows = 100001;
 // Native: a fork and a join cost as much as some ten thousand entries.
 constexpr core_int kNativeThreadEntries = 30000;
-// A transposed product with results per thread moves three more numbers per column and further thread.
+// A transposed product with results per thread forks twice and moves three more numbers per column and
+// further thread, in lines that another thread has read.
+constexpr core_int kTransposedThreadEntries = 100000;
 constexpr core_int kEntriesPerAccumulator = 2;
 
 // Larger matrices come from memory, at least in part. Those in the last cache come by themselves: asked for,
@@ -43,6 +45,7 @@ csr_vector_plan native_plan(const csr_vector_facts& facts) {
   }
   if (!facts.transposed)
     return {csr_scheme::kRowBlocks, facts.threads, /*even_entries=*/true, false, false, "rows don't meet"};
+  if (facts.entries < kTransposedThreadEntries) return serial("few entries");
   if (facts.entries < kEntriesPerAccumulator * facts.columns * facts.threads)
     return serial("results per thread would cost more than the entries");
   return {csr_scheme::kAccumulators, facts.threads, /*even_entries=*/true,
@@ -80,7 +83,6 @@ csr_vector_plan shared_plan(const csr_vector_facts& facts) {
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
   csr_vector_plan plan = shared_plan(facts);
   plan.streams = facts.bytes > facts.largest_cache / kShareOfCache;
-  plan.gathers = plan.streams && facts.x_bytes > facts.second_cache;
   plan.first_in_place = facts.native && plan.scheme == csr_scheme::kAccumulators;
   return plan;
 }

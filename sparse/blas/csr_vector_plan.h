@@ -23,7 +23,6 @@ struct csr_vector_facts {
   core_int bytes = 0, largest_cache = 0;  ///< of values and columns; 0: unknown
   double far_share =
       0;  ///< native, symmetric: entries that lie a thread's share of the rows off the diagonal
-  core_int x_bytes = 0, second_cache = 0;  ///< of x; 0: unknown
 };
 
 enum class csr_scheme {
@@ -40,7 +39,6 @@ struct csr_vector_plan {
   bool shared_sum = false;    ///< the accumulators are added by all threads
   bool streams = false;       ///< kernels ask for the matrix ahead
   const char* reason = "";
-  bool gathers = false;         ///< kernels that have them gather x with instructions for several elements
   bool first_in_place = false;  ///< accumulators: the first thread adds to the result itself
 };
 

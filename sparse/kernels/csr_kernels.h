@@ -18,7 +18,6 @@ struct csr_slice {
   core_int column_count;  ///< for the ones of a unit diagonal: rows from here on have none
   bool overwrites;        ///< gather, symmetric: the rows of y are written, else added to
   bool streams;           ///< the matrix comes from memory: asked for ahead
-  bool gathers;           ///< x does not come from near, either: several elements per instruction
 };
 
 /// Where a thread's rows of a symmetric matrix add what lies outside of them: far is an accumulator for all

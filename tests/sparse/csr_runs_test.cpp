@@ -147,7 +147,7 @@ struct guarded_product {
     values.assign(m.values);
     x.assign(x_values);
     rows = {0,      m.n, columns.data(), begin.data(), one_array ? begin.data() + 1 : end.data(),
-            m.base, m.n, false,          streams,      false};
+            m.base, m.n, false,          streams};
   }
 };
 

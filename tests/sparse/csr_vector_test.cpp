@@ -231,8 +231,9 @@ TEST(CsrVectorPlan, Table) {
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.0625}, far, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.063}, sums, 4, true, true},
       {{'S', false, 4, 4, 30000, 4, true}, serial, 1, false, false},
-      {{'G', true, 100, 3750, 30000, 4, true}, sums, 4, true, true},
-      {{'G', true, 100, 3751, 30000, 4, true}, serial, 1, false, false},
+      {{'G', true, 100, 100, 99999, 4, true}, serial, 1, false, false},
+      {{'G', true, 100, 12500, 100000, 4, true}, sums, 4, true, true},
+      {{'G', true, 100, 12501, 100000, 4, true}, serial, 1, false, false},
       {{'D', false, 100, 100, 30000, 4, true}, serial, 1, false, false},
   };
   for (const auto& row : rows) {
@@ -247,20 +248,8 @@ TEST(CsrVectorPlan, Table) {
   EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 2048}).streams);
 }
 
-TEST(CsrVectorPlan, GathersWhereNeitherMatrixNorVectorIsNear) {
-  const struct {
-    core_int bytes, x_bytes;
-    bool gathers;
-  } rows[] = {{1025, 513, true}, {1025, 512, false}, {1024, 513, false}};
-  for (const auto& row : rows) {
-    const sparse::csr_vector_facts facts = {'G',  false,     9,    9, 100,         1,
-                                            true, row.bytes, 2048, 0, row.x_bytes, 512};
-    EXPECT_EQ(sparse::plan_csr_vector(facts).gathers, row.gathers) << row.bytes << ' ' << row.x_bytes;
-  }
-}
-
 TEST(CsrVectorPlan, OnlyNativeThreadsAddToTheResultItself) {
-  EXPECT_TRUE(sparse::plan_csr_vector({'G', true, 100, 100, 30000, 4, true}).first_in_place);
+  EXPECT_TRUE(sparse::plan_csr_vector({'G', true, 100, 100, 100000, 4, true}).first_in_place);
   EXPECT_FALSE(sparse::plan_csr_vector({'S', false, 100, 100, 30000, 4, true}).first_in_place);
   EXPECT_FALSE(sparse::plan_csr_vector({'S', false, 100, 100, 30000, 4, false}).first_in_place);
 }

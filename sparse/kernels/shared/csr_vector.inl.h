@@ -53,20 +53,29 @@ template <class E>
 // Below, the start and the end of four sums cost more than they save.
 constexpr core_int kLongRow = 10;
 
-/// Asks for what the next rows will read: processors follow many short streams late. kStep is 1 or -1, the
-/// way that the walk goes.
-template <int kStep, class T>
-[[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns) {
-  constexpr intptr_t kAhead = kStep * 2048, kColumnsAhead = kAhead / intptr_t{sizeof(T) / sizeof(int)};
-  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(a) + kAhead), _MM_HINT_T0);
-  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(columns) + kColumnsAhead),
-               _MM_HINT_T0);
+[[gnu::always_inline]] inline const char* moved(const void* p, intptr_t bytes) {
+  return reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(p) + bytes);
 }
-/// The same for a whole row.
-template <int kStep = 1, class T>
+/// Asks for what the next rows will read: processors follow many short streams late. kWay is 1 or -1, as the
+/// walk goes.
+template <int kWay = 1, class T>
 [[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns, core_int count) {
-  constexpr core_int kPerLine = 64 / sizeof(T);
-  for (core_int p = 0; p < count; p += kPerLine) ask_ahead<kStep>(a + p, columns + p);
+  constexpr intptr_t kAhead = kWay * 2048, kShare = sizeof(T) / sizeof(int);
+  for (core_int p = 0; p < count; p += 64 / sizeof(T)) {
+    _mm_prefetch(moved(a + p, kAhead), _MM_HINT_T0);
+    _mm_prefetch(moved(columns + p, kAhead / kShare), _MM_HINT_T0);
+  }
+}
+/// The same between the entries of a long row: far ahead into the second cache, and near from there into the
+/// first one, which can wait for too few lines at a time to keep memory busy beside elements of x from far
+/// away.
+template <class T>
+[[gnu::always_inline]] inline void ask_far_ahead(const T* a, const int* columns) {
+  constexpr intptr_t kNear = 1024, kFar = 8192, kShare = sizeof(T) / sizeof(int);
+  _mm_prefetch(moved(a, kNear), _MM_HINT_T0);
+  _mm_prefetch(moved(columns, kNear / kShare), _MM_HINT_T0);
+  _mm_prefetch(moved(a, kFar), _MM_HINT_T1);
+  _mm_prefetch(moved(columns, kFar / kShare), _MM_HINT_T1);
 }
 
 /// Whether an entry at this place takes part; a unit diagonal is added apart.
@@ -118,19 +127,16 @@ inline __m256d elements_of(const double* x, __m128i columns) {
   return _mm256_setr_pd(x[static_cast<int>(low)], x[low >> 32], x[static_cast<int>(high)], x[high >> 32]);
 }
 
-/// The bits of row_sum for a long row. Gathers, as one instruction for four elements, have more of them on
-/// their way, which pays where x lies beyond the second cache.
-template <bool kGathers>
+/// The bits of row_sum for a long row. One instruction that gathers four elements takes longer on Zen 4, up
+/// to twice where x lies beyond the second cache.
+template <bool kStreams>
 [[gnu::noinline]] double long_sum(const double* a, const int* columns, core_int count, const double* x) {
-  const __m256d zero = _mm256_setzero_pd(), all = _mm256_castsi256_pd(_mm256_set1_epi64x(-1));
-  __m256d sums = zero;
+  __m256d sums = _mm256_setzero_pd();
   core_int p = 0;
   for (; p + 4 <= count; p += 4) {
+    if constexpr (kStreams) ask_far_ahead(a + p, columns + p);
     const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
-    // Without a mask g++ 12 takes the register that it leaves as it is for an uninitialised one.
-    const __m256d factors =
-        kGathers ? _mm256_mask_i32gather_pd(zero, x, j, all, sizeof(double)) : elements_of(x, j);
-    sums = _mm256_fmadd_pd(_mm256_loadu_pd(a + p), factors, sums);
+    sums = _mm256_fmadd_pd(_mm256_loadu_pd(a + p), elements_of(x, j), sums);
   }
   double sum = total(sums);
   for (; p < count; ++p) sum = multiple(a[p], x[columns[p]], sum);
@@ -171,17 +177,19 @@ template <csr_part kPart>
 template <class T>
 constexpr bool kHasVectors = false;
 #endif
-template <bool kConjugate, bool kGathers, class T>
+template <bool kConjugate, bool kStreams, class T>
 [[gnu::always_inline]] inline T whole_sum(const T* a, const int* columns, core_int count, const T* x) {
   if constexpr (kHasVectors<T>) {
-    if (count >= kLongRow) return long_sum<kGathers>(a, columns, count, x);
+    if (count >= kLongRow) return long_sum<kStreams>(a, columns, count, x);
   }
+  if constexpr (kStreams) ask_ahead(a, columns, count);
   return row_sum<kConjugate>(a, columns, count, x);
 }
 /// The sum over the entries that take part; the diagonal's column counts from the base, as columns do.
-template <csr_part kPart, bool kConjugate, class T>
+template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 [[gnu::always_inline]] inline T part_sum(core_int diagonal_column, const T* a, const int* columns,
                                          core_int count, const T* x) {
+  if constexpr (kStreams) ask_ahead(a, columns, count);
 #ifdef __AVX2__
   if constexpr (kHasVectors<T> && kPart != kDiagonal) {
     if (count >= kLongRow) return long_part_sum<kPart>(diagonal_column, a, columns, count, x);
@@ -194,7 +202,7 @@ template <csr_part kPart, bool kConjugate, class T>
   return sum;
 }
 
-template <csr_part kPart, bool kConjugate, bool kStreams, bool kGathers, class T>
+template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 [[gnu::noinline]] void gather_rows(const csr_slice* rows, core_int first, core_int last, const T* a, T alpha,
                                    const T* x, T* y) {
   constexpr bool kIsUpper = kPart == kUpper || kPart == kUpperUnit;
@@ -205,13 +213,12 @@ template <csr_part kPart, bool kConjugate, bool kStreams, bool kGathers, class T
   const bool overwrites = rows->overwrites;
   for (core_int i = first; i < last; ++i) {
     const core_int start = begin[i] - base, count = end[i] - base - start;
-    if constexpr (kStreams) ask_ahead(a + start, columns + start, count);
     T sum{};
     if constexpr (kPart == kWhole) {
-      sum = whole_sum<kConjugate, kGathers>(a + start, columns + start, count, based_x);
+      sum = whole_sum<kConjugate, kStreams>(a + start, columns + start, count, based_x);
     } else {
       if (kPart != kDiagonalUnit && (!kIsUpper || i < with_diagonal))
-        sum = part_sum<kPart, kConjugate>(i + base, a + start, columns + start, count, based_x);
+        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count, based_x);
       if (is_unit(kPart) && i < with_diagonal) sum = plus(sum, x[i]);
     }
     y[i] = overwrites ? times(alpha, sum) : multiple(alpha, sum, y[i]);
@@ -219,11 +226,8 @@ template <csr_part kPart, bool kConjugate, bool kStreams, bool kGathers, class T
 }
 template <csr_part kPart, bool kConjugate, class T>
 void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  auto take_rows = rows->streams ? gather_rows<kPart, kConjugate, true, false, T>
-                                 : gather_rows<kPart, kConjugate, false, false, T>;
-  if constexpr (kHasVectors<T> && kPart == kWhole) {
-    if (rows->gathers) take_rows = gather_rows<kPart, kConjugate, true, true, T>;
-  }
+  const auto take_rows =
+      rows->streams ? gather_rows<kPart, kConjugate, true, T> : gather_rows<kPart, kConjugate, false, T>;
 #ifdef __AVX2__
   if constexpr (kHasVectors<T>) {
     const run_product product = {rows, a, *alpha, *alpha, x, y, is_unit(kPart)};
