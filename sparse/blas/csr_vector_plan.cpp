@@ -12,7 +12,7 @@ constexpr core_int kSharedSumRows = 100001;
 constexpr core_int kNativeThreadEntries = 30000;
 // A transposed product with results per thread forks twice and moves three more numbers per column and
 // further thread, in lines that another thread has read.
-constexpr core_int kTransposedThreadEntries = 100000;
+constexpr core_int kTransposedThreadEntries = 60000;
 constexpr core_int kEntriesPerAccumulator = 2;
 
 // Larger matrices come from memory, at least in part. Those in the last cache come by themselves: asked for,

@@ -231,9 +231,9 @@ TEST(CsrVectorPlan, Table) {
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.0625}, far, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.063}, sums, 4, true, true},
       {{'S', false, 4, 4, 30000, 4, true}, serial, 1, false, false},
-      {{'G', true, 100, 100, 99999, 4, true}, serial, 1, false, false},
-      {{'G', true, 100, 12500, 100000, 4, true}, sums, 4, true, true},
-      {{'G', true, 100, 12501, 100000, 4, true}, serial, 1, false, false},
+      {{'G', true, 100, 100, 59999, 4, true}, serial, 1, false, false},
+      {{'G', true, 100, 7500, 60000, 4, true}, sums, 4, true, true},
+      {{'G', true, 100, 7501, 60000, 4, true}, serial, 1, false, false},
       {{'D', false, 100, 100, 30000, 4, true}, serial, 1, false, false},
   };
   for (const auto& row : rows) {
@@ -249,7 +249,7 @@ TEST(CsrVectorPlan, Table) {
 }
 
 TEST(CsrVectorPlan, OnlyNativeThreadsAddToTheResultItself) {
-  EXPECT_TRUE(sparse::plan_csr_vector({'G', true, 100, 100, 100000, 4, true}).first_in_place);
+  EXPECT_TRUE(sparse::plan_csr_vector({'G', true, 100, 100, 60000, 4, true}).first_in_place);
   EXPECT_FALSE(sparse::plan_csr_vector({'S', false, 100, 100, 30000, 4, true}).first_in_place);
   EXPECT_FALSE(sparse::plan_csr_vector({'S', false, 100, 100, 30000, 4, false}).first_in_place);
 }
