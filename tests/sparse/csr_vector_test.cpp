@@ -244,8 +244,8 @@ TEST(CsrVectorPlan, Table) {
     EXPECT_EQ(plan.even_entries, row.even) << line;
     EXPECT_EQ(plan.shared_sum, row.shared) << line;
   }
-  EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 2048}).streams);
-  EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 2048}).streams);
+  EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 3072}).streams);
+  EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 3072}).streams);
 }
 
 TEST(CsrVectorPlan, OnlyNativeThreadsAddToTheResultItself) {
