@@ -12,9 +12,9 @@ case ${1:-} in
   fast)
     preset=sanitize purposes=""
     tests="service_memory_test entry_blas_test entry_lapack_test whole_no_memory_test sparse_csr_check_test
-           sparse_csr_product_test
-           sparse_dss_test sparse_pardiso_failures_test fft_descriptor_test conv_task_test nls_protocol_test
-           vector_errors_test facade_vectors_test facade_sparse_solvers_test cli_matrix_market_test"
+           sparse_csr_product_test sparse_dss_test sparse_pardiso_failures_test fft_descriptor_test
+           conv_task_test nls_protocol_test vector_errors_test facade_vectors_test
+           facade_sparse_solvers_test cli_matrix_market_test"
     inputs=$(cd fuzz && ls ./*.cpp | sed 's|./|fuzz_|; s|\.cpp$||')
     chosen="^(fuzz\..*|$(echo $tests | tr ' ' '|'))$"
     ;;
