@@ -66,17 +66,6 @@ template <int kWay = 1, class T>
     _mm_prefetch(moved(columns + p, kAhead / kShare), _MM_HINT_T0);
   }
 }
-/// The same between the entries of a long row: far ahead into the second cache, and near from there into the
-/// first one, which can wait for too few lines at a time to keep memory busy beside elements of x from far
-/// away.
-template <class T>
-[[gnu::always_inline]] inline void ask_far_ahead(const T* a, const int* columns) {
-  constexpr intptr_t kNear = 1024, kFar = 8192, kShare = sizeof(T) / sizeof(int);
-  _mm_prefetch(moved(a, kNear), _MM_HINT_T0);
-  _mm_prefetch(moved(columns, kNear / kShare), _MM_HINT_T0);
-  _mm_prefetch(moved(a, kFar), _MM_HINT_T1);
-  _mm_prefetch(moved(columns, kFar / kShare), _MM_HINT_T1);
-}
 
 /// Whether an entry at this place takes part; a unit diagonal is added apart.
 template <csr_part kPart>
@@ -117,29 +106,58 @@ constexpr bool kHasVectors = sizeof(T) == sizeof(double);
 /// (0 + 1) + (2 + 3), as row_sum adds.
 inline double total(__m256d sums) {
   const __m128d low = _mm256_castpd256_pd128(sums), high = _mm256_extractf128_pd(sums, 1);
-  const __m128d pairs = _mm_hadd_pd(low, high);
+  const __m128d pairs = _mm_add_pd(_mm_unpacklo_pd(low, high), _mm_unpackhi_pd(low, high));
   return _mm_cvtsd_f64(_mm_add_sd(pairs, _mm_unpackhi_pd(pairs, pairs)));
 }
 
-/// x at four columns, loaded one by one.
-inline __m256d elements_of(const double* x, __m128i columns) {
-  const int64_t low = _mm_cvtsi128_si64(columns), high = _mm_extract_epi64(columns, 1);
-  return _mm256_setr_pd(x[static_cast<int>(low)], x[low >> 32], x[static_cast<int>(high)], x[high >> 32]);
+/// x at four columns, loaded one by one: columns k and k + 1 in one number each.
+[[gnu::always_inline]] inline __m256d elements_of(const double* x, int64_t first, int64_t second) {
+  return _mm256_setr_pd(x[static_cast<int>(first)], x[first >> 32], x[static_cast<int>(second)],
+                        x[second >> 32]);
+}
+[[gnu::always_inline]] inline int64_t two_columns(const int* columns) {
+  int64_t two;
+  __builtin_memcpy(&two, columns, sizeof(two));
+  return two;
+}
+
+/// What a long row, whose elements of x come from all over it, will read. From memory: far ahead into the
+/// second cache, and near from there into the first one, which can wait for too few lines at a time to keep
+/// memory busy. From a cache: near, as the processor's own asking does not keep up.
+template <bool kStreams>
+[[gnu::always_inline]] inline void ask_in_long_row(const double* a, const int* columns) {
+  constexpr intptr_t kNear = kStreams ? 1024 : 512, kFar = 8192;
+  ask_for_lines<_MM_HINT_T0>(a, kNear, 1);
+  ask_for_lines<_MM_HINT_T0>(columns, kNear / 2, 1);
+  if constexpr (kStreams) {
+    ask_for_lines<_MM_HINT_T1>(a, kFar, 1);
+    ask_for_lines<_MM_HINT_T1>(columns, kFar / 2, 1);
+  }
 }
 
 /// The bits of row_sum for a long row. One instruction that gathers four elements takes longer on Zen 4, up
 /// to twice where x lies beyond the second cache.
 template <bool kStreams>
-[[gnu::noinline]] double long_sum(const double* a, const int* columns, core_int count, const double* x) {
+[[gnu::always_inline]] inline double long_sum(const double* a, const int* columns, core_int count,
+                                              const double* x) {
   __m256d sums = _mm256_setzero_pd();
-  core_int p = 0;
-  for (; p + 4 <= count; p += 4) {
-    if constexpr (kStreams) ask_far_ahead(a + p, columns + p);
-    const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
-    sums = _mm256_fmadd_pd(_mm256_loadu_pd(a + p), elements_of(x, j), sums);
-  }
+  const auto add_four = [&] {
+    if constexpr (kStreams) ask_in_long_row<kStreams>(a, columns);
+    sums = _mm256_fmadd_pd(_mm256_loadu_pd(a), elements_of(x, two_columns(columns), two_columns(columns + 2)),
+                           sums);
+    a += 4;
+    columns += 4;
+    count -= 4;
+    asm("" : "+r"(count));  // the compiler must not work out where the loop ends, with more than it saves
+  };
+  do {
+    if constexpr (!kStreams) ask_in_long_row<kStreams>(a, columns);  // the last few need none
+    add_four();
+    add_four();
+  } while (count >= 8);
+  if (count >= 4) add_four();
   double sum = total(sums);
-  for (; p < count; ++p) sum = multiple(a[p], x[columns[p]], sum);
+  for (core_int p = 0; p < count; ++p) sum = multiple(a[p], x[columns[p]], sum);
   return sum;
 }
 
@@ -166,7 +184,9 @@ template <csr_part kPart>
     const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
     const __m256d mask = _mm256_castsi256_pd(_mm256_cvtepi32_epi64(compared(j)));
     const __m128i read = kIsLower ? _mm_min_epi32(j, diagonal) : _mm_max_epi32(j, diagonal);
-    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)), kept(mask, elements_of(x, read)), sums);
+    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)),
+                           kept(mask, elements_of(x, _mm_cvtsi128_si64(read), _mm_extract_epi64(read, 1))),
+                           sums);
   }
   double sum = total(sums);
   for (; p < count; ++p)
@@ -209,10 +229,11 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
   const core_int base = rows->base;
   [[maybe_unused]] const core_int with_diagonal = rows->column_count;
   const T* const based_x = rebased(x, base);
-  const int *const columns = rows->columns, *const begin = rows->begin, *const end = rows->end;
+  const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
   const bool overwrites = rows->overwrites;
+  a = rebased(a, base);
   for (core_int i = first; i < last; ++i) {
-    const core_int start = begin[i] - base, count = end[i] - base - start;
+    const core_int start = begin[i], count = end[i] - start;
     T sum{};
     if constexpr (kPart == kWhole) {
       sum = whole_sum<kConjugate, kStreams>(a + start, columns + start, count, based_x);
