@@ -107,6 +107,58 @@ TYPED_TEST(CsrVector, MeansWhatTheDescriptionSays) {
   }
 }
 
+/// Stretches of rows of one kind: lower triangles in the main, or all of it turned by half a circle.
+template <class T>
+csr<T> stretches_of_rows(int n, bool turned) {
+  struct kind_of_row {
+    int most;       ///< entries, less one
+    int long_from;  ///< every tenth row has as many and up to three more, unless 0
+    bool is_whole, is_sorted, has_diagonal;
+  };
+  constexpr kind_of_row kKinds[] = {{12, 0, false, true, true},  {6, 30, false, true, true},
+                                    {9, 0, false, true, false},  {20, 0, true, true, true},
+                                    {14, 45, true, false, true}, {1, 0, false, true, false},
+                                    {4, 70, false, true, true}};
+  std::mt19937 random(21);
+  const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+  std::vector<std::vector<int>> rows(n);
+  for (int i = 0; i < n; ++i) {
+    std::vector<int>& row = rows[i];
+    const kind_of_row& kind = kKinds[i / 85 % std::size(kKinds)];
+    const bool is_long = kind.long_from > 0 && i % 10 == 0;
+    for (int count = is_long ? kind.long_from + i / 10 % 4 : below(kind.most); count > 0 && i > 0; --count)
+      row.push_back(below(kind.is_whole ? n : i));
+    std::sort(row.begin(), row.end());
+    if (kind.has_diagonal || i % 5 == 0) row.insert(std::upper_bound(row.begin(), row.end(), i), i);
+    if (!kind.is_sorted) std::shuffle(row.begin(), row.end(), random);
+  }
+  csr<T> m{n, n, {1}, {}, {}};
+  for (int i = 0; i < n; ++i) {
+    std::vector<int> row = rows[turned ? n - 1 - i : i];
+    if (turned) std::reverse(row.begin(), row.end());
+    for (const int j : row) {
+      m.ja.push_back(1 + (turned ? n - 1 - j : j));
+      m.a.push_back(exact_value<T>(random));
+    }
+    m.ia.push_back(static_cast<int>(m.ja.size()) + 1);
+  }
+  return m;
+}
+TYPED_TEST(CsrVector, RowsOfManyKinds) {
+  using T = TypeParam;
+  for (const bool turned : {false, true}) {
+    const auto a = stretches_of_rows<T>(600, turned);
+    for (const int threads : {1, 3}) {
+      serv_set_num_threads(threads);
+      for (const char* lower : {"GXXF", "SLNF", "SLUC", "HLNC", "ALNF", "TLNF"}) {
+        std::string description = lower;
+        if (turned && description[1] == 'L') description[1] = 'U';
+        check_product(a, description, 'N', make<T>(2, 1), threads == 1 ? make<T>(0) : make<T>(3, 1));
+      }
+    }
+  }
+}
+
 /// Above the sizes where the accumulators are added by all threads and the native plans take threads. Half of
 /// the entries lie up to reach rows off the diagonal.
 template <class T>

@@ -4,79 +4,17 @@
 // tail in order; shorter ones in order. Of a mirrored triangle rows are summed in order. Where QEL_CSR_FUSED
 // is defined, multiply and add are one rounding, and mirrored rows of kLongMirroredRow entries have two sums.
 
+#include "sparse/kernels/shared/csr_elements.inl.h"
 #ifdef __AVX2__
 #include "sparse/kernels/shared/row_runs.inl.h"
 #endif
+#include "sparse/kernels/shared/mirrored_rows.inl.h"
 
 namespace qel::QEL_LEVEL {
 namespace {
 
-[[gnu::always_inline]] inline double multiple(double a, double b, double sum) {
-#ifdef QEL_CSR_FUSED
-  return __builtin_fma(a, b, sum);
-#else
-  return sum + a * b;
-#endif
-}
-[[gnu::always_inline]] inline complex16 multiple(complex16 a, complex16 b, complex16 sum) {
-  return {multiple(-a.imag, b.imag, multiple(a.real, b.real, sum.real)),
-          multiple(a.imag, b.real, multiple(a.real, b.imag, sum.imag))};
-}
-[[gnu::always_inline]] inline double plus(double a, double b) { return a + b; }
-[[gnu::always_inline]] inline complex16 plus(complex16 a, complex16 b) {
-  return {a.real + b.real, a.imag + b.imag};
-}
-[[gnu::always_inline]] inline double negative(double a) { return -a; }
-[[gnu::always_inline]] inline complex16 negative(complex16 a) { return {-a.real, -a.imag}; }
-[[gnu::always_inline]] inline double times(double a, double b) { return a * b; }
-[[gnu::always_inline]] inline complex16 times(complex16 a, complex16 b) {
-  return {a.real * b.real - a.imag * b.imag, a.real * b.imag + a.imag * b.real};
-}
-template <bool kConjugate>
-[[gnu::always_inline]] inline double stored(double a) {
-  return a;
-}
-template <bool kConjugate>
-[[gnu::always_inline]] inline complex16 stored(complex16 a) {
-  if constexpr (kConjugate) return {a.real, -a.imag};
-  return a;
-}
-
-/// p - base. The compiler must not see through it: it would subtract base again at every access.
-template <class E>
-[[gnu::always_inline]] inline E* rebased(E* p, core_int base) {
-  uintptr_t address = reinterpret_cast<uintptr_t>(p) - static_cast<uintptr_t>(base) * sizeof(E);
-  asm("" : "+r"(address));
-  return reinterpret_cast<E*>(address);
-}
-
 // Below, the start and the end of four sums cost more than they save.
 constexpr core_int kLongRow = 10;
-
-[[gnu::always_inline]] inline const char* moved(const void* p, intptr_t bytes) {
-  return reinterpret_cast<const char*>(reinterpret_cast<intptr_t>(p) + bytes);
-}
-/// Asks for what the next rows will read: processors follow many short streams late. kWay is 1 or -1, as the
-/// walk goes.
-template <int kWay = 1, class T>
-[[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns, core_int count) {
-  constexpr intptr_t kAhead = kWay * 2048, kShare = sizeof(T) / sizeof(int);
-  for (core_int p = 0; p < count; p += 64 / sizeof(T)) {
-    _mm_prefetch(moved(a + p, kAhead), _MM_HINT_T0);
-    _mm_prefetch(moved(columns + p, kAhead / kShare), _MM_HINT_T0);
-  }
-}
-
-/// Whether an entry at this place takes part; a unit diagonal is added apart.
-template <csr_part kPart>
-[[gnu::always_inline]] inline bool takes_part(core_int row, core_int column) {
-  if constexpr (kPart == kLower) return column <= row;
-  if constexpr (kPart == kLowerUnit) return column < row;
-  if constexpr (kPart == kUpper) return column >= row;
-  if constexpr (kPart == kUpperUnit) return column > row;
-  if constexpr (kPart == kDiagonal) return column == row;
-  return kPart == kWhole;
-}
 
 /// The sum of a[p] * x[columns[p]] over a row's entries.
 template <bool kConjugate, class T>
@@ -100,9 +38,6 @@ template <bool kConjugate, class T>
 }
 
 #ifdef __AVX2__
-template <class T>
-constexpr bool kHasVectors = sizeof(T) == sizeof(double);
-
 /// (0 + 1) + (2 + 3), as row_sum adds.
 inline double total(__m256d sums) {
   const __m128d low = _mm256_castpd256_pd128(sums), high = _mm256_extractf128_pd(sums, 1);
@@ -193,10 +128,8 @@ template <csr_part kPart>
     if (takes_part<kPart>(diagonal_column, columns[p])) sum = multiple(a[p], x[columns[p]], sum);
   return sum;
 }
-#else
-template <class T>
-constexpr bool kHasVectors = false;
 #endif
+
 template <bool kConjugate, bool kStreams, class T>
 [[gnu::always_inline]] inline T whole_sum(const T* a, const int* columns, core_int count, const T* x) {
   if constexpr (kHasVectors<T>) {
@@ -261,7 +194,8 @@ void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y)
         },
         [&](core_int at, run_search& search) {
           return gather_runs<kPart>(product, rows->first + at, limit, search);
-        });
+        },
+        [&](core_int at) { return may_begin_run<1>(rows, rows->first + at); });
     return;
   }
 #endif
@@ -326,220 +260,12 @@ void scatter(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y
         },
         [&](core_int at, run_search& search) {
           return scatter_runs<kPart>(product, rows->first + at, rows->last, search);
-        });
+        },
+        [&](core_int at) { return may_begin_run<1>(rows, rows->first + at); });
     return;
   }
 #endif
   take_rows(rows, rows->first, rows->last, a, *alpha, x, y);
-}
-
-template <class T>
-[[gnu::noinline, gnu::cold]] void zero_block(const far_rows<T>& far, core_int block) {
-  far.touched[block] = 1;
-  T* const start = far.far + (block << kFarBlockBits);
-  for (int k = 0; k < 1 << kFarBlockBits; ++k) start[k] = T{};
-}
-/// The accumulator's element for row j, whose block is zeroed at its first use.
-template <class T>
-[[gnu::always_inline]] inline T& far_row(const far_rows<T>& far, core_int j) {
-  const core_int block = j >> kFarBlockBits;
-  if (!far.touched[block]) [[unlikely]]
-    zero_block(far, block);
-  return far.far[j];
-}
-
-template <csr_mirror kMirror, class T>
-[[gnu::always_inline]] inline T mirror(T value) {
-  if constexpr (kMirror == kOpposite) return negative(value);
-  if constexpr (kMirror == kConjugated) return stored<true>(value);
-  return value;
-}
-
-/// What a row of a mirrored triangle works with; everything counts from the base.
-template <class T>
-struct mirrored_row {
-  const int* columns;
-  const T *a, *x;
-  T* y;
-  T factor;  ///< alpha x of the row
-};
-
-/// One entry: into the row's sum and into the mirrored row.
-template <csr_mirror kMirror, bool kConjugate, class T>
-[[gnu::always_inline]] inline T add_both(const mirrored_row<T>& r, core_int p, core_int j, T sum) {
-  const T value = stored<kConjugate>(r.a[p]);
-  sum = multiple(value, r.x[j], sum);
-  r.y[j] = multiple(mirror<kMirror>(value), r.factor, r.y[j]);
-  return sum;
-}
-
-#ifdef QEL_CSR_FUSED
-constexpr bool kTwoSums = true;
-#else
-constexpr bool kTwoSums = false;  // these levels add in order
-#endif
-
-/// Entries of a long row four at a time, as far as all four lie inside the triangle. Returns how many. A
-/// function of its own, so that short rows have the registers.
-template <csr_mirror kMirror, bool kIsLower, bool kConjugate, class T>
-[[gnu::noinline]] core_int long_row(const mirrored_row<T> r, core_int row, core_int p, core_int last,
-                                    T* sum) {
-  const auto inside = [row](core_int j) -> int { return kIsLower ? j < row : j > row; };
-  const core_int first = p;
-  T even{}, other{};
-  T& odd = kTwoSums ? other : even;
-  for (; p + 4 <= last; p += 4) {
-    const core_int j0 = r.columns[p], j1 = r.columns[p + 1], j2 = r.columns[p + 2], j3 = r.columns[p + 3];
-    if (!(inside(j0) & inside(j1) & inside(j2) & inside(j3))) break;
-    even = add_both<kMirror, kConjugate>(r, p, j0, even);
-    odd = add_both<kMirror, kConjugate>(r, p + 1, j1, odd);
-    even = add_both<kMirror, kConjugate>(r, p + 2, j2, even);
-    odd = add_both<kMirror, kConjugate>(r, p + 3, j3, odd);
-  }
-  *sum = kTwoSums ? plus(even, odd) : even;
-  return p - first;
-}
-
-/// Of mirrored rows, which are half as long; where lengths differ, leaving two loops costs more than a sum.
-constexpr core_int kLongMirroredRow = 32;
-
-#ifdef __AVX2__
-constexpr core_int kMostFarRows = core_int{1} << kFarBlockBits;
-
-/// The result that elements first .. last - 1 of a run's first rows belong to: own rows, or the accumulator;
-/// null if both. limit, of rows, sinks to what the same result serves, and the accumulator gets the blocks
-/// that so many rows need.
-template <int kWay>
-[[gnu::always_inline]] inline double* result_for(const csr_slice* m, double* y, const far_rows<double>* far,
-                                                 core_int first, core_int last, core_int rows,
-                                                 core_int& limit) {
-  // Rows go away from the triangle: what they add to comes nearer to the slice and stays inside of it.
-  if (first >= m->first && last <= m->last) return y;
-  if (first < m->last && last > m->first) return nullptr;
-  const core_int distance = kWay > 0 ? m->first - last : first - m->last;
-  if (limit > rows + distance) limit = rows + distance;
-  if (limit > kMostFarRows) limit = kMostFarRows;
-  (kWay > 0 ? last : first) += kWay * (limit - rows);
-  for (core_int block = first >> kFarBlockBits; block <= (last - 1) >> kFarBlockBits; ++block)
-    if (!far->touched[block]) zero_block(*far, block);
-  return far->far;
-}
-
-/// Takes the run that begins at row i, in the triangle's order of rows, if there is one. Returns its rows.
-template <csr_mirror kMirror, csr_part kPart>
-[[gnu::noinline]] core_int mirror_runs(const run_product& product, const far_rows<double>* far, core_int i,
-                                       core_int left, run_search& search) {
-  constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
-  constexpr int kWay = kIsLower ? 1 : -1;
-  constexpr csr_part kTaken = kMirror != kOpposite ? kPart : kIsLower ? kLowerUnit : kUpperUnit;
-  const row_run found = find_run<run_use::kMirror, kTaken, kWay>(product, i, left, search);
-  if (found.rows == 0) return 0;
-  core_int limit = search.in_blocks ? left : found.rows;
-  const auto place = [&](const run_target& target) {
-    const core_int first = found.row + target.offset, last = first + found.rows;
-    return result_for<kWay>(product.m, product.y, far, target.after >= 0 ? first - 1 : first,
-                            target.before >= 0 ? last + 1 : last, found.rows, limit);
-  };
-  if (far != nullptr) {
-    bool placed = place(search.shape.own) != nullptr;
-    for (int t = 0; t < search.shape.targets && placed; ++t) {
-      double* const result = place(search.shape.at[t]);
-      placed = result != nullptr;
-      if (placed) search.y_at[t] = result + search.shape.at[t].offset;
-    }
-    if (!placed) {
-      search.pause = found.rows;
-      return 0;
-    }
-  }
-  if (search.in_blocks) {
-    const auto take_blocks =
-        (product.m->streams ? kMirrorBlocks<kWay, true> : kMirrorBlocks<kWay, false>)[search.length - 2];
-    const core_int rows = take_blocks(product, search, i, limit);
-    search.run_end = i + kWay * rows;
-    return rows;
-  }
-  kScatterRun<kWay, true>[kernel_of(search.shape)](product, search, found);
-  return found.rows;
-}
-#endif
-
-template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool kStreams, class T>
-[[gnu::noinline]] void symmetric_rows(const csr_slice* rows, core_int first, core_int left, const T* a,
-                                      const T* alpha, const T* x, T* y,
-                                      [[maybe_unused]] const far_rows<T>* far) {
-  constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
-  const core_int base = rows->base, slice_first = rows->first + base, slice_last = rows->last + base;
-  const int *const begin = rebased(rows->begin, base), *const end = rebased(rows->end, base);
-  const bool overwrites = rows->overwrites;
-  const T scale = *alpha;
-  mirrored_row<T> r{rebased(rows->columns, base), rebased(a, base), rebased(x, base), rebased(y, base), {}};
-  // Rows go away from the triangle: each is met before any other one adds to it, so its first value is its
-  // own.
-  core_int i = first + base;
-  for (; left > 0; --left, i += kIsLower ? 1 : -1) {
-    r.factor = times(scale, r.x[i]);
-    T sum{};
-    core_int p = begin[i];
-    const core_int last = end[i];
-    if constexpr (kStreams) ask_ahead<kIsLower ? 1 : -1>(r.a + p, r.columns + p, last - p);
-    if constexpr (!kFar) {
-      if (last - p >= kLongMirroredRow) [[unlikely]] {
-        T start;
-        p += long_row<kMirror, kIsLower, kConjugate>(r, i, p, last, &start);
-        sum = start;
-      }
-    }
-    for (; p < last; ++p) {
-      const core_int j = r.columns[p];
-      if (kIsLower ? j < i : j > i) {
-        if constexpr (kFar) {
-          if (kIsLower ? j < slice_first : j >= slice_last) {
-            const T value = stored<kConjugate>(r.a[p]);
-            T& target = far_row(*far, j - base);
-            sum = multiple(value, r.x[j], sum);
-            target = multiple(mirror<kMirror>(value), r.factor, target);
-            continue;
-          }
-        }
-        sum = add_both<kMirror, kConjugate>(r, p, j, sum);
-      } else if (j == i && kMirror != kOpposite && !is_unit(kPart)) {
-        sum = multiple(stored<kConjugate>(r.a[p]), r.x[j], sum);
-      }
-    }
-    if (kMirror != kOpposite && is_unit(kPart)) sum = plus(sum, r.x[i]);
-    r.y[i] = overwrites ? times(scale, sum) : multiple(scale, sum, r.y[i]);
-  }
-}
-
-template <csr_mirror kMirror, csr_part kPart, bool kConjugate, class T>
-void symmetric(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y, const far_rows<T>* far) {
-  constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
-  const auto take_rows = rows->streams    ? far != nullptr
-                                                ? symmetric_rows<kMirror, kPart, kConjugate, true, true, T>
-                                                : symmetric_rows<kMirror, kPart, kConjugate, false, true, T>
-                            : far != nullptr ? symmetric_rows<kMirror, kPart, kConjugate, true, false, T>
-                                          : symmetric_rows<kMirror, kPart, kConjugate, false, false, T>;
-  const core_int count = rows->last - rows->first;
-  const auto row_at = [=](core_int at) { return kIsLower ? rows->first + at : rows->last - 1 - at; };
-#ifdef __AVX2__
-  if constexpr (kHasVectors<T>) {
-    const run_product product = {rows,
-                                 a,
-                                 *alpha,
-                                 kMirror == kOpposite ? -*alpha : *alpha,
-                                 x,
-                                 y,
-                                 kMirror != kOpposite && is_unit(kPart)};
-    walk_rows(
-        count, count, [&](core_int at, core_int n) { take_rows(rows, row_at(at), n, a, alpha, x, y, far); },
-        [&](core_int at, run_search& search) {
-          return mirror_runs<kMirror, kPart>(product, far, row_at(at), count - at, search);
-        });
-    return;
-  }
-#endif
-  take_rows(rows, row_at(0), count, a, alpha, x, y, far);
 }
 
 // Real tables have the plain kernels in the places of the conjugating ones.
