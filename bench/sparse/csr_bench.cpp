@@ -4,9 +4,9 @@
 // columns, and rows whose lengths follow a power law. The ratio to "stream" is the share of the bandwidth
 // that a product has of what reading its operands in order has: the same arrays, on as many threads. Bytes
 // count 12 for an entry and 20 for a row (its start, x, y); lines of y that are fetched to be written count
-// for neither. "elements" does the same but reads x at the columns, in any order: where columns are random,
-// that is what the caches allow. Of the triangles grid3d:80 half stays in a last cache of 32 MiB, grid3d:100
-// doesn't.
+// for neither. "elements" does the same but reads x (for mirrored rows y, too) at the columns, in any order:
+// where columns are random, that is what the caches allow. Of the triangles grid3d:80 half stays in a last
+// cache of 32 MiB, grid3d:100 doesn't.
 #include <Eigen/Sparse>
 #include <algorithm>
 #include <cmath>
@@ -153,16 +153,16 @@ words words_of(const T* data, std::ptrdiff_t count) {
   return {reinterpret_cast<const word*>(data), count / kPerWord};
 }
 /// All that a product must read and write, each once: what memory and caches allow. x in order or at the
-/// columns.
-enum class reading { kInOrder, kAtColumns };
+/// columns, of mirrored rows y at the columns, too.
+enum class reading { kInOrder, kAtColumns, kBothAtColumns };
 template <reading kReading>
 [[gnu::noinline]] void stream(const csr_view& a, const double* x, double* y) {
-  constexpr bool kAtColumns = kReading == reading::kAtColumns;
+  constexpr bool kAtColumns = kReading != reading::kInOrder, kBoth = kReading == reading::kBothAtColumns;
   const std::ptrdiff_t entries = a.ia[a.n], n = a.n;
   const words parts[] = {words_of(a.a, kAtColumns ? 0 : entries), words_of(a.ja, kAtColumns ? 0 : entries),
                          words_of(a.ia, n), words_of(x, kAtColumns ? 0 : n)};
   const word* const values = words_of(a.a, entries).data;
-  const word* const elements = words_of(x, n).data;
+  const word *const elements = words_of(x, n).data, *const results = words_of(y, n).data;
   const int* const columns = a.ja;
   word sum = 0;
 #pragma omp parallel reduction(+ : sum)
@@ -176,7 +176,8 @@ template <reading kReading>
 #pragma omp for nowait
       for (std::ptrdiff_t p = 0; p < entries / 8; ++p) {
         word eight = 0;
-        for (std::ptrdiff_t k = 8 * p; k < 8 * p + 8; ++k) eight += values[k] + elements[columns[k]];
+        for (std::ptrdiff_t k = 8 * p; k < 8 * p + 8; ++k)
+          eight += values[k] + elements[columns[k]] + (kBoth ? results[columns[k]] : 0);
         sum += eight;
       }
     }
@@ -214,9 +215,10 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
     }
     add(name, "stream", per_call, [=] { stream<reading::kInOrder>(a, v->x.data(), v->y.data()); });
   };
-  const auto add_elements = [=](const std::string& name) {
+  const auto add_elements = [=](const std::string& name, work_per_call per_call, auto read,
+                                const csr_view& a) {
     if (pattern.starts_with("grid")) return;  // x comes in order there
-    add(name, "elements", whole, [=] { stream<reading::kAtColumns>(whole_view, v->x.data(), v->y.data()); });
+    add(name, "elements", per_call, [=] { read(a, v->x.data(), v->y.data()); });
   };
   std::string name = "csrmv/general/" + pattern;
   start_case(name, whole, whole_view, "N", "GLNC");
@@ -224,7 +226,7 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
   add(name, "loop", whole, [=] {
     plain_product(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
   });
-  add_elements(name);
+  add_elements(name, whole, stream<reading::kAtColumns>, whole_view);
   name = "csrmv/transposed/" + pattern;
   start_case(name, whole, whole_view, "T", "GLNC");
   add(name, "Eigen", whole, [=] { v->y.noalias() = m->transpose() * v->x; });
@@ -235,12 +237,14 @@ void vector_cases(const std::string& pattern, const std::shared_ptr<sparse>& m) 
     plain_symmetric(n, lower->outerIndexPtr(), lower->innerIndexPtr(), lower->valuePtr(), v->x.data(),
                     v->y.data());
   });
+  add_elements(name, half, stream<reading::kBothAtColumns>, lower_view);
   name = "csrmv/triangle/" + pattern;
   start_case(name, whole, whole_view, "N", "TLNC");
+  add(name, "Eigen", whole, [=] { v->y.noalias() = m->triangularView<Eigen::Lower>() * v->x; });
   add(name, "loop", whole, [=] {
     plain_triangle(n, m->outerIndexPtr(), m->innerIndexPtr(), m->valuePtr(), v->x.data(), v->y.data());
   });
-  add_elements(name);
+  add_elements(name, whole, stream<reading::kAtColumns>, whole_view);
 }
 
 /// What a caller does for a result of unknown size: count, allocate, fill. Eigen allocates, too, and like
