@@ -150,11 +150,39 @@ TYPED_TEST(CsrVector, RowsOfManyKinds) {
     const auto a = stretches_of_rows<T>(600, turned);
     for (const int threads : {1, 3}) {
       serv_set_num_threads(threads);
-      for (const char* lower : {"GXXF", "SLNF", "SLUC", "HLNC", "ALNF", "TLNF"}) {
+      for (const char* lower : {"GXXF", "SLNF", "SLUC", "HLNC", "ALNF", "TLNF", "TLUC"}) {
         std::string description = lower;
         if (turned && description[1] == 'L') description[1] = 'U';
         check_product(a, description, 'N', make<T>(2, 1), threads == 1 ? make<T>(0) : make<T>(3, 1));
       }
+    }
+  }
+}
+
+/// Rows that look sorted but for one entry, in any place behind the diagonal.
+TYPED_TEST(CsrVector, EntriesOutOfOrder) {
+  using T = TypeParam;
+  const int n = 200;
+  std::mt19937 random(23);
+  for (const int length : {12, 16, 27, 45}) {
+    for (const bool turned : {false, true}) {
+      csr<T> m{n, n, {1}, {}, {}};
+      for (int r = 0; r < n; ++r) {
+        const int i = turned ? n - 1 - r : r;
+        std::vector<int> row{i};
+        if (const int k = i - 60; k >= 0 && k < 80) {
+          row = {3, 9, 20, 31, i};
+          while (static_cast<int>(row.size()) < length) row.push_back(i + static_cast<int>(row.size()));
+          row[5 + static_cast<std::size_t>(k) % (row.size() - 5)] = 40;
+        }
+        for (const int j : row) {
+          m.ja.push_back(1 + (turned ? n - 1 - j : j));
+          m.a.push_back(exact_value<T>(random));
+        }
+        m.ia.push_back(static_cast<int>(m.ja.size()) + 1);
+      }
+      for (const char* description : {"TLNF", "TLUF", "TUNF", "TUUF", "SLNF", "SUNF"})
+        check_product(m, description, 'N', make<T>(1), make<T>(0));
     }
   }
 }

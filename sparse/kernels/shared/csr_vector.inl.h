@@ -96,33 +96,72 @@ template <bool kStreams>
   return sum;
 }
 
-/// A long row of a real triangle without branches: where the triangle cuts a row differs from row to row,
-/// which no branch foresees. What takes no part has zeros for both factors, and the diagonal's element of x,
-/// which rows inside the matrix have, is read in its place.
+/// Which of the first eight columns take part, of count; a bit each. Reads all eight if count is above 0.
+template <csr_part kPart>
+[[gnu::always_inline]] inline unsigned parts_of_eight(core_int diagonal_column, const int* columns,
+                                                      core_int count) {
+  if (count <= 0) return 0;
+  const __m256i diagonal = _mm256_set1_epi32(static_cast<int>(diagonal_column)), j = eight(columns);
+  // Of the parts with a diagonal, what lies outside.
+  const __m256i compared = kPart == kLower || kPart == kUpperUnit ? _mm256_cmpgt_epi32(j, diagonal)
+                                                                  : _mm256_cmpgt_epi32(diagonal, j);
+  const unsigned found = static_cast<unsigned>(_mm256_movemask_ps(_mm256_castsi256_ps(compared)));
+  return (is_unit(kPart) ? found : ~found) & 255U >> (count < 8 ? 8 - count : 0);
+}
+
+/// A long row of a real triangle. Fours that lie inside of a lower triangle are plain ones, as long as they
+/// come first, and fours that come first and lie outside of an upper one are none: where the triangle cuts a
+/// sorted row, which no branch foresees, is met once. The other fours have no branch: what takes no part has
+/// zeros for both factors, and the diagonal's element of x, which rows inside the matrix have, is read in its
+/// place.
 template <csr_part kPart>
 [[gnu::noinline]] double long_part_sum(core_int diagonal_column, const double* a, const int* columns,
-                                       core_int count, const double* x) {
+                                       core_int count, core_int readable, const double* x) {
   constexpr bool kIsLower = kPart == kLower || kPart == kLowerUnit;
   // A comparison has all ones or, for the parts with a diagonal, zeros where an entry takes part.
   constexpr bool kNegated = kPart == kLower || kPart == kUpper;
   constexpr bool kGreater = kPart == kLower || kPart == kUpperUnit;
   const __m128i diagonal = _mm_set1_epi32(static_cast<int>(diagonal_column));
+  const auto four = [columns](core_int p) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
+  };
   const auto compared = [diagonal](__m128i j) {
     return kGreater ? _mm_cmpgt_epi32(j, diagonal) : _mm_cmpgt_epi32(diagonal, j);
+  };
+  const auto taken = [compared](__m128i j) {  // a bit each
+    return _mm_movemask_ps(_mm_castsi128_ps(compared(j))) ^ (kNegated ? 15 : 0);
   };
   const auto kept = [](__m256d mask, __m256d v) {
     return kNegated ? _mm256_andnot_pd(mask, v) : _mm256_and_pd(mask, v);
   };
   __m256d sums = _mm256_setzero_pd();
-  core_int p = 0;
-  for (; p + 4 <= count; p += 4) {
-    const __m128i j = _mm_loadu_si128(reinterpret_cast<const __m128i_u*>(columns + p));
+  const auto add_four = [&](core_int p) {
+    const __m128i j = four(p);
     const __m256d mask = _mm256_castsi256_pd(_mm256_cvtepi32_epi64(compared(j)));
     const __m128i read = kIsLower ? _mm_min_epi32(j, diagonal) : _mm_max_epi32(j, diagonal);
-    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)),
-                           kept(mask, elements_of(x, _mm_cvtsi128_si64(read), _mm_extract_epi64(read, 1))),
-                           sums);
+    const __m256d elements = elements_of(x, _mm_cvtsi128_si64(read), _mm_extract_epi64(read, 1));
+    sums = _mm256_fmadd_pd(kept(mask, _mm256_loadu_pd(a + p)), kept(mask, elements), sums);
+  };
+  core_int p = 0;
+  if constexpr (kIsLower) {
+    for (; p + 4 <= count && taken(four(p)) == 15; p += 4)
+      sums = _mm256_fmadd_pd(_mm256_loadu_pd(a + p),
+                             elements_of(x, two_columns(columns + p), two_columns(columns + p + 2)), sums);
+    if (p + 4 <= count) {
+      add_four(p);
+      p += 4;
+      const auto sixteen = [=](core_int q, core_int n) {
+        return parts_of_eight<kPart>(diagonal_column, columns + q, n) |
+               parts_of_eight<kPart>(diagonal_column, columns + q + 8, n - 8);
+      };
+      while (p + 16 < count && sixteen(p, 16) == 0) p += 16;
+      if (count - p <= 16 && count + 7 <= readable && sixteen(p, count - p) == 0) [[likely]]
+        return total(sums);
+    }
+  } else {
+    while (p + 4 <= count && taken(four(p)) == 0) p += 4;
   }
+  for (; p + 4 <= count; p += 4) add_four(p);
   double sum = total(sums);
   for (; p < count; ++p)
     if (takes_part<kPart>(diagonal_column, columns[p])) sum = multiple(a[p], x[columns[p]], sum);
@@ -138,14 +177,20 @@ template <bool kConjugate, bool kStreams, class T>
   if constexpr (kStreams) ask_ahead(a, columns, count);
   return row_sum<kConjugate>(a, columns, count, x);
 }
-/// The sum over the entries that take part; the diagonal's column counts from the base, as columns do.
+/// Longer rows of triangles ask for nothing: much of them may lie outside, whose values are not read.
+constexpr core_int kLongestAsked = 64;
+
+/// The sum over the entries that take part; the diagonal's column counts from the base, as columns do;
+/// columns are readable up to a number of them.
 template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 [[gnu::always_inline]] inline T part_sum(core_int diagonal_column, const T* a, const int* columns,
-                                         core_int count, const T* x) {
-  if constexpr (kStreams) ask_ahead(a, columns, count);
+                                         core_int count, [[maybe_unused]] core_int readable, const T* x) {
+  if constexpr (kStreams) {
+    if (count < kLongestAsked) ask_ahead(a, columns, count);
+  }
 #ifdef __AVX2__
   if constexpr (kHasVectors<T> && kPart != kDiagonal) {
-    if (count >= kLongRow) return long_part_sum<kPart>(diagonal_column, a, columns, count, x);
+    if (count >= kLongRow) return long_part_sum<kPart>(diagonal_column, a, columns, count, readable, x);
   }
 #endif
   T sum{};
@@ -165,6 +210,7 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
   const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
   const bool overwrites = rows->overwrites;
   a = rebased(a, base);
+  [[maybe_unused]] const core_int readable = first < last ? end[rows->last - 1] : 0;
   for (core_int i = first; i < last; ++i) {
     const core_int start = begin[i], count = end[i] - start;
     T sum{};
@@ -172,7 +218,8 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
       sum = whole_sum<kConjugate, kStreams>(a + start, columns + start, count, based_x);
     } else {
       if (kPart != kDiagonalUnit && (!kIsUpper || i < with_diagonal))
-        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count, based_x);
+        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count,
+                                                    readable - start, based_x);
       if (is_unit(kPart) && i < with_diagonal) sum = plus(sum, x[i]);
     }
     y[i] = overwrites ? times(alpha, sum) : multiple(alpha, sum, y[i]);
