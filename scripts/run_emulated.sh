@@ -8,6 +8,7 @@ set -eu
 build=$(realpath "$1"); shift
 command -v qemu-x86_64 > /dev/null || { echo "qemu-user is not installed"; exit 77; }
 ulimit -c 0
+unset QEL_NATIVE QEL_DEBUG_CPU_TYPE  # the caller's choice of a level
 
 # model, the variable set, level and type; "only" stands where the choice is all that is looked at. QEL_NATIVE
 # must change nothing on the models without AVX2.
