@@ -207,12 +207,11 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
   const core_int base = rows->base;
   [[maybe_unused]] const core_int with_diagonal = rows->column_count;
   const T* const based_x = rebased(x, base);
-  const int *const columns = rebased(rows->columns, base), *const begin = rows->begin, *const end = rows->end;
+  const int *const columns = rows->columns, *const begin = rows->begin, *const end = rows->end;
   const bool overwrites = rows->overwrites;
-  a = rebased(a, base);
-  [[maybe_unused]] const core_int readable = first < last ? end[rows->last - 1] : 0;
+  [[maybe_unused]] const core_int readable = first < last ? end[rows->last - 1] - base : 0;
   for (core_int i = first; i < last; ++i) {
-    const core_int start = begin[i], count = end[i] - start;
+    const core_int start = begin[i] - base, count = end[i] - base - start;
     T sum{};
     if constexpr (kPart == kWhole) {
       sum = whole_sum<kConjugate, kStreams>(a + start, columns + start, count, based_x);
