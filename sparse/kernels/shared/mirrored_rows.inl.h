@@ -139,10 +139,13 @@ struct mirrored_rows {
     }
     return sum;
   }
-  /// The same, four at a time as long as all four lie inside the triangle.
   [[gnu::noinline]] T rest_of_row(core_int row, core_int p, core_int last, T sum) const {
+    return some_of_row(row, p, last, times(alpha, x[row]), sum);
+  }
+  /// All of a row, four entries at a time as long as all four lie inside the triangle.
+  [[gnu::noinline]] T long_row(core_int row, core_int p, core_int last) const {
     const T factor = times(alpha, x[row]);
-    T other = negative(T{});  // which changes no sum
+    T sum{}, other = negative(T{});  // which changes no sum
     T& odd = kTwoSums ? other : sum;
     for (; p + 4 <= last; p += 4) {
       const core_int j0 = columns[p], j1 = columns[p + 1], j2 = columns[p + 2], j3 = columns[p + 3];
@@ -244,7 +247,7 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
     left -= count;
     if (count == most) continue;
     ask(i);
-    finish(i, triangle(m).rest_of_row(i, begin[i], end[i], T{}));
+    finish(i, triangle(m).long_row(i, begin[i], end[i]));
     i += kWay;
     --left;
   }

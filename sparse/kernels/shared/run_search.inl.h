@@ -178,7 +178,7 @@ row_run find_run(const run_product& product, core_int row, core_int limit, run_s
 /// would end if they were equally long.
 template <int kWay>
 [[gnu::always_inline]] inline bool may_begin_run(const csr_slice* m, core_int row) {
-  constexpr int kRows = kWay * static_cast<int>(kFirstLook - 1);
+  constexpr core_int kRows = kWay * (kFirstLook - 1);
   const int begin = m->begin[row], length = m->end[row] - begin;
   return m->begin[row + kRows] - begin == kRows * length;
 }
