@@ -11,7 +11,7 @@ case ${1:-} in
   threads) exec ./test.sh tsan ;;
   fast)
     preset=sanitize purposes=""
-    tests="service_memory_test entry_blas_test entry_lapack_test whole_no_memory_test sparse_csr_check_test sparse_csr_vector_test
+    tests="service_memory_test entry_blas_test entry_lapack_test whole_no_memory_test sparse_csr_check_test sparse_csr_vector_test sparse_csr_triangle_test
            sparse_csr_product_test sparse_dss_test sparse_pardiso_failures_test fft_descriptor_test
            conv_task_test nls_protocol_test vector_errors_test facade_vectors_test
            facade_sparse_solvers_test cli_matrix_market_test"

@@ -129,7 +129,7 @@ template <int kCount>
         sum2 = _mm256_fmadd_pd(w.first, _mm256_loadu_pd(x[k + 2] + i), sum2);
         sum3 = _mm256_fmadd_pd(w.second, _mm256_loadu_pd(x[k + 3] + i), sum3);
       }
-      sum = _mm256_add_pd(_mm256_add_pd(sum, sum1), _mm256_add_pd(sum2, sum3));
+      sum = _mm256_add_pd(_mm256_add_pd(sum, sum2), _mm256_add_pd(sum1, sum3));
     }
 #pragma GCC unroll 8
     for (; k + 2 <= count; k += 2) {
