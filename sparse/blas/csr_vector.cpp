@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <ranges>
 
 #include "blas/level1/level1.h"
 #include "blas/plain/scratch.h"
@@ -70,15 +71,17 @@ void run_rows(const csr_product<T>& product, row_range rows, T* y, const far_row
   }
 }
 
-/// Where the rows of thread t begin if each has about the same number of entries. Row starts need not be in
-/// order: the balance is then lost, but never a row.
-core_int first_row_by_entries(const csr_slice& matrix, int threads, int t) {
-  const core_int rows = matrix.last, start = matrix.begin[0], count = matrix.end[rows - 1] - start;
+/// Where the rows of thread t begin if each has about the same number of entries, of which each row counts as
+/// row_weight more. Row starts need not be in order: the balance is then lost, but never a row.
+core_int first_row_by_entries(const csr_slice& matrix, core_int row_weight, int threads, int t) {
+  const core_int rows = matrix.last, start = matrix.begin[0];
   if (t == threads) return rows;
+  const core_int count = matrix.end[rows - 1] - start + row_weight * rows;
   core_int first = 0;
   for (int before = 1; before <= t; ++before) {
     const core_int target = start + count * before / threads;
-    first = std::max(first, std::lower_bound(matrix.begin, matrix.begin + rows, target) - matrix.begin);
+    const auto is_before = [&](core_int i) { return matrix.begin[i] + row_weight * i < target; };
+    first = std::max(first, *std::ranges::partition_point(std::views::iota(core_int{0}, rows), is_before));
   }
   return first;
 }
@@ -87,7 +90,8 @@ template <class T>
 row_range share(const csr_product<T>& product, const csr_vector_plan& plan, int t) {
   const csr_slice& matrix = product.matrix;
   if (!plan.even_entries) return rows_of(matrix.last, plan.threads, t);
-  return {first_row_by_entries(matrix, plan.threads, t), first_row_by_entries(matrix, plan.threads, t + 1)};
+  return {first_row_by_entries(matrix, plan.row_weight, plan.threads, t),
+          first_row_by_entries(matrix, plan.row_weight, plan.threads, t + 1)};
 }
 
 template <class T>

@@ -15,6 +15,10 @@ constexpr core_int kNativeThreadEntries = 30000;
 constexpr core_int kTransposedThreadEntries = 60000;
 constexpr core_int kEntriesPerAccumulator = 2;
 
+// Of a triangle's entries those outside cost little, and where lengths differ long rows often have many: a
+// row weighs as much as some entries.
+constexpr core_int kTriangleRowWeight = 16;
+
 // Larger matrices come from memory, at least in part: others need the last cache, too. Those that stay in it
 // come by themselves: asked for, a product takes up to a third longer; from memory, a third to a half
 // shorter.
@@ -85,6 +89,8 @@ csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
   csr_vector_plan plan = shared_plan(facts);
   plan.streams = facts.bytes > facts.largest_cache / kShareOfCache;
   plan.first_in_place = facts.native && plan.scheme == csr_scheme::kAccumulators;
+  if (facts.kind == 'T' && plan.scheme == csr_scheme::kRowBlocks && plan.even_entries)
+    plan.row_weight = kTriangleRowWeight;
   return plan;
 }
 

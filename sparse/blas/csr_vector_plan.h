@@ -40,6 +40,7 @@ struct csr_vector_plan {
   bool streams = false;       ///< kernels ask for the matrix ahead
   const char* reason = "";
   bool first_in_place = false;  ///< accumulators: the first thread adds to the result itself
+  core_int row_weight = 0;      ///< with even_entries: a row counts as so many entries more
 };
 
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts);

@@ -293,6 +293,7 @@ TEST(CsrVectorPlan, Table) {
     csr_scheme scheme;
     int threads;
     bool even, shared;
+    core_int row_weight = 0;
   } rows[] = {
       // kind, transposed, rows, columns, entries, threads, native
       {{'G', false, 2, 2, 4, 4, false}, blocks, 4, false, false},
@@ -307,6 +308,8 @@ TEST(CsrVectorPlan, Table) {
       {{'A', false, 100001, 100001, 500000, 4, false}, sums, 4, false, true},
       {{'G', false, 100, 100, 29999, 4, true}, serial, 1, false, false},
       {{'G', false, 100, 100, 30000, 4, true}, blocks, 4, true, false},
+      {{'T', false, 100, 100, 30000, 4, true}, blocks, 4, true, false, 16},
+      {{'T', true, 100, 100, 60000, 4, true}, sums, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true}, far, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.0625}, far, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.063}, sums, 4, true, true},
@@ -323,6 +326,7 @@ TEST(CsrVectorPlan, Table) {
     EXPECT_EQ(plan.threads, row.threads) << line;
     EXPECT_EQ(plan.even_entries, row.even) << line;
     EXPECT_EQ(plan.shared_sum, row.shared) << line;
+    EXPECT_EQ(plan.row_weight, row.row_weight) << line;
   }
   EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 3072}).streams);
   EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 3072}).streams);
