@@ -15,7 +15,7 @@ struct vector_question {
   core_int rows = 0, columns = 0, entries = 0;
   std::string type = "d", kind = "G";
   bool transposed = false;
-  double far_share = 0;
+  double far_share = 0, spread = 0;
   core_int largest_cache = 0;
 };
 void declare_vector(CLI::App& command, vector_question& q) {
@@ -28,6 +28,9 @@ void declare_vector(CLI::App& command, vector_question& q) {
       ->capture_default_str();
   command.add_flag("--transposed", q.transposed, "A^T x");
   command.add_option("--far-share", q.far_share, "Entries far off the diagonal, 0 to 1")
+      ->capture_default_str();
+  command
+      .add_option("--spread", q.spread, "Entries' mean distance from the diagonal, as a share of the rows")
       ->capture_default_str();
   command.add_option("--largest-cache", q.largest_cache, "Bytes, instead of this processor's");
 }
@@ -44,7 +47,8 @@ report explain_vector(const vector_question& q, const asked_machine& machine) {
                                           level >= kFirstNativeLevel,
                                           q.entries * (element + core_int{sizeof(int)}),
                                           q.largest_cache > 0 ? q.largest_cache : largest_native_cache(),
-                                          q.far_share};
+                                          q.far_share,
+                                          q.spread};
   const sparse::csr_vector_plan plan = sparse::plan_csr_vector(facts);
   constexpr const char* kNames[] = {"serial", "rows for each thread", "a result for each thread",
                                     "own rows at once, far ones in blocks"};
@@ -63,6 +67,7 @@ report explain_vector(const vector_question& q, const asked_machine& machine) {
     if (plan.scheme != sparse::csr_scheme::kRowBlocks) out["results_added_by_all_threads"] = plan.shared_sum;
   }
   out["asks_ahead_for_the_matrix"] = plan.streams;
+  if (plan.streams) out["asks_in_two_steps"] = plan.in_steps;
   return out;
 }
 

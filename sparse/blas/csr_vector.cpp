@@ -224,7 +224,7 @@ csr_options options_of(const char* transa, const csr_class& about) {
 }
 
 /// How many entries lie in rows of other threads, estimated from a sample: an entry d rows off the diagonal
-/// does so with probability d over the rows of a thread.
+/// does so with probability d over the rows of a thread. Of one thread: how far they spread.
 double far_share_of(const csr_slice& matrix, int threads) {
   constexpr core_int kSample = 64;
   const core_int rows = matrix.last, step = std::max<core_int>(rows / kSample, 1),
@@ -276,7 +276,12 @@ void multiply(const csr_options& options, core_int rows, core_int columns, T alp
     facts.far_share = far_share_of(product.matrix, facts.threads);
     plan = plan_csr_vector(facts);
   }
+  if (plan.streams && product.plain != nullptr) {
+    facts.spread = far_share_of(product.matrix, 1);
+    plan = plan_csr_vector(facts);
+  }
   product.matrix.streams = plan.streams;
+  product.matrix.in_steps = plan.in_steps;
   product.zeroes = !add && (scatters || plan.scheme == csr_scheme::kAccumulators);
   if (product.zeroes) product.matrix.overwrites = false;
   run_product(product, plan);

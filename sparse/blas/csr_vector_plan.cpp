@@ -27,6 +27,9 @@ constexpr core_int kShareOfCache = 3;
 // From here on telling far rows from near ones costs more than whole accumulators.
 constexpr double kManyFarRows = 1.0 / 16;
 
+// Rows of grids and bands share lines of the vectors; from here on most entries have lines of their own.
+constexpr double kWideSpread = 1.0 / 16;
+
 char upper(char c) { return static_cast<char>(std::toupper(static_cast<unsigned char>(c))); }
 
 bool is_mirrored(char kind) { return std::strchr("SHA", kind) != nullptr; }
@@ -88,6 +91,7 @@ csr_vector_plan shared_plan(const csr_vector_facts& facts) {
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
   csr_vector_plan plan = shared_plan(facts);
   plan.streams = facts.bytes > facts.largest_cache / kShareOfCache;
+  plan.in_steps = plan.streams && facts.spread > kWideSpread;
   plan.first_in_place = facts.native && plan.scheme == csr_scheme::kAccumulators;
   if (facts.kind == 'T' && plan.scheme == csr_scheme::kRowBlocks && plan.even_entries)
     plan.row_weight = kTriangleRowWeight;

@@ -22,7 +22,8 @@ struct csr_vector_facts {
   bool native;
   core_int bytes = 0, largest_cache = 0;  ///< of values and columns; 0: unknown
   double far_share =
-      0;  ///< native, symmetric: entries that lie a thread's share of the rows off the diagonal
+      0;              ///< native, symmetric: entries that lie a thread's share of the rows off the diagonal
+  double spread = 0;  ///< from memory: how far entries lie off the diagonal, as a share of the rows
 };
 
 enum class csr_scheme {
@@ -40,6 +41,7 @@ struct csr_vector_plan {
   bool streams = false;       ///< kernels ask for the matrix ahead
   const char* reason = "";
   bool first_in_place = false;  ///< accumulators: the first thread adds to the result itself
+  bool in_steps = false;        ///< with streams: in two steps, as lines of the vectors are waited for, too
   core_int row_weight = 0;      ///< with even_entries: a row counts as so many entries more
 };
 

@@ -18,6 +18,7 @@ struct csr_slice {
   core_int column_count;  ///< for the ones of a unit diagonal: rows from here on have none
   bool overwrites;        ///< gather, symmetric: the rows of y are written, else added to
   bool streams;           ///< the matrix comes from memory: asked for ahead
+  bool in_steps = false;  ///< and in two steps, as elements of x or y come from all over them
 };
 
 /// Where a thread's rows of a symmetric matrix add what lies outside of them: far is an accumulator for all

@@ -57,13 +57,14 @@ TYPED_TEST(CsrKernels, RowsOfAllLengths) {
             if (takes_part(part, i, a.ja[p] - 1)) meant(i, a.ja[p] - 1) += widen(a.a[p]);
           if ((part == kLowerUnit || part == kUpperUnit) && i < k) meant(i, i) += 1;
         }
-        for (const bool streams : {false, true}) {
+        for (const int asks : {0, 1, 2}) {
           for (const bool transposed : {false, true}) {
             const auto x_values = make_vector<T>(transposed ? m : k, 22);
             guarded<T> x(x_values.size()), y(static_cast<std::size_t>(transposed ? k : m));
             x.assign(x_values);
             y.assign(std::vector<T>(y.size()));
-            const csr_slice rows = {0, m, a.ja.data(), a.ia.data(), a.ia.data() + 1, 1, k, false, streams};
+            const csr_slice rows = {0, m, a.ja.data(), a.ia.data(), a.ia.data() + 1,
+                                    1, k, false,       asks > 0,    asks > 1};
             const T alpha = make<T>(2);
             (transposed ? table.scatter : table.gather)[part][0](&rows, a.a.data(), &alpha, x.data(),
                                                                  y.data());
@@ -72,7 +73,7 @@ TYPED_TEST(CsrKernels, RowsOfAllLengths) {
               reference sum = 0;
               for (int j = 0; j < d.columns; ++j) sum += d(i, j) * widen(x_values[j]);
               ASSERT_EQ(widen(y.data()[i]), widen(alpha) * sum)
-                  << part << streams << transposed << " row " << i << " of " << m << 'x' << k;
+                  << part << asks << transposed << " row " << i << " of " << m << 'x' << k;
             }
           }
         }

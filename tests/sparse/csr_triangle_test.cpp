@@ -38,7 +38,7 @@ std::vector<row> rows_to_try() {
   return rows;
 }
 
-void check_triangles(csr_part part, int base, bool streams, bool overwrites) {
+void check_triangles(csr_part part, int base, int asks, bool overwrites) {
   constexpr int kReach = 200;
   constexpr double kAlpha = 3;
   const std::vector<row> rows = rows_to_try();
@@ -85,11 +85,11 @@ void check_triangles(csr_part part, int base, bool streams, bool overwrites) {
   x_at.assign(x);
   y_at.assign(y);
   const csr_slice slice = {0,    kReach + n,     columns_at.data(), begin_at.data(), end_at.data(),
-                           base, columns_in_all, overwrites,        streams};
+                           base, columns_in_all, overwrites,        asks > 0,        asks > 1};
   kernels_of_level().gather[part][0](&slice, values_at.data(), &kAlpha, x_at.data(), y_at.data());
   for (int i = kReach; i < kReach + n; ++i)
     ASSERT_EQ(y_at.data()[i], want[i])
-        << "part " << part << " base " << base << " streams " << streams << " overwrites " << overwrites
+        << "part " << part << " base " << base << " asks " << asks << " overwrites " << overwrites
         << " count " << rows[i - kReach].count << " before " << rows[i - kReach].before << " sorted "
         << rows[i - kReach].is_sorted;
 }
@@ -97,8 +97,8 @@ void check_triangles(csr_part part, int base, bool streams, bool overwrites) {
 TEST(CsrTriangle, EveryCut) {
   for (const csr_part part : {kLower, kLowerUnit, kUpper, kUpperUnit})
     for (const int base : {0, 1})
-      for (const bool streams : {false, true})
-        for (const bool overwrites : {false, true}) check_triangles(part, base, streams, overwrites);
+      for (const int asks : {0, 1, 2})
+        for (const bool overwrites : {false, true}) check_triangles(part, base, asks, overwrites);
 }
 
 /// What a row gives does not depend on the rows around it, nor on where a slice ends.

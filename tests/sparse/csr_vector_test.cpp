@@ -330,6 +330,10 @@ TEST(CsrVectorPlan, Table) {
   }
   EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 3072}).streams);
   EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 3072}).streams);
+  for (const auto& [bytes, spread, in_steps] :
+       {std::tuple{1025, 0.0625, false}, {1025, 0.063, true}, {1024, 0.063, false}})
+    EXPECT_EQ(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, bytes, 3072, 0, spread}).in_steps,
+              in_steps);
 }
 
 TEST(CsrVectorPlan, OnlyNativeThreadsAddToTheResultItself) {

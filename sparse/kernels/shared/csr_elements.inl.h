@@ -50,12 +50,34 @@ template <class E>
 /// Asks for what the next rows will read: processors follow many short streams late. kWay is 1 or -1, as the
 /// walk goes.
 template <int kWay = 1, class T>
-[[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns, core_int count) {
+[[gnu::always_inline]] inline void ask_for_next_rows(const T* a, const int* columns, core_int count) {
   constexpr intptr_t kAhead = kWay * 2048, kShare = sizeof(T) / sizeof(int);
   for (core_int p = 0; p < count; p += 64 / sizeof(T)) {
     _mm_prefetch(moved(a + p, kAhead), _MM_HINT_T0);
     _mm_prefetch(moved(columns + p, kAhead / kShare), _MM_HINT_T0);
   }
+}
+/// In two steps, where rows wait for other lines, too: the first cache can wait for few at a time, and what
+/// comes into it from the second one is there soon.
+template <class T>
+[[gnu::always_inline]] inline void ask_in_steps(const T* a, const int* columns, core_int count) {
+  constexpr intptr_t kNear = 512, kFar = 4096, kShare = sizeof(T) / sizeof(int);
+  for (core_int p = 0; p < count; p += 64 / sizeof(T)) {
+    _mm_prefetch(moved(a + p, kNear), _MM_HINT_T0);
+    _mm_prefetch(moved(columns + p, kNear / kShare), _MM_HINT_T0);
+    _mm_prefetch(moved(a + p, kFar), _MM_HINT_T1);
+    _mm_prefetch(moved(columns + p, kFar / kShare), _MM_HINT_T1);
+  }
+}
+/// What rows ask for, as csr_slice has it.
+enum asking : int { kAsksNothing, kAsksAhead, kAsksInSteps };
+[[gnu::always_inline]] inline asking asking_of(const csr_slice* rows) {
+  return rows->in_steps ? kAsksInSteps : rows->streams ? kAsksAhead : kAsksNothing;
+}
+template <asking kAsks, class T>
+[[gnu::always_inline]] inline void ask_ahead(const T* a, const int* columns, core_int count) {
+  if constexpr (kAsks == kAsksAhead) ask_for_next_rows(a, columns, count);
+  if constexpr (kAsks == kAsksInSteps) ask_in_steps(a, columns, count);
 }
 
 /// Whether an entry at this place takes part; a unit diagonal is added apart.

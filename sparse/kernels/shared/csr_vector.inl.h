@@ -17,14 +17,12 @@ namespace qel::QEL_LEVEL {
 namespace {
 
 /// The sum over the entries that take part; the diagonal's column counts from the base, as columns do.
-template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+template <csr_part kPart, bool kConjugate, asking kAsks, class T>
 [[gnu::always_inline]] inline T part_sum(core_int diagonal_column, const T* a, const int* columns,
                                          core_int count, const T* x) {
   // Of longer rows much may lie outside, whose values are not read.
   constexpr core_int kLongestAsked = 64;
-  if constexpr (kStreams) {
-    if (count < kLongestAsked) ask_ahead(a, columns, count);
-  }
+  if (count < kLongestAsked) ask_ahead<kAsks>(a, columns, count);
   T sum{};
   for (core_int p = 0; p < count; ++p)
     if (takes_part<kPart>(diagonal_column, columns[p]))
@@ -32,7 +30,7 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
   return sum;
 }
 
-template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+template <csr_part kPart, bool kConjugate, asking kAsks, class T>
 [[gnu::noinline]] void gather_rows(const csr_slice* rows, core_int first, core_int last, const T* a, T alpha,
                                    const T* x, T* y) {
   constexpr bool kIsUpper = kPart == kUpper || kPart == kUpperUnit;
@@ -45,28 +43,30 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
     const core_int start = begin[i] - base, count = end[i] - base - start;
     T sum{};
     if constexpr (kPart == kWhole) {
-      sum = whole_sum<kConjugate, kStreams>(a + start, columns + start, count, based_x);
+      sum = whole_sum<kConjugate, kAsks>(a + start, columns + start, count, based_x);
     } else {
       if (kPart != kDiagonalUnit && (!kIsUpper || i < with_diagonal))
-        sum = part_sum<kPart, kConjugate, kStreams>(i + base, a + start, columns + start, count, based_x);
+        sum = part_sum<kPart, kConjugate, kAsks>(i + base, a + start, columns + start, count, based_x);
       if (is_unit(kPart) && i < with_diagonal) sum = plus(sum, x[i]);
     }
     y[i] = overwrites ? times(alpha, sum) : multiple(alpha, sum, y[i]);
   }
 }
-template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+template <csr_part kPart, bool kConjugate, asking kAsks, class T>
 [[gnu::always_inline]] inline auto gather_rows_for([[maybe_unused]] const csr_slice* rows) {
 #ifdef __AVX2__
   if constexpr (kHasVectors<T> && kPart != kWhole && kPart != kDiagonal && kPart != kDiagonalUnit)
-    return rows->overwrites ? triangle_rows<kPart, kStreams, true> : triangle_rows<kPart, kStreams, false>;
+    return rows->overwrites ? triangle_rows<kPart, kAsks, true> : triangle_rows<kPart, kAsks, false>;
   else
 #endif
-    return gather_rows<kPart, kConjugate, kStreams, T>;
+    return gather_rows<kPart, kConjugate, kAsks, T>;
 }
 template <csr_part kPart, bool kConjugate, class T>
 void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  const auto take_rows = rows->streams ? gather_rows_for<kPart, kConjugate, true, T>(rows)
-                                       : gather_rows_for<kPart, kConjugate, false, T>(rows);
+  const asking asks = asking_of(rows);
+  const auto take_rows = asks == kAsksInSteps ? gather_rows_for<kPart, kConjugate, kAsksInSteps, T>(rows)
+                         : asks == kAsksAhead ? gather_rows_for<kPart, kConjugate, kAsksAhead, T>(rows)
+                                              : gather_rows_for<kPart, kConjugate, kAsksNothing, T>(rows);
 #ifdef __AVX2__
   if constexpr (kHasVectors<T>) {
     const run_product product = {rows, a, *alpha, *alpha, x, y, is_unit(kPart)};
@@ -87,7 +87,7 @@ void gather(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y)
   take_rows(rows, rows->first, rows->last, a, *alpha, x, y);
 }
 
-template <csr_part kPart, bool kConjugate, bool kStreams, class T>
+template <csr_part kPart, bool kConjugate, asking kAsks, class T>
 [[gnu::noinline]] void scatter_rows(const csr_slice* rows, core_int first, core_int rows_end, const T* a,
                                     T alpha, const T* x, T* y) {
   const core_int base = rows->base, with_diagonal = rows->column_count;
@@ -104,10 +104,10 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
       };
       core_int p = begin[i];
       const core_int last = end[i];
-      if constexpr (kStreams) ask_ahead(a + p, columns + p, last - p);
-      if ((kPart == kWhole || !kStreams) && last - p >= kLongRow) {
+      ask_ahead<kAsks>(a + p, columns + p, last - p);
+      if ((kPart == kWhole || kAsks == kAsksNothing) && last - p >= kLongRow) {
         for (; p + 4 <= last; p += 4) {
-          if constexpr (kStreams) {
+          if constexpr (kAsks != kAsksNothing) {
             // The result comes from far away, too: no load of four different elements waits for a store.
             const core_int j0 = columns[p], j1 = columns[p + 1], j2 = columns[p + 2], j3 = columns[p + 3];
             if ((j0 < j1) & (j1 < j2) & (j2 < j3)) [[likely]] {
@@ -132,8 +132,10 @@ template <csr_part kPart, bool kConjugate, bool kStreams, class T>
 }
 template <csr_part kPart, bool kConjugate, class T>
 void scatter(const csr_slice* rows, const T* a, const T* alpha, const T* x, T* y) {
-  const auto take_rows =
-      rows->streams ? scatter_rows<kPart, kConjugate, true, T> : scatter_rows<kPart, kConjugate, false, T>;
+  const asking asks = asking_of(rows);
+  const auto take_rows = asks == kAsksInSteps ? scatter_rows<kPart, kConjugate, kAsksInSteps, T>
+                         : asks == kAsksAhead ? scatter_rows<kPart, kConjugate, kAsksAhead, T>
+                                              : scatter_rows<kPart, kConjugate, kAsksNothing, T>;
 #ifdef __AVX2__
   if constexpr (kHasVectors<T>) {
     const run_product product = {rows, a, 0, *alpha, x, y, false};

@@ -199,7 +199,8 @@ template <csr_mirror kMirror, csr_part kPart, bool kConjugate, bool kFar, bool k
       rebased(rows->columns, base), rebased(a, base), rebased(x, base), rebased(y, base), *alpha, far, base,
       rows->first + base,           rows->last + base};
   const auto ask = [&](core_int row) {
-    if constexpr (kStreams) ask_ahead<kWay>(m.a + begin[row], m.columns + begin[row], end[row] - begin[row]);
+    if constexpr (kStreams)
+      ask_for_next_rows<kWay>(m.a + begin[row], m.columns + begin[row], end[row] - begin[row]);
   };
   const auto finish = [&](core_int row, T sum) {
     if constexpr (triangle::kAddsX) sum = plus(sum, m.x[row]);

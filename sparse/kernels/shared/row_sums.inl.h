@@ -91,12 +91,12 @@ template <bool kStreams>
 }
 #endif
 
-template <bool kConjugate, bool kStreams, class T>
+template <bool kConjugate, asking kAsks, class T>
 [[gnu::always_inline]] inline T whole_sum(const T* a, const int* columns, core_int count, const T* x) {
   if constexpr (kHasVectors<T>) {
-    if (count >= kLongRow) return long_sum<kStreams>(a, columns, count, x);
+    if (count >= kLongRow) return long_sum<kAsks != kAsksNothing>(a, columns, count, x);
   }
-  if constexpr (kStreams) ask_ahead(a, columns, count);
+  ask_ahead<kAsks>(a, columns, count);
   return row_sum<kConjugate>(a, columns, count, x);
 }
 

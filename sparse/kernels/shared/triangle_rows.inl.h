@@ -112,7 +112,7 @@ struct triangle {
   }
 
   /// Rows from one on as long as they have less than kLongRow entries. Returns the next one.
-  template <bool kStreams>
+  template <asking kAsks>
   [[gnu::noinline]] static core_int short_rows(const based_product* product, core_int i, core_int last) {
     const based_product m = *product;
     for (; i < last; ++i) {
@@ -120,14 +120,14 @@ struct triangle {
       if (count >= kLongRow) break;
       const double* const a = m.a + start;
       const int* const columns = m.columns + start;
-      if constexpr (kStreams) ask_ahead(a, columns, count);
+      ask_ahead<kAsks>(a, columns, count);
       finish(m, i, short_sum(i, a, columns, count, m.x));
     }
     return i;
   }
 
   /// Rows from one on as long as they have kLongRow to kMostCounted entries. Returns the next one.
-  template <bool kStreams>
+  template <asking kAsks>
   [[gnu::noinline]] static core_int counted_rows(const based_product* product, core_int i, core_int last) {
     constexpr core_int kUnsorted = -1, kOtherLength = -2;
     const based_product m = *product;
@@ -137,9 +137,7 @@ struct triangle {
     const auto look = [&m](core_int at, __m256i cut_there) -> row {
       const core_int start = m.begin[at], count = m.end[at] - start;
       if (count < kLongRow || count > kMostCounted) return {start, count, kOtherLength};
-      if constexpr (kStreams) {
-        for (core_int p = start; p < start + count; p += 8) ask_in_long_row<true>(m.a + p, m.columns + p);
-      }
+      if constexpr (kAsks != kAsksNothing) ask_in_steps(m.a + start, m.columns + start, count);
       static_assert(kUnsorted == -1, "as columns_below has it");
       return {start, count, columns_below(cut_there, m.columns + start, count)};
     };
@@ -173,7 +171,7 @@ struct triangle {
   }
 };
 
-template <csr_part kPart, bool kStreams, bool kOverwrites>
+template <csr_part kPart, asking kAsks, bool kOverwrites>
 void triangle_rows(const csr_slice* rows, core_int first, core_int last, const double* a, double alpha,
                    const double* x, double* y) {
   using part = triangle<kPart, kOverwrites>;
@@ -197,9 +195,9 @@ void triangle_rows(const csr_slice* rows, core_int first, core_int last, const d
     if (count > kMostCounted)
       part::long_row(&m, i++);
     else if (count >= kLongRow)
-      i = part::template counted_rows<kStreams>(&m, i, last);
+      i = part::template counted_rows<kAsks>(&m, i, last);
     else
-      i = part::template short_rows<kStreams>(&m, i, last);
+      i = part::template short_rows<kAsks>(&m, i, last);
   }
 }
 
