@@ -104,7 +104,7 @@ template <csr_part kPart, bool kConjugate, asking kAsks, class T>
       };
       core_int p = begin[i];
       const core_int last = end[i];
-      ask_ahead<kAsks>(a + p, columns + p, last - p);
+      if constexpr (kAsks != kAsksNothing) ask_ahead<kAsks>(a + p, columns + p, last - p);
       if ((kPart == kWhole || kAsks == kAsksNothing) && last - p >= kLongRow) {
         for (; p + 4 <= last; p += 4) {
           if constexpr (kAsks != kAsksNothing) {

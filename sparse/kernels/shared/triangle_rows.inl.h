@@ -39,20 +39,22 @@ struct triangle {
     return sum;
   }
 
-  /// The same of a short row: its length is better foreseen than where a loop ends.
+  /// The same of a short row: its length is better foreseen than where a loop ends. Arrays of a matrix
+  /// without entries may be null.
   template <int kAtLeast>
-  [[gnu::always_inline]] static double sum_of_some(core_int row, const double* a, const int* columns,
-                                                   core_int count, const double* x) {
+  [[gnu::always_inline]] static double sum_of_some(const based_product& m, core_int row, core_int start,
+                                                   core_int count) {
     if constexpr (kAtLeast + 1 < kLongRow) {
-      if (count > kAtLeast) return sum_of_some<kAtLeast + 1>(row, a, columns, count, x);
+      if (count > kAtLeast) return sum_of_some<kAtLeast + 1>(m, row, start, count);
     }
-    return part_sum(row, a, columns, kAtLeast, x);
+    if constexpr (kAtLeast == 0) return 0;
+    return part_sum(row, m.a + start, m.columns + start, kAtLeast, m.x);
   }
-  [[gnu::always_inline]] static double short_sum(core_int row, const double* a, const int* columns,
-                                                 core_int count, const double* x) {
-    if (count > 6) return sum_of_some<7>(row, a, columns, count, x);
-    if (count > 4) return sum_of_some<5>(row, a, columns, count, x);
-    return count > 2 ? sum_of_some<3>(row, a, columns, count, x) : sum_of_some<0>(row, a, columns, count, x);
+  [[gnu::always_inline]] static double short_sum(const based_product& m, core_int row, core_int start,
+                                                 core_int count) {
+    if (count > 6) return sum_of_some<7>(m, row, start, count);
+    if (count > 4) return sum_of_some<5>(m, row, start, count);
+    return count > 2 ? sum_of_some<3>(m, row, start, count) : sum_of_some<0>(m, row, start, count);
   }
 
   /// All ones in the first of four lanes or in the last ones: all but so many others, three at most.
@@ -118,10 +120,8 @@ struct triangle {
     for (; i < last; ++i) {
       const core_int start = m.begin[i], count = m.end[i] - start;
       if (count >= kLongRow) break;
-      const double* const a = m.a + start;
-      const int* const columns = m.columns + start;
-      ask_ahead<kAsks>(a, columns, count);
-      finish(m, i, short_sum(i, a, columns, count, m.x));
+      if constexpr (kAsks != kAsksNothing) ask_ahead<kAsks>(m.a + start, m.columns + start, count);
+      finish(m, i, short_sum(m, i, start, count));
     }
     return i;
   }
