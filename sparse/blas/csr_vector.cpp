@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <ranges>
 
 #include "blas/level1/level1.h"
 #include "blas/plain/scratch.h"
@@ -80,8 +79,14 @@ core_int first_row_by_entries(const csr_slice& matrix, core_int row_weight, int 
   core_int first = 0;
   for (int before = 1; before <= t; ++before) {
     const core_int target = start + count * before / threads;
-    const auto is_before = [&](core_int i) { return matrix.begin[i] + row_weight * i < target; };
-    first = std::max(first, *std::ranges::partition_point(std::views::iota(core_int{0}, rows), is_before));
+    for (core_int end = rows; first < end;) {
+      const core_int middle = first + (end - first) / 2;
+      if (matrix.begin[middle] + row_weight * middle < target) {
+        first = middle + 1;
+      } else {
+        end = middle;
+      }
+    }
   }
   return first;
 }
