@@ -6,9 +6,11 @@ namespace {
 
 /// Rows of up to so many entries are counted at once: they have a bit each.
 constexpr core_int kMostCounted = 64;
+/// In place of a count: columns below the cut stand behind others.
+constexpr core_int kUnsorted = -1;
 
 /// How many of 8 to kMostCounted columns lie below the cut, which all elements have, if those come first;
-/// or -1.
+/// or kUnsorted.
 [[gnu::always_inline]] inline core_int columns_below(__m256i cut, const int* columns, core_int count) {
   const auto below = [=](core_int p) {
     const __m256i found = _mm256_cmpgt_epi32(cut, eight(columns + p));
@@ -17,7 +19,7 @@ constexpr core_int kMostCounted = 64;
   uint64_t found = below(0) | below(count - 8);
   for (core_int p = 8; p + 8 < count; p += 8) found |= below(p);
   if ((found & (found + 1)) != 0) [[unlikely]]
-    return -1;
+    return kUnsorted;
   return __builtin_popcountll(found);
 }
 

@@ -126,19 +126,20 @@ struct triangle {
     return i;
   }
 
+  /// In place of a count of columns: not a row for counted_rows.
+  static constexpr core_int kOtherLength = -2;
+
   /// Rows from one on as long as they have kLongRow to kMostCounted entries. Returns the next one.
   template <asking kAsks>
   [[gnu::noinline]] static core_int counted_rows(const based_product* product, core_int i, core_int last) {
-    constexpr core_int kUnsorted = -1, kOtherLength = -2;
     const based_product m = *product;
     struct row {
-      core_int start, count, below;  ///< below: of columns, or one of the above
+      core_int start, count, below;  ///< below: of columns, kUnsorted or kOtherLength
     };
     const auto look = [&m](core_int at, __m256i cut_there) -> row {
       const core_int start = m.begin[at], count = m.end[at] - start;
       if (count < kLongRow || count > kMostCounted) return {start, count, kOtherLength};
       if constexpr (kAsks != kAsksNothing) ask_in_steps(m.a + start, m.columns + start, count);
-      static_assert(kUnsorted == -1, "as columns_below has it");
       return {start, count, columns_below(cut_there, m.columns + start, count)};
     };
     __m256i cuts = _mm256_set1_epi32(cut(i));
