@@ -63,6 +63,7 @@ report explain_vector(const vector_question& q, const asked_machine& machine) {
   if (plan.threads > 1) {
     out["rows_shared_by"] = plan.even_entries ? "entries" : "count";
     if (plan.row_weight > 0) out["row_weight"] = plan.row_weight;
+    if (plan.scheme == sparse::csr_scheme::kRowBlocks) out["blocks_of_each_thread"] = plan.blocks_each;
     if (!plan.even_entries) out["rows_per_thread"] = sparse::rows_of(q.rows, plan.threads, 0).last;
     if (plan.scheme != sparse::csr_scheme::kRowBlocks) out["results_added_by_all_threads"] = plan.shared_sum;
   }

@@ -101,8 +101,17 @@ row_range share(const csr_product<T>& product, const csr_vector_plan& plan, int 
 
 template <class T>
 void run_row_blocks(const csr_product<T>& product, const csr_vector_plan& plan) {
+  if (plan.blocks_each == 1) {
 #pragma omp parallel for num_threads(plan.threads) schedule(static, 1)
-  for (int t = 0; t < plan.threads; ++t) run_rows(product, share(product, plan, t), product.y);
+    for (int t = 0; t < plan.threads; ++t) run_rows(product, share(product, plan, t), product.y);
+    return;
+  }
+#pragma omp parallel for num_threads(plan.threads) schedule(dynamic, 1)
+  for (int block = 0; block < plan.threads * plan.blocks_each; ++block) {
+    const row_range whole = share(product, plan, block / plan.blocks_each);
+    const row_range part = rows_of(whole.last - whole.first, plan.blocks_each, block % plan.blocks_each);
+    run_rows(product, {whole.first + part.first, whole.first + part.last}, product.y);
+  }
 }
 
 /// False if there is no memory for the results of the threads.

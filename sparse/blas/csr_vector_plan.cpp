@@ -19,6 +19,9 @@ constexpr core_int kEntriesPerAccumulator = 2;
 // row weighs as much as some entries.
 constexpr core_int kTriangleRowWeight = 16;
 
+// How many lines of the vectors a triangle's rows wait for is known when they are done.
+constexpr int kTriangleBlocksEach = 8;
+
 // Larger matrices come from memory, at least in part: others need the last cache, too. Those that stay in it
 // come by themselves: asked for, a product takes up to a third longer; from memory, a third to a half
 // shorter.
@@ -93,8 +96,10 @@ csr_vector_plan plan_csr_vector(const csr_vector_facts& facts) {
   plan.streams = facts.bytes > facts.largest_cache / kShareOfCache;
   plan.in_steps = plan.streams && facts.spread > kWideSpread;
   plan.first_in_place = facts.native && plan.scheme == csr_scheme::kAccumulators;
-  if (facts.kind == 'T' && plan.scheme == csr_scheme::kRowBlocks && plan.even_entries)
+  if (facts.kind == 'T' && plan.scheme == csr_scheme::kRowBlocks && plan.even_entries) {
     plan.row_weight = kTriangleRowWeight;
+    plan.blocks_each = plan.in_steps ? kTriangleBlocksEach : 1;
+  }
   return plan;
 }
 

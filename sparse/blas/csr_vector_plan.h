@@ -43,6 +43,7 @@ struct csr_vector_plan {
   bool first_in_place = false;  ///< accumulators: the first thread adds to the result itself
   bool in_steps = false;        ///< with streams: in two steps, as lines of the vectors are waited for, too
   core_int row_weight = 0;      ///< with even_entries: a row counts as so many entries more
+  int blocks_each = 1;          ///< row blocks: so many for each thread, taken by whoever is free if several
 };
 
 csr_vector_plan plan_csr_vector(const csr_vector_facts& facts);

@@ -102,6 +102,8 @@ TEST(Explain, ShowsThePlanOfTheGivenFacts) {
       {"csrmv 9 9 1001 --type z --largest-cache 60000",
        {{"asks_ahead_for_the_matrix", true}, {"asks_in_two_steps", false}}},
       {"csrmv 9 9 1001 --type z --largest-cache 60000 --spread 0.07", {{"asks_in_two_steps", true}}},
+      {"csrmv 99 99 30000 --class T --threads 3 --level 5 --largest-cache 60000 --spread 0.07",
+       {{"row_weight", 16}, {"blocks_of_each_thread", 8}}},
       {"csradd 1000 --request 1 --threads 3", {{"threads", 3}}},
       {"csradd 1000 --threads 3", {{"threads", 1}}},
       {"csrmultcsr 1000 --request 2 --transposed --threads 3", {{"threads", 1}}},

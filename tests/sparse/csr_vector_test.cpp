@@ -190,13 +190,14 @@ TYPED_TEST(CsrVector, EntriesOutOfOrder) {
 /// Above the sizes where the accumulators are added by all threads and the native plans take threads. Half of
 /// the entries lie up to reach rows off the diagonal.
 template <class T>
-void check_many_rows(int reach) {
+void check_many_rows(int reach, int per_row) {
   const int n = 100003;
   csr<T> a{n, n, {1}, {}, {}};
   std::mt19937 random(5);
   for (int i = 0; i < n; ++i) {
-    for (int t = 0; t < 4; ++t) {
-      a.ja.push_back(1 + (i + (t < 2 ? static_cast<int>(random() % static_cast<unsigned>(reach)) : t)) % n);
+    for (int t = 0; t < per_row; ++t) {
+      a.ja.push_back(
+          1 + (i + (t < per_row / 2 ? static_cast<int>(random() % static_cast<unsigned>(reach)) : t)) % n);
       a.a.push_back(exact_value<T>(random));
     }
     a.ia.push_back(static_cast<int>(a.ja.size()) + 1);
@@ -220,9 +221,11 @@ void check_many_rows(int reach) {
   }
 }
 TYPED_TEST(CsrVector, ManyRowsOnSeveralThreads) {
-  check_many_rows<TypeParam>(100003);
-  check_many_rows<TypeParam>(900);
+  check_many_rows<TypeParam>(100003, 4);
+  check_many_rows<TypeParam>(900, 4);
 }
+/// More than a third of most largest caches: kernels ask ahead, and threads take blocks as they are free.
+TYPED_TEST(CsrVector, MatricesFromMemoryOnSeveralThreads) { check_many_rows<TypeParam>(100003, 12); }
 
 TYPED_TEST(CsrVector, RowStartsNeedNotAscend) {
   using T = TypeParam;
@@ -294,6 +297,7 @@ TEST(CsrVectorPlan, Table) {
     int threads;
     bool even, shared;
     core_int row_weight = 0;
+    int blocks_each = 1;
   } rows[] = {
       // kind, transposed, rows, columns, entries, threads, native
       {{'G', false, 2, 2, 4, 4, false}, blocks, 4, false, false},
@@ -309,6 +313,11 @@ TEST(CsrVectorPlan, Table) {
       {{'G', false, 100, 100, 29999, 4, true}, serial, 1, false, false},
       {{'G', false, 100, 100, 30000, 4, true}, blocks, 4, true, false},
       {{'T', false, 100, 100, 30000, 4, true}, blocks, 4, true, false, 16},
+      {{'T', false, 100, 100, 30000, 4, true, 1024, 3072, 0, 0.07}, blocks, 4, true, false, 16},
+      {{'T', false, 100, 100, 30000, 4, true, 1025, 3072, 0, 0.06}, blocks, 4, true, false, 16},
+      {{'T', false, 100, 100, 30000, 4, true, 1025, 3072, 0, 0.07}, blocks, 4, true, false, 16, 8},
+      {{'T', false, 100, 100, 30000, 4, false, 1025, 3072, 0, 0.07}, blocks, 4, false, false},
+      {{'G', false, 100, 100, 30000, 4, true, 1025, 3072, 0, 0.07}, blocks, 4, true, false},
       {{'T', true, 100, 100, 60000, 4, true}, sums, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true}, far, 4, true, true},
       {{'S', false, 100, 100, 30000, 4, true, 0, 0, 0.0625}, far, 4, true, true},
@@ -327,6 +336,7 @@ TEST(CsrVectorPlan, Table) {
     EXPECT_EQ(plan.even_entries, row.even) << line;
     EXPECT_EQ(plan.shared_sum, row.shared) << line;
     EXPECT_EQ(plan.row_weight, row.row_weight) << line;
+    EXPECT_EQ(plan.blocks_each, row.blocks_each) << line;
   }
   EXPECT_FALSE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1024, 3072}).streams);
   EXPECT_TRUE(sparse::plan_csr_vector({'G', false, 9, 9, 100, 1, false, 1025, 3072}).streams);
